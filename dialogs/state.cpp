@@ -1,0 +1,3 @@
+#include "dialogs/state.h"
+
+void zm::dialogs::ResetState() {}

@@ -1,0 +1,3 @@
+#include "draw/state.h"
+
+void zm::draw::ResetState() {}

@@ -1,0 +1,3 @@
+#include "dwg/state.h"
+
+void zm::dwg::ResetState() {}

@@ -1,0 +1,3 @@
+#include "geodesy/state.h"
+
+void zm::geodesy::ResetState() {}

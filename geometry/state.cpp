@@ -1,0 +1,3 @@
+#include "geometry/state.h"
+
+void zm::geometry::ResetState() {}

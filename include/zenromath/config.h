@@ -1,0 +1,4 @@
+// The exported interface of config.
+#pragma once
+
+#include "zenromath/platform.h"

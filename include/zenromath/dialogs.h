@@ -1,0 +1,4 @@
+// The exported interface of dialogs.
+#pragma once
+
+#include "zenromath/platform.h"

@@ -1,0 +1,4 @@
+// The exported interface of draw.
+#pragma once
+
+#include "zenromath/platform.h"

@@ -1,0 +1,4 @@
+// The exported interface of dwg.
+#pragma once
+
+#include "zenromath/platform.h"

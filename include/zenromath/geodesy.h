@@ -1,0 +1,4 @@
+// The exported interface of geodesy.
+#pragma once
+
+#include "zenromath/platform.h"

@@ -1,0 +1,4 @@
+// The exported interface of geometry.
+#pragma once
+
+#include "zenromath/platform.h"

@@ -1,0 +1,4 @@
+// The exported interface of symbol.
+#pragma once
+
+#include "zenromath/platform.h"

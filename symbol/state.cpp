@@ -1,0 +1,3 @@
+#include "symbol/state.h"
+
+void zm::symbol::ResetState() {}

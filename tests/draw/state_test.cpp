@@ -1,0 +1,8 @@
+#include "draw/state.h"
+
+#include <gtest/gtest.h>
+
+TEST(State, CanBeResetTwice) {
+    zm::draw::ResetState();
+    zm::draw::ResetState();
+}

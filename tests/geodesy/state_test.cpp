@@ -1,0 +1,8 @@
+#include "geodesy/state.h"
+
+#include <gtest/gtest.h>
+
+TEST(State, CanBeResetTwice) {
+    zm::geodesy::ResetState();
+    zm::geodesy::ResetState();
+}

@@ -1,0 +1,12 @@
+// The main function of every test program.
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cstdlib>
+
+int main(int argc, char** argv) {
+    // The environment's locale is put in force, so that a suite run under a decimal comma tests just that.
+    std::setlocale(LC_ALL, "");
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}

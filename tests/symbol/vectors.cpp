@@ -1,0 +1,2 @@
+// Handlers of the recorded calls of symbol.
+#include "tests/vector_runner/registry.h"

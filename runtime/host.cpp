@@ -11,7 +11,9 @@ namespace zm {
 
 Host::~Host() = default;
 
-int Host::ShowAppBox(const char* text, unsigned int type, unsigned int) { return ShowBox(text, "Zenro Info", type); }
+int Host::ShowAppBox(const char* text, unsigned int type, unsigned int) {
+    return ShowBox(text, "Zenro Info", type);
+}
 
 int Host::GetText(HWND, char* buffer, int size) {
     if (buffer != nullptr && size > 0) buffer[0] = '\0';
@@ -22,7 +24,9 @@ double Host::Now() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
-void Host::EndProcess(int status) { std::exit(status); }
+void Host::EndProcess(int status) {
+    std::exit(status);
+}
 
 Host& CurrentHost() {
     Host*& host = runtime::state().host;

@@ -23,7 +23,9 @@ int Box(const char* text, const char* title, int ask) {
     return 0;
 }
 
-const char* OrEmpty(const char* text) { return text != nullptr ? text : ""; }
+const char* OrEmpty(const char* text) {
+    return text != nullptr ? text : "";
+}
 
 }  // namespace
 
@@ -64,14 +66,18 @@ CLMsg& CLMsg::AddToBuf(const char* text) {
     return *this;
 }
 
-CLMsg& CLMsg::operator<<(const char* text) { return AddToBuf(OrEmpty(text)); }
+CLMsg& CLMsg::operator<<(const char* text) {
+    return AddToBuf(OrEmpty(text));
+}
 
 CLMsg& CLMsg::operator<<(int value) {
     zm::numbers::Print(m_scratch, sizeof m_scratch, "%d", value);
     return AddToBuf(m_scratch);
 }
 
-CLMsg& CLMsg::operator<<(float value) { return *this << static_cast<double>(value); }
+CLMsg& CLMsg::operator<<(float value) {
+    return *this << static_cast<double>(value);
+}
 
 CLMsg& CLMsg::operator<<(double value) {
     // 1e308 has 309 digits, more than the scratch holds.
@@ -126,14 +132,18 @@ int CLMsg::OutMsg(CLMsgOutTo target, int ask) {
     return Box(text, title, 0);
 }
 
-void CLMsg::SetDelimiter(const char* text) { m_delimiter = OrEmpty(text); }
+void CLMsg::SetDelimiter(const char* text) {
+    m_delimiter = OrEmpty(text);
+}
 
 void CLMsg::ResetFile() {
     if (m_name[0] == '\0') return;
     if (std::FILE* file = zm::files::Open(m_name, "wt")) std::fclose(file);
 }
 
-CString CLMsg::GetMsgBuf() const { return m_buffer; }
+CString CLMsg::GetMsgBuf() const {
+    return m_buffer;
+}
 
 int _LMsg(const char* text, const char* title, int ask) {
     zm::CurrentHost().Beep();
@@ -146,7 +156,9 @@ int _LMsg(int id, const char* title, int ask) {
     return _LMsg(lookUp != nullptr ? lookUp(id) : nullptr, title, ask);
 }
 
-void zm::SetStringTable(const char* (*lookUp)(int id)) { runtime::state().stringTable = lookUp; }
+void zm::SetStringTable(const char* (*lookUp)(int id)) {
+    runtime::state().stringTable = lookUp;
+}
 
 void _LErr(int cond, const char* what, const char* where, const char* func) {
     if (cond == 0) return;

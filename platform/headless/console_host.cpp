@@ -22,13 +22,16 @@ std::string TerminalCharset() {
         const auto dot = charset.find('.');
         charset = dot == std::string::npos ? std::string() : charset.substr(dot + 1);
         charset = charset.substr(0, charset.find('@'));
-        std::transform(charset.begin(), charset.end(), charset.begin(), [](unsigned char c) { return std::tolower(c); });
+        std::transform(charset.begin(), charset.end(), charset.begin(),
+                       [](unsigned char c) { return std::tolower(c); });
         return charset;
     }
     return {};
 }
 
-bool CanAsk() { return isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1; }
+bool CanAsk() {
+    return isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1;
+}
 
 }  // namespace
 

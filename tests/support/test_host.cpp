@@ -29,7 +29,8 @@ bool TestHost::GetFrameTitle(HWND window, char* buffer, int size) {
 
 bool TestHost::TakeMessage(QueueMessage& message, HWND window, unsigned int first, unsigned int last) {
     const auto fits = [&](const QueueMessage& m) {
-        return (window == nullptr || m.window == window) && ((first == 0 && last == 0) || (m.message >= first && m.message <= last));
+        return (window == nullptr || m.window == window) &&
+               ((first == 0 && last == 0) || (m.message >= first && m.message <= last));
     };
     const auto found = std::find_if(queue.begin(), queue.end(), fits);
     if (found == queue.end()) return false;

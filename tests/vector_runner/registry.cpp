@@ -31,7 +31,9 @@ int HexDigit(char c) {
 
 }  // namespace
 
-Call::Call(const char* name, CallHandler handler) { Calls()[name] = std::move(handler); }
+Call::Call(const char* name, CallHandler handler) {
+    Calls()[name] = std::move(handler);
+}
 
 Format::Format(const char*, std::function<bool(const std::string&, const Json&)> recognises,
                std::function<Outcome(const std::string&, const Json&)> run) {

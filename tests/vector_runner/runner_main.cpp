@@ -41,8 +41,10 @@ void RunFile(const fs::path& path, bool knownOnly, Totals& totals) {
         try {
             const auto record = zm::vectors::Json::parse(text);
             outcome = zm::vectors::RunRecord(path.filename().string(), path.parent_path().string(), record, known);
-            if (!outcome.passed && record.contains("name")) outcome.message = record["name"].dump() + ": " + outcome.message;
-            if (!outcome.passed && record.contains("id")) outcome.message = record["id"].dump() + ": " + outcome.message;
+            if (!outcome.passed && record.contains("name"))
+                outcome.message = record["name"].dump() + ": " + outcome.message;
+            if (!outcome.passed && record.contains("id"))
+                outcome.message = record["id"].dump() + ": " + outcome.message;
             if (!outcome.passed && record.contains("f")) outcome.message = record["f"].dump() + ": " + outcome.message;
         } catch (const std::exception& error) {
             outcome = {false, error.what()};

@@ -115,10 +115,10 @@ class ZM_API CZenroMathApp : public CWinApp {
 
 /// The path of a profile file.
 ///
-/// \param name   a path is returned unchanged: any name with a backslash, or else a forward slash, that is not its first
-///               byte, and one that begins with two backslashes or two forward slashes. So "sub\\a.ini" stays relative
-///               to the current directory of the process. Any other name goes behind the directory of where and a
-///               backslash, "\\a.ini" with its own leading backslash too.
+/// \param name   a path is returned unchanged: a name whose first backslash, or for want of one first forward slash, is
+///               not its first byte, and a name that begins with two backslashes or two forward slashes. So
+///               sub\a.ini stays relative to the current directory of the process. Any other name goes behind the
+///               directory of where and a backslash, \a.ini with its own leading backslash too.
 /// \param where  0 project directory, 2 ini directory below the module directory, 3 configuration directory of the
 ///               machine, any other value (1 and -1 included) the module directory. Not the table of _LFWholeName.
 /// \return       the path; an empty text for a null or empty name, and after a message where the path would not fit
@@ -156,8 +156,8 @@ ZM_API unsigned long GetZenroProfileString(const char* section, const char* key,
 ///
 /// \param[out] data  size bytes; unchanged unless the result is 1
 /// \return           1 if the value has exactly size bytes and the checksum holds, else 0
-ZM_API int GetZenroProfileStruct(const char* section, const char* key, void* data, unsigned int size,
-                                 const char* file, int where);
+ZM_API int GetZenroProfileStruct(const char* section, const char* key, void* data, unsigned int size, const char* file,
+                                 int where);
 
 /// Replaces the whole text of a section, making file and section where they do not exist.
 ///
@@ -172,8 +172,8 @@ ZM_API int WriteZenroProfileSection(const char* section, const char* text, const
 /// \param key    null removes the section
 /// \param value  null removes the key
 /// \return       1, or 0 where the file could not be written; what it held before is kept then
-ZM_API unsigned long WriteZenroProfileString(const char* section, const char* key, const char* value,
-                                             const char* file, int where);
+ZM_API unsigned long WriteZenroProfileString(const char* section, const char* key, const char* value, const char* file,
+                                             int where);
 
 /// Writes binary data as upper-case hexadecimal text with a checksum byte, the sum of all bytes modulo 256.
 ///
@@ -238,9 +238,9 @@ class ZM_API tqwaitcur {
 };
 
 /// Switches tqwaitcur::sz_bPeekMessage off around code that may not be re-entered, or on with false. Nests.
-class [[nodiscard]] ZM_API NoPeekMessageOnWaitMsg {
+class ZM_API NoPeekMessageOnWaitMsg {
  public:
-    explicit NoPeekMessageOnWaitMsg(bool nopeek = true);
+    [[nodiscard]] explicit NoPeekMessageOnWaitMsg(bool nopeek = true);
     ~NoPeekMessageOnWaitMsg();
     NoPeekMessageOnWaitMsg(const NoPeekMessageOnWaitMsg&) = delete;
     NoPeekMessageOnWaitMsg& operator=(const NoPeekMessageOnWaitMsg&) = delete;

@@ -55,7 +55,7 @@ class ZM_API Host {
     virtual void Dispatch(const QueueMessage&) {}
 
     /// Lets the user choose a font, starting from the one given; false if he did not.
-    virtual bool ChooseFont(HWND, LOGFONT&) { return false; }
+    virtual bool PickFont(HWND, LOGFONT&) { return false; }
 
     /// Seconds since some fixed moment, for progress.
     virtual double Now();

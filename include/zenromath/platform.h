@@ -143,6 +143,15 @@ constexpr int WINDING = 2;
 constexpr int TRANSPARENT = 1;
 constexpr int OPAQUE = 2;
 
+// Placing of formatted text.
+constexpr UINT DT_LEFT = 0x0;
+constexpr UINT DT_CENTER = 0x1;
+constexpr UINT DT_RIGHT = 0x2;
+constexpr UINT DT_VCENTER = 0x4;
+constexpr UINT DT_BOTTOM = 0x8;
+constexpr UINT DT_SINGLELINE = 0x20;
+constexpr UINT DT_CALCRECT = 0x400;
+
 // Message boxes: types and answers.
 constexpr UINT MB_OK = 0x0;
 constexpr UINT MB_YESNO = 0x4;

@@ -1,3 +1,12 @@
 #include "geometry/state.h"
 
-void zm::geometry::ResetState() {}
+namespace zm::geometry {
+
+State detail::theState;
+
+void ResetState() {
+    delete[] state().straightened.values;
+    state() = State{};
+}
+
+}  // namespace zm::geometry

@@ -1,9 +1,34 @@
-// What symbol remembers between calls.
+// What symbol remembers between calls. The exported globals TheBody, nBody and TheLCBody are defined beside it.
 #pragma once
+
+#include <cstdio>
+#include <memory>
+
+#include "symbol/library.h"
+#include "symbol/limits.h"
+#include "symbol/scratch.h"
 
 namespace zm::symbol {
 
-/// Sets every remembered value of this folder back to its start value.
+struct State {
+    std::unique_ptr<Library> library;         // TsymbolInit, TsymbolClose
+    int lastCode = 0;                         // the last code looked up; cleared by TsymbolInit only
+    const char* const* blockTable = nullptr;  // SetSymbolBlockTable; the caller's
+    int frameSwitch = 0;                      // _LDExText draws a frame if it is on; nothing in the library sets it
+    int colourCounter = 0;                    // rolling colour of brush and bitmap hatches, 0 to 7
+    double lineOffsetX = 0.0;                 // AppendLineCor with a negative group
+    double lineOffsetY = 0.0;
+    std::FILE* hachureFile = nullptr;  // DrawTriangleHachures writes here if set; nothing in the library sets it
+    HatchCuts hatchCuts;               // what the hatch caps left out
+    bool curveCutTold = false;         // messages about limits are shown once for a library
+    bool arcPolylineCutTold = false;
+    bool patternStuckTold = false;
+    ScratchPool scratch;
+};
+
+State& state();
+
+/// Sets every remembered value of this folder back to its start value, the exported globals included.
 void ResetState();
 
 }  // namespace zm::symbol

@@ -1,0 +1,131 @@
+// The tables of the symbol library and the lookup by code.
+#include "symbol/library.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "symbol/state.h"
+#include "symbol/texts.h"
+#include "zenromath/runtime.h"
+
+namespace zm::symbol {
+
+Library::Library() {
+    heads.fill({SymbolStatusL, 0, 0});
+    body.reserve(kBodyRecords);
+    lineClasses.reserve(kLineClasses);
+}
+
+Body Library::BodyOf(int code) {
+    const SymbolHead& head = heads[static_cast<std::size_t>(std::clamp(code, 0, kLastCode))];
+    if (head.status != SymbolStatusG && head.status != SymbolStatusH) return {};
+    return {body.data() + head.position, bodySizes[static_cast<std::size_t>(std::clamp(code, 0, kLastCode))]};
+}
+
+void Library::CountBodies() {
+    const int total = static_cast<int>(body.size());
+    for (std::size_t code = 0; code < heads.size(); ++code) {
+        const SymbolHead& head = heads[code];
+        if (head.status != SymbolStatusG && head.status != SymbolStatusH) continue;
+        int at = head.position;
+        for (int left = head.number; left > 0 && at < total; ++at)
+            if (CountsAsTerminator(body[static_cast<std::size_t>(at)])) --left;
+        bodySizes[code] = at - head.position;
+    }
+}
+
+SYMBODY PointRecord(float x, float y) {
+    SYMBODY record;
+    record.point = {x, y};
+    return record;
+}
+
+SYMBODY RawRecord(int first, int second) {
+    SYMBODY record;
+    record.raw = {first, second};
+    return record;
+}
+
+bool IsTerminator(const SYMBODY& record) {
+    constexpr double kNear = 1e-5;
+    return std::fabs(record.point.x - double{kTerminator}) < kNear &&
+           std::fabs(record.point.y - double{kTerminator}) < kNear;
+}
+
+bool CountsAsTerminator(const SYMBODY& record) {
+    constexpr double kBelow = 0.0001;
+    // Required: one-sided, so that an arc marker with a sweep of -100 degrees or less counts; nBody depends on it.
+    return record.point.x - double{kTerminator} < kBelow && record.point.y - double{kTerminator} < kBelow;
+}
+
+int NextRecord(const Body& body, int from) {
+    for (int at = from; at < body.size; ++at)
+        if (IsTerminator(body.records[at])) return at + 1;
+    return -1;
+}
+
+Body CurrentBody() {
+    return {TheBody, TheBody != nullptr ? nBody : 0};
+}
+
+}  // namespace zm::symbol
+
+using zm::symbol::kLastCode;
+using zm::symbol::state;
+
+void TsymbolClose() {
+    state().library.reset();
+}
+
+int IsTsymboled() {
+    return state().library != nullptr ? 1 : 0;
+}
+
+int getsymbody(int code) {
+    zm::symbol::Library* library = state().library.get();
+    if (code < 1 || library == nullptr) return 0;
+    if (code == state().lastCode) return 1;
+    state().lastCode = code;
+    // Required: a code above 999 uses the head of 999.
+    const int known = std::min(code, kLastCode);
+    library->current = library->heads[static_cast<std::size_t>(known)];
+    switch (library->current.status) {
+        case SymbolStatusG:
+        case SymbolStatusH: {
+            TheBody = library->body.data() + library->current.position;
+            nBody = library->BodyOf(known).size;
+            return 1;
+        }
+        case SymbolStatusLC:
+            TheLCBody = library->lineClasses[static_cast<std::size_t>(library->current.position)];
+            return 1;
+        case SymbolStatusL:
+            library->lineStyle = library->current.number % 7;
+            return 1;
+        case SymbolStatusE:
+        case SymbolStatusY:
+            return 1;
+        default:
+            return _LMsg(zm::symbol::texts::kUnknownStatus, nullptr, 0);
+    }
+}
+
+int TheHeadStatus() {
+    return IsTsymboled() != 0 ? state().library->current.status : 0;
+}
+int TheHeadPosition() {
+    return IsTsymboled() != 0 ? state().library->current.position : 0;
+}
+int TheHeadNumber() {
+    return IsTsymboled() != 0 ? state().library->current.number : 0;
+}
+
+double Get_G_Size(int code) {
+    if (code < 1 || code > kLastCode || IsTsymboled() == 0) return 0.0;
+    return state().library->sizes[static_cast<std::size_t>(code)];
+}
+
+const char* Get_Symbol_Note(int code) {
+    if (code < 1 || code > kLastCode || IsTsymboled() == 0) return "null";
+    return state().library->notes[static_cast<std::size_t>(code)].c_str();
+}

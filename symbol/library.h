@@ -1,0 +1,65 @@
+// The symbol library in memory: the tables that the file reader fills and the lookup works on.
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "zenromath/symbol.h"
+
+namespace zm::symbol {
+
+constexpr int kLastCode = 999;
+constexpr int kHeads = kLastCode + 1;
+// Reading stops at the first header that meets one of these. What a symbol has beyond the first is kept: it is the
+// last one.
+constexpr std::size_t kBodyRecords = 8000;
+constexpr std::size_t kLineClasses = 300;
+constexpr int kLineHeaders = 1000;
+constexpr int kPatternTokens = 16;
+constexpr float kTerminator = -100.0F;
+// Marker of an arc polyline: its x, metres on the paper; y is the sweep in degrees.
+constexpr float kArcMarker = -10000.0F;
+
+/// A run of records that belongs to one symbol.
+struct Body {
+    const SYMBODY* records = nullptr;
+    int size = 0;  // records up to the last terminator that the lookup counts
+};
+
+struct Library {
+    Library();
+
+    std::array<SymbolHead, kHeads> heads;
+    SymbolHead current{0, 0, 0};
+    std::vector<SYMBODY> body;
+    std::array<float, kHeads> sizes{};
+    int lineStyle = 0;  // number modulo 7 of the current plain line
+    std::vector<LCBODY> lineClasses;
+    std::array<std::string, kHeads> notes;
+    std::array<int, kHeads> bodySizes{};  // records of each graphic and hatch symbol, counted once after reading
+
+    /// The records of a head of kind G or H: none for other kinds.
+    Body BodyOf(int code);
+    /// Counts the records of all graphic and hatch symbols.
+    void CountBodies();
+};
+
+SYMBODY PointRecord(float x, float y);
+inline SYMBODY Terminator() {
+    return PointRecord(kTerminator, kTerminator);
+}
+SYMBODY RawRecord(int first, int second);
+
+/// The terminator as the drawing walks look for it: both words within 1e-5 of -100.
+bool IsTerminator(const SYMBODY& record);
+/// The terminator as the lookup counts it.
+bool CountsAsTerminator(const SYMBODY& record);
+
+/// The index behind the first terminator at or after from, or -1 if the body ends first.
+int NextRecord(const Body& body, int from);
+
+/// The body of the current symbol, as TheBody and nBody have it.
+Body CurrentBody();
+
+}  // namespace zm::symbol

@@ -1,0 +1,83 @@
+#include "tools/zenro/text.h"
+
+#include <charconv>
+#include <cmath>
+#include <fstream>
+
+#include "runtime/gbk.h"
+#include "runtime/numbers.h"
+#include "tools/zenro/exit_codes.h"
+
+namespace fs = std::filesystem;
+
+namespace zm::tool {
+
+std::string Trim(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(" \t\r\n");
+    if (first == std::string_view::npos) return {};
+    const std::size_t last = text.find_last_not_of(" \t\r\n");
+    return std::string(text.substr(first, last - first + 1));
+}
+
+bool ReadWhole(std::string_view text, int& number) {
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size();
+}
+
+bool ReadReal(std::string_view text, double& number) {
+    if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size() && std::isfinite(number);
+}
+
+std::string Fixed(double number, int decimals) {
+    std::string text = numbers::Text("%.*f", decimals, number);
+    // A negative zero reads like a mistake.
+    if (text.front() == '-' && text.find_first_not_of("-0.") == std::string::npos) text.erase(0, 1);
+    return text;
+}
+
+std::string ReadWholeFile(const fs::path& path, std::size_t limit) {
+    std::error_code error;
+    if (fs::is_directory(path, error)) throw Failure(kNoInput, path.string() + ": is a directory, not a file.");
+    std::ifstream in(path, std::ios::binary);
+    if (!in) throw Failure(kNoInput, path.string() + ": cannot be opened. Check the path and its permissions.");
+    std::string bytes;
+    char block[65536];
+    while (in.read(block, sizeof block), in.gcount() > 0) {
+        bytes.append(block, static_cast<std::size_t>(in.gcount()));
+        if (bytes.size() > limit)
+            throw Failure(kNoInput, path.string() + ": is larger than " + std::to_string(limit >> 20) +
+                                        " MiB; that is not such a file.");
+    }
+    return bytes;
+}
+
+std::string LibraryPath(const fs::path& path) {
+    int lost = 0;
+    std::string gbk = gbk::FromUtf8(path.string(), &lost);
+    if (lost > 0) return {};
+    std::string result;
+    for (std::size_t i = 0; i < gbk.size(); ++i) {
+        if (gbk::IsLead(gbk[i]) && i + 1 < gbk.size()) {
+            result += gbk[i];
+            result += gbk[++i];
+        } else {
+            result += gbk[i] == '/' ? '\\' : gbk[i];
+        }
+    }
+    return result.size() < 256 ? result : std::string();
+}
+
+fs::path FromLibraryPath(const char* path) {
+    std::string utf8 = gbk::ToUtf8(path != nullptr ? path : "");
+    for (char& c : utf8)
+        if (c == '\\') c = '/';
+    return utf8;
+}
+
+std::string ToLibraryText(const std::string& utf8, char replacement, int& lost) {
+    return gbk::FromUtf8(utf8, &lost, replacement);
+}
+
+}  // namespace zm::tool

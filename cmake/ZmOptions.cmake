@@ -19,6 +19,7 @@ target_include_directories(zm_options INTERFACE
   $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
 target_compile_options(zm_options INTERFACE
   $<$<CXX_COMPILER_ID:GNU,Clang>:-Wall;-Wextra;-Wpedantic;-Wshadow;-ffp-contract=off>  # a * b + c rounds alike everywhere
+  $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>  # g++ 12 warns of "text" + std::string inside the standard library
   $<$<CXX_COMPILER_ID:MSVC>:/W4;/fp:precise;/utf-8>)
 target_compile_definitions(zm_options INTERFACE ZM_BUILDING)
 if(ZM_WERROR)

@@ -1,0 +1,41 @@
+#include "runtime/profile_cache.h"
+
+#include <algorithm>
+
+namespace zm::profile {
+namespace {
+
+constexpr std::size_t kEntriesKept = 8;
+constexpr std::size_t kBytesKept = 32u << 20;  // of source text; the file read last is kept whatever its size
+
+}  // namespace
+
+const Text* Cache::Read(const std::filesystem::path& file) {
+    system::FileStamp stamp;
+    if (!system::StampOfFile(file, stamp)) return nullptr;
+    const auto kept = std::find_if(m_entries.begin(), m_entries.end(),
+                                   [&](const Entry& entry) { return entry.stamp.SameAs(stamp); });
+    if (kept != m_entries.end() && kept->stamp.settled) {
+        std::rotate(kept, kept + 1, m_entries.end());
+        return m_entries.back().text.get();
+    }
+    std::string bytes;
+    if (!system::ReadWholeFile(file, bytes, stamp)) return nullptr;
+    Keep({stamp, std::make_shared<const Text>(std::move(bytes))});
+    return m_entries.back().text.get();
+}
+
+void Cache::Keep(Entry entry) {
+    std::erase_if(m_entries, [&](const Entry& old) {
+        return old.stamp.device == entry.stamp.device && old.stamp.number == entry.stamp.number;
+    });
+    m_entries.push_back(std::move(entry));
+    std::size_t bytes = 0;
+    for (const Entry& kept : m_entries) bytes += kept.text->sourceSize();
+    while (m_entries.size() > 1 && (m_entries.size() > kEntriesKept || bytes > kBytesKept)) {
+        bytes -= m_entries.front().text->sourceSize();
+        m_entries.erase(m_entries.begin());
+    }
+}
+
+}  // namespace zm::profile

@@ -47,7 +47,11 @@ struct Format {
 };
 
 /// Compares out with expected by the tolerances; a text with the first difference, empty if there is none.
-std::string Difference(const Json& expected, const Json& found, const Json& tolerances);
+/// zeroSigns: a zero must also have the sign of the expected zero.
+std::string Difference(const Json& expected, const Json& found, const Json& tolerances, bool zeroSigns = false);
+
+/// Whether the sign of a zero result counts for this function: the conversions of packed sexagesimal numbers.
+bool ZeroSignsCount(const std::string& function);
 
 /// Runs one record. known is false where nothing can run it.
 Outcome RunRecord(const std::string& fileName, const std::string& directory, const Json& record, bool& known);

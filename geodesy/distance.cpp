@@ -1,0 +1,111 @@
+// The distance of two points, on the projection plane or on the ellipsoid.
+#include <cmath>
+
+#include "geodesy/sincos.h"
+#include "zenromath/geodesy.h"
+
+using namespace zm::geodesy;
+
+namespace {
+
+constexpr double kSameLine = 9e-10;  // radians; below it a line runs along a parallel or meridian
+constexpr double kTiny = 1e-12;
+constexpr double kLambdaStep = 2e-10;  // radians; the iteration goes on above it
+constexpr int kMostPasses = 1000;      // 3 to 6 are usual; lines to near the antipode do not settle
+
+struct Ellipsoid {
+    double a, e2;
+};
+
+double AlongParallel(const Ellipsoid& e, double B1, double B2, double dL) {
+    return std::abs(e.a * std::cos(B1) / std::sqrt(1.0 - e.e2 * std::sin(B1) * std::sin(B2)) * dL);
+}
+
+// Source: binomial series of the meridian arc in powers of sin B, to e2^4; docs/geodesy/series.md.
+double AlongMeridian(const Ellipsoid& e, double B1, double B2) {
+    const double e2 = e.e2;
+    const double e4 = e2 * e2;
+    const double e6 = e4 * e2;
+    const double e8 = e4 * e4;
+    const double Z = 3.0 / 4 * e2 + 45.0 / 64 * e4 + 175.0 / 256 * e6 + 11025.0 / 16384 * e8;
+    const double C = 15.0 / 32 * e4 + 175.0 / 384 * e6 + 3675.0 / 8192 * e8;
+    const double D = 35.0 / 96 * e6 + 735.0 / 2048 * e8;
+    const double E = 315.0 / 1024 * e8;
+    const auto M = [&](double B) {
+        const auto [s, c] = SinCosOf(B);
+        const double s2 = s * s;
+        return B * (1.0 + Z) - c * s * (Z + s2 * (C + s2 * (D + s2 * E)));
+    };
+    return std::abs(M(B2) - M(B1)) * e.a * (1.0 - e2);
+}
+
+double GuardedArcCosine(double v) {
+    return std::abs(v) + kTiny > 1.0 ? 0.0 : std::acos(v);
+}
+
+// The inverse problem by iteration on the longitude on the auxiliary sphere.
+// Required: x1 and x2 come from an arc cosine and lose the sense of travel, so that a line towards rising latitude
+// reads long; stored lengths hold it.
+double OnAuxiliarySphere(const Ellipsoid& e, double B1, double B2, double dL) {
+    const double c = std::sqrt(1.0 - e.e2);
+    const double b = std::sqrt(e.a * e.a * (1.0 - e.e2));
+    const double n = (e.a - b) / (e.a + b);
+    const double u1 = std::atan(c * std::tan(B1));
+    const double u2 = std::atan(c * std::tan(B2));
+    const double sin1 = std::sin(u1);
+    const double sin2 = std::sin(u2);
+    const double P = std::cos(u1) * std::cos(u2);
+    const double Q = sin1 * sin2;
+    double lambda = dL;
+    double sigma = 0.0, k = 0.0, t2 = 0.0, t4 = 0.0;
+    for (int pass = 0; pass < kMostPasses; ++pass) {
+        const SinCos at = SinCosOf(lambda);
+        sigma = GuardedArcCosine(P * at.cos + Q);
+        if (std::abs(sigma) < kTiny)
+            return std::abs((std::abs(std::cos(B2)) + std::abs(std::cos(B1))) / 2.0 * e.a /
+                            std::sqrt(1.0 - e.e2 * std::sin(B1) * std::sin(B2)) * dL);
+        const double alpha = GuardedArcCosine(P * at.sin / std::sin(sigma));
+        double x1 = 0.0, x2 = 0.0;
+        if (!(std::abs(alpha) < kTiny)) {
+            x1 = GuardedArcCosine(sin1 / std::sin(alpha));
+            x2 = GuardedArcCosine(sin2 / std::sin(alpha));
+        }
+        const double cosAlpha = std::cos(alpha);
+        const double w = std::sqrt(1.0 - e.e2 * (cosAlpha * cosAlpha));
+        k = (w - c) / (w + c);
+        t2 = std::sin(2.0 * x2) - std::sin(2.0 * x1);
+        t4 = std::sin(4.0 * x2) - std::sin(4.0 * x1);
+        const double next =
+            dL + e.e2 / 2.0 * cosAlpha * ((n + 1.0 - k / 2.0 - k * k / 4.0) * sigma - k / 4.0 * t2 + k * k / 16.0 * t4);
+        const double step = std::abs(next - lambda);
+        lambda = next;
+        if (!(step > kLambdaStep)) break;
+    }
+    return std::abs(((k / 2.0 - 3.0 * (k * k * k) / 16.0) * t2 + sigma - k * k / 16.0 * t4) * b * (1.0 + k * k / 4.0) /
+                    (1.0 - k));
+}
+
+// Required: each point takes the central meridian of its own zone; two zones are not brought into one.
+double OnPlane(znCoordSysTypeConstants system, double B1, double L1, double B2, double L2) {
+    Coordinate_2Dsys first;
+    Coordinate_2Dsys second;
+    first.setEllipse(system);
+    second.setEllipse(system);
+    first.setBL(B1, L1);
+    second.setBL(B2, L2);
+    first.UTMtoGS();
+    second.UTMtoGS();
+    const double dX = second.getGX() - first.getGX();
+    const double dY = second.getGY() - first.getGY();
+    return std::sqrt(dX * dX + dY * dY);
+}
+
+}  // namespace
+
+double DistandAreaInquiry::Dist(const double& B1, const double& L1, const double& B2, const double& L2) const {
+    if (method == 0) return OnPlane(ellipse, B1, L1, B2, L2);
+    const Ellipsoid e{a, e2};
+    if (std::abs(B2 - B1) < kSameLine) return AlongParallel(e, B1, B2, L2 - L1);
+    if (std::abs(L2 - L1) < kSameLine) return AlongMeridian(e, B1, B2);
+    return OnAuxiliarySphere(e, B1, B2, L2 - L1);
+}

@@ -1,0 +1,43 @@
+// Small numeric helpers of geodesy.
+#pragma once
+
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+namespace zm::geodesy {
+
+constexpr double kPi = 3.141592653589793;
+constexpr double kTwoPi = 6.283185307179586;
+
+/// Degrees to radians and back, in the order of operations that zones depend on.
+inline double Radians(double degrees) {
+    return degrees * kPi / 180.0;
+}
+inline double Degrees(double radians) {
+    return radians * 180.0 / kPi;
+}
+
+/// Truncation towards zero into 32 bits: the nearest integer that fits, 0 for not-a-number.
+inline std::int32_t TruncatedToInt(double value) {
+    if (!(value == value)) return 0;
+    if (value <= std::numeric_limits<std::int32_t>::min()) return std::numeric_limits<std::int32_t>::min();
+    if (value >= std::numeric_limits<std::int32_t>::max()) return std::numeric_limits<std::int32_t>::max();
+    return static_cast<std::int32_t>(value);
+}
+
+/// Whole and fractional part of a number that is not negative, towards zero.
+struct SplitNumber {
+    double whole;
+    double fraction;
+};
+inline SplitNumber Split(double value) {
+    constexpr double kAllWhole = 9007199254740992.0;  // from 2^53 every double is whole
+    if (value < kAllWhole) {
+        const auto whole = static_cast<double>(static_cast<std::int64_t>(value));
+        return {whole, value - whole};
+    }
+    return {value, value == value ? 0.0 : value};
+}
+
+}  // namespace zm::geodesy

@@ -1,0 +1,416 @@
+#include "dwg/block_copy.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include "dwg/selection.h"
+#include "dwg/source_drawing.h"
+#include "dwg/texts.h"
+#include "zenromath/runtime.h"
+
+namespace zm::dwg {
+namespace {
+
+// Kinds of records that are treated by themselves.
+enum Kind {
+    kindLine = 1,
+    kindPoint,
+    kindCircle,
+    kindText = 7,
+    kindArc,
+    kindTrace,
+    kindSolid = 11,
+    kindBlock,
+    kindBlockEnd,
+    kindInsert,
+    kindPolyline = 19,
+    kindVertex
+};
+
+constexpr int kColorPrefix = 1;
+constexpr int kLinetypePrefix = 2;
+constexpr std::uint8_t kByBlock = 255;  // in the place of a linetype index
+// A nested reference is two bytes longer than its length says: its block number has four bytes on both sides.
+constexpr std::uint64_t kInsertSurplus = 2;
+
+// The flags of a record without colour and linetype, by its kind; -1: the kind has no family.
+int FamilyOf(int kind) {
+    switch (kind) {
+        case kindLine:
+        case kindPoint:
+            return kHasElevation;
+        case kindCircle:
+        case kindText:
+        case kindArc:
+        case kindTrace:
+        case kindSolid:
+        case kindBlock:
+        case kindBlockEnd:
+        case kindInsert:
+        case kindVertex:
+            return 0;
+        case kindPolyline:
+            return kHasFollowers;
+        default:
+            return -1;
+    }
+}
+
+bool HasLinetypeField(int flags) {
+    return flags == 2 || flags == 3 || flags == 6 || flags == 7 || flags == 130 || flags == 131;
+}
+
+class BlockCopier {
+ public:
+    BlockCopier(Session& session, SourceFile& file)
+        : m_tables(session.tables()),
+          m_session(session),
+          m_file(file),
+          m_source(file),
+          m_tail(state().blockTail),
+          m_first(m_tables.Count(Table::block)),
+          m_pending(m_first),
+          m_wanted(static_cast<std::size_t>(LayoutOf(Table::block).capacity)) {}
+
+    bool Copy(const char* name);
+    const CopyFault& fault() const { return m_fault; }
+
+ private:
+    struct Record {
+        std::uint64_t start;  // in the block file
+        int kind;
+        int flags;
+        int length;         // in the block file
+        int working;        // what is left of the length by the rules of the kinds
+        int tail;           // bytes at its end that the output lacks
+        bool narrowed;      // its linetype field is one byte shorter in the output
+        bool byBlock;       // its linetype byte stays
+        std::size_t begun;  // in the block section
+        int copiedLength;
+    };
+
+    bool Fail(const char* reason) {
+        m_fault = {reason, m_recordStart, false};
+        return false;
+    }
+    bool Overflow(const char* limit) {
+        m_fault = {limit, m_recordStart, true};
+        return false;
+    }
+
+    bool OpenBlock(const char* name);
+    bool CopyNested(int number);
+    bool CopyRecord(bool nested, double dx, double dy, Record& record);
+    bool CopyBody(const Record& record, double dx, double dy);
+    bool MapLayer(unsigned index);
+    bool MapLinetype(unsigned index);
+    bool ReadLinetypeField(Record& record);
+    bool CopyPrefix(Record& record);
+    bool CopyReference();
+    bool CopyPoints(int count, double dx, double dy);
+    bool CopyBytes(int count);
+    bool Put(const void* data, std::size_t count);
+    void Skip(int count) { m_place += static_cast<std::uint64_t>(count); }
+
+    std::vector<std::uint8_t>& section() { return m_tables.section(); }
+
+    Tables& m_tables;
+    Session& m_session;
+    SourceFile& m_file;
+    SourceDrawing m_source;
+    const int m_tail;
+    const int m_first;                    // number of the block that the file becomes
+    int m_pending;                        // end of the list of wanted blocks, which begins at m_first
+    std::vector<std::uint32_t> m_wanted;  // block numbers of the file, still to be copied
+    std::uint64_t m_place = 0;            // in the block file
+    std::uint64_t m_recordStart = 0;
+    CopyFault m_fault;
+};
+
+bool BlockCopier::Put(const void* data, std::size_t count) {
+    if (kBlockSectionSize - section().size() < count)
+        return Overflow("the block definitions of the drawing would pass 64000 bytes");
+    const auto* bytes = static_cast<const std::uint8_t*>(data);
+    section().insert(section().end(), bytes, bytes + count);
+    return true;
+}
+
+bool BlockCopier::CopyBytes(int count) {
+    if (count < 0) return Fail("a record is shorter than its kind needs");
+    std::uint8_t part[256];
+    while (count > 0) {
+        const std::size_t size = std::min<std::size_t>(static_cast<std::size_t>(count), sizeof part);
+        if (!m_file.Read(m_place, part, size)) return Fail("the file ends inside a record");
+        if (!Put(part, size)) return false;
+        m_place += size;
+        count -= static_cast<int>(size);
+    }
+    return true;
+}
+
+bool BlockCopier::CopyPoints(int count, double dx, double dy) {
+    for (int i = 0; i < count; ++i) {
+        std::uint8_t point[16];
+        if (!m_file.Read(m_place, point, sizeof point)) return Fail("the file ends inside a record");
+        m_place += sizeof point;
+        Store(point, LoadReal(point) - dx);
+        Store(point + 8, LoadReal(point + 8) - dy);
+        if (!Put(point, sizeof point)) return false;
+    }
+    return true;
+}
+
+bool BlockCopier::MapLinetype(unsigned index) {
+    char name[kNameSize + 1];
+    if (!m_source.LinetypeName(index, name)) return Fail("a linetype index leads outside the linetype table");
+    SelectLinetype(m_session, name);
+    return true;
+}
+
+bool BlockCopier::MapLayer(unsigned index) {
+    char name[kNameSize + 1];
+    unsigned linetype = 0;
+    if (!m_source.Layer(index, m_tail != 0, name, linetype)) return Fail("a layer index leads outside the layer table");
+    if (!MapLinetype(linetype)) return false;
+    // Required: the layer's own colour is dropped; it takes the current one.
+    SelectLayer(m_session, name);
+    return true;
+}
+
+// Looks at the linetype field behind the header: its linetype becomes the current one.
+bool BlockCopier::ReadLinetypeField(Record& record) {
+    if (record.tail != 0) {
+        --record.working;
+        record.narrowed = true;
+    }
+    const int behindColor = (record.flags & kColorPrefix) != 0 ? 1 : 0;
+    std::uint8_t index = 0;
+    if (!m_file.Read(m_place + static_cast<std::uint64_t>(behindColor), &index, 1))
+        return Fail("the file ends inside a record");
+    record.byBlock = index == kByBlock;
+    if (record.byBlock) return true;
+    if (index > 127) return Fail("a linetype index leads outside the linetype table");
+    return MapLinetype(index);
+}
+
+// Colour and linetype behind the header.
+bool BlockCopier::CopyPrefix(Record& record) {
+    const int family = FamilyOf(record.kind);
+    if (family < 0) {
+        // Nothing is known of such a record but its linetype field, whose second byte goes.
+        if (!record.narrowed) return true;
+        const int kept = (record.flags & kColorPrefix) != 0 ? 2 : 1;
+        if (!CopyBytes(kept)) return false;
+        Skip(1);
+        record.working -= kept;
+        return true;
+    }
+    const int prefix = record.flags - family;
+    if (prefix < 0 || prefix > (kColorPrefix | kLinetypePrefix)) {
+        _LMsg(texts::kUnknownType, nullptr, 0);
+        return true;
+    }
+    if ((prefix & kColorPrefix) != 0) {
+        if (!CopyBytes(1)) return false;
+        --record.working;
+    }
+    if ((prefix & kLinetypePrefix) != 0) {
+        const auto index = record.byBlock ? kByBlock : static_cast<std::uint8_t>(state().now.linetype);
+        if (!Put(&index, 1)) return false;
+        Skip(record.narrowed ? 2 : 1);
+        --record.working;
+    }
+    return true;
+}
+
+// The block number of a nested reference: that of a block that is copied already, or of one that will be.
+bool BlockCopier::CopyReference() {
+    std::uint8_t field[4];
+    if (!m_file.Read(m_place, field, sizeof field)) return Fail("the file ends inside a record");
+    m_place += sizeof field;
+    const std::uint32_t number = Load32(field);
+    std::uint8_t block[SourceDrawing::kBlockRecord];
+    if (!m_source.Block(number, block)) return Fail("a block number leads outside the block table");
+    const auto first = static_cast<std::uint32_t>(m_first);
+    std::uint32_t mapped = number + 1;
+    bool known = false;
+    for (int i = m_first; i < m_pending; ++i) {
+        // Required: the scan goes on with the raised number.
+        if (m_wanted[static_cast<std::size_t>(i)] != mapped - 1) continue;
+        mapped += first;
+        known = true;
+    }
+    if (!known) {
+        for (int slot = 0; slot < m_pending; ++slot) {
+            // Required: the last block of the name wins.
+            if (std::memcmp(m_tables.Slot(Table::block, slot) + 1, block + 1, kNameSize) != 0) continue;
+            mapped = static_cast<std::uint32_t>(slot);
+            known = true;
+        }
+    }
+    if (!known) {
+        if (m_pending == LayoutOf(Table::block).capacity) return Overflow("a drawing holds 500 blocks");
+        m_wanted[static_cast<std::size_t>(m_pending++)] = number;
+        mapped += first;
+    }
+    Store(field, mapped);
+    return Put(field, sizeof field);
+}
+
+bool BlockCopier::CopyBody(const Record& record, double dx, double dy) {
+    const int tail = record.tail;
+    bool done = false;
+    switch (record.kind) {
+        case kindLine:
+            done = CopyPoints(2, dx, dy);
+            break;
+        case kindPoint:
+            done = CopyPoints(1, dx, dy);
+            break;
+        case kindCircle:
+            done = CopyPoints(1, dx, dy) && CopyBytes(8);
+            break;
+        case kindText:
+        case kindVertex:
+            done = CopyPoints(1, dx, dy) && CopyBytes(record.working - 24 - tail);
+            break;
+        case kindArc:
+            done = CopyPoints(1, dx, dy) && CopyBytes(24);
+            break;
+        case kindTrace:
+        case kindSolid:
+            done = CopyPoints(4, dx, dy);
+            break;
+        case kindInsert:
+            done = CopyReference() && CopyPoints(1, dx, dy) && CopyBytes(record.working - 26 - tail);
+            break;
+        default:
+            done = CopyBytes(record.working - 8 - tail);
+            break;
+    }
+    if (done) Skip(tail);
+    return done;
+}
+
+bool BlockCopier::CopyRecord(bool nested, double dx, double dy, Record& record) {
+    std::uint8_t header[kEntityHeaderSize];
+    m_recordStart = m_place;
+    if (!m_file.Read(m_place, header, sizeof header)) return Fail("the file ends where a record should begin");
+    m_place += sizeof header;
+    const int length = Load16(header + 2);
+    record = {m_recordStart, header[0], header[1], length, length, m_tail, false, false, section().size(), 0};
+    if (length < static_cast<int>(kEntityHeaderSize)) return Fail("a record is shorter than its header");
+    // The BLOCK record of a later file has 8 bytes more at its end.
+    if (nested && record.kind == kindBlock && m_tail != 0) record.tail += 6;
+    if (!MapLayer(Load16(header + 4))) return false;
+    if (HasLinetypeField(record.flags) && !ReadLinetypeField(record)) return false;
+    record.copiedLength = record.working - record.tail;
+    if (record.copiedLength < static_cast<int>(kEntityHeaderSize)) return Fail("a record is shorter than its header");
+    Store(header + 2, static_cast<std::uint16_t>(record.copiedLength));
+    Store(header + 4, state().now.layer);
+    if (!Put(header, sizeof header)) return false;
+    if (nested) m_tables.AddToField(kExtraStart, static_cast<std::uint32_t>(record.copiedLength));
+    if (!CopyPrefix(record)) return false;
+    const bool ends = nested && record.kind == kindBlockEnd;
+    if (!ends && !CopyBody(record, dx, dy)) return false;
+    const std::uint64_t surplus = record.kind == kindInsert ? kInsertSurplus : 0;
+    const std::uint64_t read = m_place - record.start;
+    const std::uint64_t written = section().size() - record.begun;
+    if ((!ends && read != static_cast<std::uint64_t>(length) + surplus) ||
+        written != static_cast<std::uint64_t>(record.copiedLength) + surplus)
+        return Fail("the length of a record is not that of its fields");
+    return true;
+}
+
+// A nested block: the records from its BLOCK to its ENDBLK.
+bool BlockCopier::CopyNested(int number) {
+    const int slot = m_first + number + 1;
+    if (slot >= LayoutOf(Table::block).capacity || m_tables.Full(Table::block))
+        return Overflow("a drawing holds 500 blocks");
+    std::uint8_t block[SourceDrawing::kBlockRecord];
+    if (!m_source.Block(static_cast<std::uint32_t>(number), block))
+        return Fail("a block number leads outside the block table");
+    m_place = m_source.BlocksStart() + Load16(block + (m_tail != 0 ? 35 : block_record::kOffset));
+    Store(block + block_record::kOffset, static_cast<std::uint16_t>(section().size()));
+    Store(block + block_record::kMark, block_record::kMarkValue);
+    // Required: the slot follows from the number in the file, so that a reference can tell it before the block is
+    // copied. A file with blocks that nobody refers to leaves holes.
+    std::memcpy(m_tables.Slot(Table::block, slot), block, sizeof block);
+    m_tables.AddBlock();
+    const Attributes before = state().now;
+    Record record;
+    do {
+        if (!CopyRecord(true, 0.0, 0.0, record)) return false;
+    } while (record.kind != kindBlockEnd);
+    state().now.layer = before.layer;
+    state().now.linetype = before.linetype;
+    return true;
+}
+
+// The block table's record of the file and the BLOCK record.
+bool BlockCopier::OpenBlock(const char* name) {
+    if (m_tables.Full(Table::block)) return Overflow("a drawing holds 500 blocks");
+    std::uint8_t* slot = m_tables.Slot(Table::block, m_first);
+    slot[0] = kReferenced;
+    std::memset(slot + 1, 0, kNameSize);
+    std::memcpy(slot + 1, name, std::strlen(name));
+    Store(slot + block_record::kOffset, static_cast<std::uint16_t>(section().size()));
+    Store(slot + block_record::kMark, block_record::kMarkValue);
+    std::uint8_t record[24] = {};
+    static_assert(sizeof record == kBlock.length);
+    Store(record, kBlock.word);
+    Store(record + 2, kBlock.length);
+    m_tables.AddBlock();
+    return Put(record, sizeof record);
+}
+
+bool BlockCopier::Copy(const char* name) {
+    if (!m_source.Read()) return Fail("it is shorter than its header");
+    if (!OpenBlock(name)) return false;
+    const Attributes before = state().now;
+    m_place = m_source.EntitiesStart();
+    const std::uint64_t size = std::uint64_t{m_source.EntitiesEnd()} - m_source.EntitiesStart();
+    m_recordStart = m_place;
+    if (m_source.EntitiesEnd() < m_source.EntitiesStart()) return Fail("its entity section ends before it begins");
+    for (std::uint64_t done = 0; done != size;) {
+        Record record;
+        if (!CopyRecord(false, m_source.BaseX(), m_source.BaseY(), record)) return false;
+        done += static_cast<std::uint64_t>(record.length);
+        if (done > size) return Fail("a record runs past the end of the entity section");
+    }
+    std::uint8_t end[kEntityHeaderSize] = {};
+    Store(end, kBlockEnd.word);
+    Store(end + 2, kBlockEnd.length);
+    if (!Put(end, sizeof end)) return false;
+    // Required: the whole section so far, the blocks of earlier files too, so that this field runs ahead.
+    m_tables.AddToField(kExtraStart, static_cast<std::uint32_t>(section().size()));
+    for (int i = m_first; i < m_pending; ++i)
+        if (!CopyNested(static_cast<int>(m_wanted[static_cast<std::size_t>(i)]))) return false;
+    state().now.layer = before.layer;
+    state().now.linetype = before.linetype;
+    return true;
+}
+
+}  // namespace
+
+CopyFault CopyBlockFile(Session& session, SourceFile& source, const char* name) {
+    const Tables before = session.tables();
+    const Attributes attributes = state().now;
+    BlockCopier copier(session, source);
+    CopyFault fault;
+    if (!copier.Copy(name)) fault = copier.fault();
+    session.TablesChanged();
+    // A reference to the block comes next, so that both fit or none.
+    if (fault.reason == nullptr && session.room() < kInsert.length) fault = {"the drawing has reached 4 GiB", 0, true};
+    if (fault.reason != nullptr) {
+        session.tables() = before;
+        state().now.layer = attributes.layer;
+        state().now.linetype = attributes.linetype;
+        session.TablesChanged();
+    }
+    return fault;
+}
+
+}  // namespace zm::dwg

@@ -1,0 +1,24 @@
+// Copying of block files: the entity section of a drawing file becomes a block definition of the open drawing, and the
+// nested blocks that it refers to are copied behind it. Records of files of version digits 1009 and up are turned into
+// the shape of the output.
+#pragma once
+
+#include <cstdint>
+
+#include "dwg/session.h"
+#include "dwg/source_file.h"
+
+namespace zm::dwg {
+
+/// Why a block file was not copied.
+struct CopyFault {
+    const char* reason = nullptr;  // a part of a sentence; null: nothing is wrong
+    std::uint64_t offset = 0;      // of the record in the block file
+    bool limit = false;            // the file is sound, but a limit of the drawing was met
+};
+
+/// Copies a block file as the block of this name, in the next slot of the block table, or leaves the drawing as it was.
+/// The current layer and linetype are as before in both cases.
+CopyFault CopyBlockFile(Session& session, SourceFile& source, const char* name);
+
+}  // namespace zm::dwg

@@ -1,3 +1,11 @@
 #include "config/state.h"
 
-void zm::config::ResetState() {}
+zm::config::State& zm::config::state() {
+    static State& s = *new State;
+    return s;
+}
+
+void zm::config::ResetState() {
+    DeleteCengCi8Dlg();
+    state() = State{};
+}

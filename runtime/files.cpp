@@ -33,7 +33,9 @@ fs::path FollowIgnoringCase(const fs::path& path) {
 }
 #endif
 
-bool AccessRefused(int error) { return error == EACCES || error == EPERM || error == EROFS || error == ETXTBSY; }
+bool AccessRefused(int error) {
+    return error == EACCES || error == EPERM || error == EROFS || error == ETXTBSY;
+}
 
 }  // namespace
 

@@ -17,7 +17,9 @@ namespace fs = std::filesystem;
 namespace zm::profile {
 namespace {
 
-std::string_view View(const char* text) { return text != nullptr ? std::string_view(text) : std::string_view("", 0); }
+std::string_view View(const char* text) {
+    return text != nullptr ? std::string_view(text) : std::string_view("", 0);
+}
 
 // Where a file lies: a bare name in the configuration directory. Empty where there is no such place.
 fs::path PathOf(const char* file) {
@@ -145,7 +147,8 @@ std::string_view Default(const char* def) {
 
 // The number that a text begins with, modulo 2 to the 32nd.
 unsigned int NumberOf(std::string_view text) {
-    while (!text.empty() && (text.front() == ' ' || (text.front() >= '\t' && text.front() <= '\r'))) text.remove_prefix(1);
+    while (!text.empty() && (text.front() == ' ' || (text.front() >= '\t' && text.front() <= '\r')))
+        text.remove_prefix(1);
     const bool negative = text.starts_with('-');
     if (negative || text.starts_with('+')) text.remove_prefix(1);
     unsigned int base = 10;
@@ -285,7 +288,9 @@ bool WriteStruct(const char* section, const char* key, const void* data, unsigne
     return WriteString(section, key, value.c_str(), file);
 }
 
-Batch::Batch() { ++runtime::state().pendingWrites.batches; }
+Batch::Batch() {
+    ++runtime::state().pendingWrites.batches;
+}
 
 Batch::~Batch() {
     PendingWrites& pending = runtime::state().pendingWrites;
@@ -294,6 +299,8 @@ Batch::~Batch() {
     pending.failed = false;
 }
 
-bool Batch::Commit() { return Flush(); }
+bool Batch::Commit() {
+    return Flush();
+}
 
 }  // namespace zm::profile

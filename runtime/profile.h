@@ -1,8 +1,8 @@
 // The profile service: reads and writes the keys of profile files.
 //
 // On Windows it is the system's own. Elsewhere it is written here for the same text format and the same results;
-// docs/runtime/profile-files.md has the format and every decision. Texts are GBK bytes. A file is a GBK path; a bare name
-// lies in the configuration directory of the machine, which is made when it is first written to.
+// docs/runtime/profile-files.md has the format and every decision. Texts are GBK bytes. A file is a GBK path; a bare
+// name lies in the configuration directory of the machine, which is made when it is first written to.
 #pragma once
 
 namespace zm::profile {

@@ -13,8 +13,8 @@ constexpr std::size_t kBytesKept = 32u << 20;  // of source text; the file read 
 const Text* Cache::Read(const std::filesystem::path& file) {
     system::FileStamp stamp;
     if (!system::StampOfFile(file, stamp)) return nullptr;
-    const auto kept = std::find_if(m_entries.begin(), m_entries.end(),
-                                   [&](const Entry& entry) { return entry.stamp.SameAs(stamp); });
+    const auto kept =
+        std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry& entry) { return entry.stamp.SameAs(stamp); });
     if (kept != m_entries.end() && kept->stamp.settled) {
         std::rotate(kept, kept + 1, m_entries.end());
         return m_entries.back().text.get();

@@ -11,7 +11,9 @@ namespace {
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::string_view kUtf16Mark = "\xFF\xFE";
 
-bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\v' || c == '\f' || c == '\r'; }
+bool IsBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\v' || c == '\f' || c == '\r';
+}
 
 bool IsTrail(char c) {
     const auto b = static_cast<unsigned char>(c);
@@ -75,7 +77,9 @@ std::string Utf16OfGbk(std::string_view text) {
     std::string bytes;
     // The built-in table has characters of the first plane only, so three bytes are the most.
     for (std::size_t i = 0; i < utf8.size();) {
-        const auto byte = [&](std::size_t k) { return static_cast<std::uint32_t>(static_cast<unsigned char>(utf8[k])); };
+        const auto byte = [&](std::size_t k) {
+            return static_cast<std::uint32_t>(static_cast<unsigned char>(utf8[k]));
+        };
         std::uint32_t c = byte(i);
         if (c < 0x80 || i + 1 >= utf8.size()) {
             i += 1;
@@ -124,9 +128,13 @@ std::string_view WithoutBlanks(std::string_view text) {
     return text;
 }
 
-bool IsValue(std::string_view value) { return value.find_first_of(std::string_view("\n\0", 2)) == std::string_view::npos; }
+bool IsValue(std::string_view value) {
+    return value.find_first_of(std::string_view("\n\0", 2)) == std::string_view::npos;
+}
 
-bool IsSectionName(std::string_view name) { return IsValue(name); }
+bool IsSectionName(std::string_view name) {
+    return IsValue(name);
+}
 
 bool IsKeyName(std::string_view name) {
     if (!IsValue(name) || name.find('=') != std::string_view::npos) return false;
@@ -218,7 +226,9 @@ std::string_view Text::Find(std::string_view section, std::string_view key) cons
     return line != nullptr ? line->value : std::string_view();
 }
 
-std::string_view Text::Keep(std::string text) { return m_kept.emplace_back(std::move(text)); }
+std::string_view Text::Keep(std::string text) {
+    return m_kept.emplace_back(std::move(text));
+}
 
 std::string_view Text::RawOf(std::string_view text) {
     return Keep(m_utf16 ? Utf16OfGbk(text) : std::string(text));
@@ -270,10 +280,14 @@ std::size_t Text::EndOfItems(const Section& section) {
 
 bool Text::Apply(const Edit& edit) {
     switch (edit.kind) {
-        case Edit::Kind::setKey: return SetKey(edit);
-        case Edit::Kind::removeKey: return RemoveKey(edit);
-        case Edit::Kind::removeSection: return RemoveSection(edit);
-        case Edit::Kind::replaceSection: return ReplaceSection(edit);
+        case Edit::Kind::setKey:
+            return SetKey(edit);
+        case Edit::Kind::removeKey:
+            return RemoveKey(edit);
+        case Edit::Kind::removeSection:
+            return RemoveSection(edit);
+        case Edit::Kind::replaceSection:
+            return ReplaceSection(edit);
     }
     return false;
 }
@@ -289,10 +303,12 @@ bool Text::SetKey(const Edit& edit) {
         place = static_cast<std::size_t>(found - section.lines.data());
     } else {
         // A word without equals sign is the key without a value yet.
-        place = static_cast<std::size_t>(
-            std::find_if(section.lines.begin(), section.lines.end(),
-                         [&](const Line& line) { return line.kind == Line::Kind::word && NameEqual()(line.key, key); }) -
-            section.lines.begin());
+        place = static_cast<std::size_t>(std::find_if(section.lines.begin(), section.lines.end(),
+                                                      [&](const Line& line) {
+                                                          return line.kind == Line::Kind::word &&
+                                                                 NameEqual()(line.key, key);
+                                                      }) -
+                                         section.lines.begin());
     }
     if (place < section.lines.size()) {
         Line& line = section.lines[place];
@@ -358,17 +374,18 @@ bool Text::ReplaceSection(const Edit& edit) {
         if (!trimmed.empty() && trimmed.front() != ';') {
             line.kind = equals == std::string_view::npos ? Line::Kind::word : Line::Kind::key;
             line.key = WithoutBlanks(text.substr(0, equals));
-            line.value = equals == std::string_view::npos ? std::string_view("", 0) : WithoutBlanks(text.substr(equals + 1));
+            line.value =
+                equals == std::string_view::npos ? std::string_view("", 0) : WithoutBlanks(text.substr(equals + 1));
         }
         line.raw = RawOf(std::string(text) + std::string(kLineEnd));
         lines.push_back(line);
     }
     if (&section == &m_sections.back()) FinishLastLine();
     const auto end = static_cast<std::ptrdiff_t>(EndOfItems(section));
-    const bool same =
-        static_cast<std::size_t>(end) == lines.size() &&
-        std::equal(lines.begin(), lines.end(), section.lines.begin(),
-                   [](const Line& a, const Line& b) { return a.kind == b.kind && a.key == b.key && a.value == b.value; });
+    const bool same = static_cast<std::size_t>(end) == lines.size() &&
+                      std::equal(lines.begin(), lines.end(), section.lines.begin(), [](const Line& a, const Line& b) {
+                          return a.kind == b.kind && a.key == b.key && a.value == b.value;
+                      });
     if (same) return false;
     section.lines.erase(section.lines.begin(), section.lines.begin() + end);
     section.lines.insert(section.lines.begin(), lines.begin(), lines.end());

@@ -43,7 +43,8 @@ bool IsValue(std::string_view value);
 
 class Text {
  public:
-    /// Takes the bytes of a file. Little-endian UTF-16 behind its byte order mark is read as well, and stays what it is.
+    /// Takes the bytes of a file. Little-endian UTF-16 behind its byte order mark is read as well, and stays what it
+    /// is.
     explicit Text(std::string bytes);
     Text(const Text&) = delete;
     Text& operator=(const Text&) = delete;

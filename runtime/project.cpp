@@ -22,7 +22,9 @@ constexpr char kProbe[] = "Sure";
 constexpr int kProbeSize = 16;
 constexpr char kIniFolder[] = "\\ZenroIni";
 
-std::string_view View(const char* text) { return text != nullptr ? std::string_view(text) : std::string_view(); }
+std::string_view View(const char* text) {
+    return text != nullptr ? std::string_view(text) : std::string_view();
+}
 
 // Whether a path has room in a field; a message says so if not.
 bool Fits(std::string_view path) {
@@ -94,10 +96,14 @@ void FindModuleDirectory(TqFileContext& project) {
 
 const char* DirectoryOf(int where) {
     switch (where) {
-        case 1: return _LFModDir();
-        case 2: return _LFIniDir();
-        case 3: return _LFWndDir();
-        default: return _LFPrjDir();
+        case 1:
+            return _LFModDir();
+        case 2:
+            return _LFIniDir();
+        case 3:
+            return _LFWndDir();
+        default:
+            return _LFPrjDir();
     }
 }
 
@@ -139,8 +145,7 @@ int GetInt(int def, const char* key, const char* section) {
 int GetText(const char* def, char* buffer, int size, const char* key, const char* section) {
     SetSection(section);
     return static_cast<int>(profile::GetString(Project().currentSection, key, def, buffer,
-                                               size > 0 ? static_cast<unsigned int>(size) : 0u,
-                                               Project().currentFile));
+                                               size > 0 ? static_cast<unsigned int>(size) : 0u, Project().currentFile));
 }
 
 int WriteInt(int value, const char* key, const char* section) {
@@ -197,7 +202,9 @@ void _LFInit(char* name, char* ext, char* fallback) {
         Put(project.chosenFile, fallback);
 }
 
-void _LFSetExt(char* ext) { zm::runtime::SetExtension(ext); }
+void _LFSetExt(char* ext) {
+    zm::runtime::SetExtension(ext);
+}
 
 void _LFExt(char* buf, char* ext) {
     if (buf == nullptr) return;
@@ -206,19 +213,29 @@ void _LFExt(char* buf, char* ext) {
     std::memcpy(buf, path.c_str(), path.size() + 1);
 }
 
-void _LFRcd(char* section) { zm::runtime::SetSection(section != nullptr ? section : ""); }
+void _LFRcd(char* section) {
+    zm::runtime::SetSection(section != nullptr ? section : "");
+}
 
-int _LFGetI(int def, char* key, char* section) { return zm::runtime::GetInt(def, key, section); }
+int _LFGetI(int def, char* key, char* section) {
+    return zm::runtime::GetInt(def, key, section);
+}
 
 int _LFGetS(char* def, char* buf, int size, char* key, char* section) {
     return zm::runtime::GetText(def, buf, size, key, section);
 }
 
-int _LFWrtI(int value, char* key, char* section) { return zm::runtime::WriteInt(value, key, section); }
+int _LFWrtI(int value, char* key, char* section) {
+    return zm::runtime::WriteInt(value, key, section);
+}
 
-int _LFWrtS(char* value, char* key, char* section) { return zm::runtime::WriteText(value, key, section); }
+int _LFWrtS(char* value, char* key, char* section) {
+    return zm::runtime::WriteText(value, key, section);
+}
 
-const char* _LFPrjDir() { return Project().projectDirectory; }
+const char* _LFPrjDir() {
+    return Project().projectDirectory;
+}
 
 const char* _LFModDir() {
     zm::runtime::FindModuleDirectory(Project());
@@ -230,7 +247,9 @@ const char* _LFIniDir() {
     return Project().iniDirectory;
 }
 
-const char* _LFWndDir() { return Project().machineUsable != 0 ? Project().machineDirectory : _LFModDir(); }
+const char* _LFWndDir() {
+    return Project().machineUsable != 0 ? Project().machineDirectory : _LFModDir();
+}
 
 const char* _LFWholeName(char* buf, char* name, char* ext, int where) {
     return zm::runtime::WholeName(buf, name, ext, where);

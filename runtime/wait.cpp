@@ -23,7 +23,9 @@ constexpr double kSecondsBetweenLines = 2.0;
 constexpr int kNoNumber = -9999;
 constexpr zm::UInt64 kEscape = 27;
 
-const char* OrEmpty(const char* text) { return text != nullptr ? text : ""; }
+const char* OrEmpty(const char* text) {
+    return text != nullptr ? text : "";
+}
 
 std::string ProgressLine(int percent, const char* text) {
     std::string tail(kBarLength, '_');
@@ -52,7 +54,9 @@ std::string Formatted(const char* format, std::va_list args) {
     return std::string(CutText(zm::numbers::TextV(OrEmpty(format), args), kTextLimit));
 }
 
-bool Showing() { return zm::runtime::state().waiting != nullptr && !zm::runtime::state().waitHidden; }
+bool Showing() {
+    return zm::runtime::state().waiting != nullptr && !zm::runtime::state().waitHidden;
+}
 
 }  // namespace
 
@@ -111,7 +115,9 @@ NoPeekMessageOnWaitMsg::NoPeekMessageOnWaitMsg(bool nopeek) : m_previous(tqwaitc
     tqwaitcur::sz_bPeekMessage = !nopeek;
 }
 
-NoPeekMessageOnWaitMsg::~NoPeekMessageOnWaitMsg() { tqwaitcur::sz_bPeekMessage = m_previous; }
+NoPeekMessageOnWaitMsg::~NoPeekMessageOnWaitMsg() {
+    tqwaitcur::sz_bPeekMessage = m_previous;
+}
 
 bool SetHideWaitMsg(bool hide) {
     const bool previous = zm::runtime::state().waitHidden;
@@ -124,7 +130,9 @@ void _LWaitMsg(const char* text, HWND wnd) {
     if (!zm::runtime::state().waitHidden) zm::runtime::state().waiting = std::make_shared<tqwaitcur>(text, wnd);
 }
 
-void _LWaitMsgEnd() { zm::runtime::state().waiting.reset(); }
+void _LWaitMsgEnd() {
+    zm::runtime::state().waiting.reset();
+}
 
 void _LWaitReMsg(const char* text) {
     if (!Showing()) return;
@@ -160,7 +168,8 @@ int _LWaitReMsgEsc2(int total, int current, const char* format, ...) {
     const std::shared_ptr<tqwaitcur> waiting = zm::runtime::state().waiting;
     const zm::Int64 count = std::max(total, 1);
     const zm::Int64 done = std::clamp<zm::Int64>(current, 0, count);
-    if (zm::CurrentHost().Now() - waiting->m_lastMessageTime > kSecondsBetweenLines || done % ((count + 99) / 100) == 0) {
+    if (zm::CurrentHost().Now() - waiting->m_lastMessageTime > kSecondsBetweenLines ||
+        done % ((count + 99) / 100) == 0) {
         std::va_list args;
         va_start(args, format);
         const std::string text = Formatted(format, args);

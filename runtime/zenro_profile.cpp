@@ -18,10 +18,14 @@ namespace {
 // Not the table of _LFWholeName: 0 is the project directory here, all unknown values the module directory.
 const char* DirectoryOf(int where) {
     switch (where) {
-        case 0: return _LFPrjDir();
-        case 2: return _LFIniDir();
-        case 3: return _LFWndDir();
-        default: return _LFModDir();
+        case 0:
+            return _LFPrjDir();
+        case 2:
+            return _LFIniDir();
+        case 3:
+            return _LFWndDir();
+        default:
+            return _LFModDir();
     }
 }
 
@@ -67,7 +71,8 @@ CString GetZenroINIPath(const char* name, int where) {
     if (IsPath(name)) return name;
     const std::string path = std::string(DirectoryOf(where)) + '\\' + name;
     if (path.size() <= zm::files::kPathLimit) return path.c_str();
-    _LMsg(("The path is longer than 255 bytes and cannot be used. Use a shorter directory.\n" + path).c_str(), nullptr, 0);
+    _LMsg(("The path is longer than 255 bytes and cannot be used. Use a shorter directory.\n" + path).c_str(), nullptr,
+          0);
     return {};
 }
 
@@ -81,7 +86,8 @@ unsigned long GetZenroProfileSection(const char* section, char* buf, unsigned lo
 
 unsigned long GetZenroProfileString(const char* section, const char* key, const char* def, char* buf,
                                     unsigned long size, const char* file, int where) {
-    return zm::profile::GetString(section, key, def, buf, static_cast<unsigned int>(size), GetZenroINIPath(file, where));
+    return zm::profile::GetString(section, key, def, buf, static_cast<unsigned int>(size),
+                                  GetZenroINIPath(file, where));
 }
 
 int GetZenroProfileStruct(const char* section, const char* key, void* data, unsigned int size, const char* file,

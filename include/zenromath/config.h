@@ -99,13 +99,13 @@ struct SpOrvNoteDef {
 
 /// The note classes and fonts of "Orvnote.cod" in the module directory. One object for each application.
 ///
-/// A class character that no class has is answered for the default class. Failure results ("null" for texts, 0 for
-/// numbers, null for records) exist only while the table is empty, and such a lookup also raises
-/// std::invalid_argument, see m_OrderCN's users below.
+/// A class character that no class has is answered for the default class.
 class ZM_API TqNoteLayBase {
  public:
     using ClassList = CArray<NOTELAY*, NOTELAY*>;
     using FontList = CArray<NOTEFONT*, NOTEFONT*>;
+    static constexpr int kValueSize = 128;  ///< bytes of a value that is read, its end byte included
+    static constexpr int kLineSize = 160;   ///< bytes that the longest class line needs, its end byte included
 
     /// Reads classes and fonts. The object becomes the global one if both were found; a message tells if no class was.
     TqNoteLayBase();
@@ -173,12 +173,12 @@ class ZM_API TqNoteLayBase {
     /// Parses a class line; 1 if it has at least the nine fields before the memo, else 0. Texts are cut at their
     /// fields.
     int ReadOneClass(char* line, NOTELAY* record);
-    /// Writes a class line into a buffer of at least 160 bytes; its length.
+    /// Writes a class line into a buffer of kLineSize bytes; its length.
     int MakeOneString(char* line, NOTELAY* record);
     /// Writes the eight numbers of a logical font under the font's number and "C"; 1, 0 if the file could not be
     /// written.
     int WriteLogFontInfo(int number, LOGFONTA font);
-    /// Reads a value of the file into a buffer of 128 bytes; its length.
+    /// Reads a value of the file into a buffer of kValueSize bytes; its length.
     int GetOneRcd(const char* section, const char* key, char* buffer, const char* def);
     /// Writes a value of the file; 1, 0 if it could not be written.
     int WriteOneRcd(const char* section, const char* key, const char* value);
@@ -210,6 +210,7 @@ class ZM_API TqNoteLayBase {
     int m_enMinP = 100;
     int m_searchCursor = -1;
     char m_searchLayer[12] = {};
+    bool m_searchFits = false;
 };
 
 /// The global object, null if there is none.

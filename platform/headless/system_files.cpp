@@ -50,7 +50,9 @@ class Descriptor {
     int m_fd;
 };
 
-std::int64_t Nanoseconds(const timespec& t) { return t.tv_sec * kSecond + t.tv_nsec; }
+std::int64_t Nanoseconds(const timespec& t) {
+    return t.tv_sec * kSecond + t.tv_nsec;
+}
 
 void Fill(FileStamp& stamp, const struct stat& st) {
     stamp.device = st.st_dev;

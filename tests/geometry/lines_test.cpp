@@ -227,6 +227,9 @@ constexpr BoxCase kBoxes[] = {
     {"along_the_left_side", 0, 0, 0, 8, 2},
     {"along_the_right_side", 10, 0, 10, 8, 0},
     {"through_the_lower_left_corner", -1, 1, 1, -1, 1},
+    {"through_the_upper_left_corner", -1, 7, 1, 9, 2},
+    {"through_the_lower_right_corner", 9, -1, 11, 1, 0},
+    {"through_the_upper_right_corner", 9, 9, 11, 7, 1},
     {"no_length", 4, 4, 4, 4, 0},
 };
 class MyCrossRectTest : public testing::TestWithParam<BoxCase> {};

@@ -87,15 +87,6 @@ TEST_F(Tqgettriln, NoPointsNegativeCountsAndNullGiveNone) {
     EXPECT_EQ(triangles, nullptr);
 }
 
-TEST_F(Tqgettriln, ACountPast32BitsIsRefusedOrMet) {
-    // The list of 3 * 4294967290 numbers is not to be had, or the walk fails at its first step; never a wrapped size.
-    double v[] = {0, 0, 0, 0};
-    int mark = 0;
-    int* triangles = &mark;
-    EXPECT_EQ(tqgettriln(triangles, v, 1, v, 1), 0);
-    EXPECT_EQ(triangles, nullptr);
-}
-
 TEST_F(Tqgettriln, StandsBadNumbers) {
     const double kInf = std::numeric_limits<double>::infinity();
     for (double v : {std::numeric_limits<double>::quiet_NaN(), kInf, -kInf, 1e308}) {

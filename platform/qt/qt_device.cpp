@@ -1,0 +1,353 @@
+#include "platform/qt/qt_device.h"
+
+#include <QBitmap>
+#include <QImage>
+#include <QPainterPath>
+#include <QPen>
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <numbers>
+
+#include "platform/qt/application.h"
+#include "platform/qt/qt_text.h"
+
+namespace zm::qt {
+namespace {
+
+constexpr int kBatch = 4096;  // strokes that are handed over together
+// Beyond this a coordinate can leave Qt's fixed-point rasteriser; device coordinates stay far below.
+constexpr int kFar = 1 << 20;
+
+QColor ColorOf(COLORREF color) {
+    return QColor(static_cast<int>(color & 0xFF), static_cast<int>(color >> 8 & 0xFF),
+                  static_cast<int>(color >> 16 & 0xFF));
+}
+
+// Dashes and gaps of the styles PS_DASH to PS_DASHDOTDOT in pixels along the longer axis.
+struct DashPattern {
+    int count;
+    int lengths[6];
+};
+constexpr DashPattern kDashes[] = {{0, {}}, {2, {18, 6}}, {2, {3, 3}}, {4, {9, 6, 3, 6}}, {6, {9, 3, 3, 3, 3, 3}}};
+
+bool Dashed(const Stroke& stroke) {
+    return stroke.style >= PS_DASH && stroke.style <= PS_DASHDOTDOT;
+}
+
+// Whether the dash is down at a step of the pattern.
+bool DashDown(int style, unsigned step) {
+    const DashPattern& pattern = kDashes[style];
+    int total = 0;
+    for (int i = 0; i < pattern.count; ++i) total += pattern.lengths[i];
+    int at = static_cast<int>(step % static_cast<unsigned>(total));
+    for (int i = 0; i < pattern.count; ++i) {
+        if (at < pattern.lengths[i]) return i % 2 == 0;
+        at -= pattern.lengths[i];
+    }
+    return false;
+}
+
+QRect Normalised(const RECT& box) {
+    const int left = std::min(box.left, box.right);
+    const int top = std::min(box.top, box.bottom);
+    return QRect(left, top, std::abs(box.right - box.left), std::abs(box.bottom - box.top));
+}
+
+int Clamped(int value) {
+    return std::clamp(value, -kFar, kFar);
+}
+
+}  // namespace
+
+QtDevice::QtDevice(QPaintDevice* target, Rendering rendering, double unit)
+    : m_rendering(rendering), m_unit(unit > 0.0 ? unit : 1.0), m_shift(rendering == Rendering::smooth ? 0.5 : 0.0) {
+    EnsureApplication();
+    if (target == nullptr || !m_painter.begin(target)) return;
+    m_bounds = QRect(0, 0, target->width(), target->height());
+    m_painter.setRenderHint(QPainter::Antialiasing, rendering == Rendering::smooth);
+    m_painter.setRenderHint(QPainter::TextAntialiasing, rendering == Rendering::smooth);
+    m_painter.setBrushOrigin(0, 0);
+}
+
+QtDevice::~QtDevice() {
+    Finish();
+}
+
+bool QtDevice::Finish() {
+    if (!m_painter.isActive()) return false;
+    Flush();
+    return m_painter.end();
+}
+
+void QtDevice::EndChain() {
+    if (m_chain.size() == 2 && m_chain[0] == m_chain[1])
+        m_painter.drawPoint(m_chain[0]);  // a wide stroke of no length is a dot
+    else if (m_chain.size() == 2)
+        m_lines.append(QLineF(m_chain[0], m_chain[1]));
+    else if (m_chain.size() > 2)
+        m_painter.drawPolyline(m_chain);
+    m_chain.clear();
+}
+
+void QtDevice::Flush() {
+    if (!m_painter.isActive()) return;
+    EndChain();
+    if (!m_lines.isEmpty()) m_painter.drawLines(m_lines);
+    m_lines.clear();
+    for (QVector<QRect>* runs : {&m_gapRuns, &m_runs}) {
+        if (runs->isEmpty()) continue;
+        m_painter.save();
+        m_painter.setPen(Qt::NoPen);
+        m_painter.setBrush(ColorOf(runs == &m_runs ? m_stroke.color : m_stroke.gapColor));
+        m_painter.drawRects(*runs);
+        m_painter.restore();
+        runs->clear();
+    }
+}
+
+void QtDevice::TakePen(const Stroke& stroke) {
+    if (m_hasStroke && stroke == m_stroke) return;
+    Flush();
+    m_stroke = stroke;
+    m_hasStroke = true;
+    const bool wide = stroke.width > 1;
+    QPen pen(ColorOf(stroke.color), stroke.width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    if (Dashed(stroke)) {
+        // Qt's pattern counts in pen widths. A wide dashed pen keeps the rhythm of a thin one at its own weight.
+        QList<qreal> pattern;
+        const DashPattern& dashes = kDashes[stroke.style];
+        for (int i = 0; i < dashes.count; ++i) pattern.append(dashes.lengths[i] * m_unit / stroke.width);
+        pen.setDashPattern(pattern);
+        pen.setCapStyle(Qt::FlatCap);
+    } else if (!wide) {
+        pen.setCapStyle(Qt::SquareCap);
+    }
+    m_painter.setPen(pen);
+    m_painter.setBrush(Qt::NoBrush);
+}
+
+void QtDevice::Moved(int x, int y) {
+    // The position of the stroke before goes on in one chain, so that its dashes do.
+    if (x != m_end.x || y != m_end.y) {
+        EndChain();
+        m_dashStep = 0;
+    }
+    m_end = {x, y};
+}
+
+int QtDevice::Line(const Stroke& stroke, int x1, int y1, int x2, int y2) {
+    if (!m_painter.isActive()) return 0;
+    x1 = Clamped(x1);
+    y1 = Clamped(y1);
+    x2 = Clamped(x2);
+    y2 = Clamped(y2);
+    TakePen(stroke);
+    if (Thin(stroke)) {
+        ThinLine(stroke, x1, y1, x2, y2);
+    } else {
+        const QPointF from = At(x1, y1);
+        if (m_chain.isEmpty() || m_chain.last() != from) {
+            EndChain();
+            m_chain.append(from);
+        }
+        m_chain.append(At(x2, y2));
+        if (m_chain.size() >= kBatch) EndChain();
+    }
+    m_end = {x2, y2};
+    if (m_lines.size() >= kBatch || m_runs.size() >= kBatch) Flush();
+    return 1;
+}
+
+// One pixel for each step of the longer axis, the last left out; half way goes to the smaller coordinate.
+void QtDevice::ThinLine(const Stroke& stroke, int x1, int y1, int x2, int y2) {
+    const bool steep = std::abs(y2 - y1) > std::abs(x2 - x1);
+    const int from = steep ? y1 : x1;
+    const int to = steep ? y2 : x2;
+    const int across = steep ? x1 : y1;
+    const std::int64_t rise = steep ? x2 - x1 : y2 - y1;
+    const std::int64_t length = std::abs(to - from);
+    const int step = to > from ? 1 : -1;
+    const int low = steep ? m_bounds.top() : m_bounds.left();
+    const int high = steep ? m_bounds.bottom() : m_bounds.right();
+    const auto at = [&](std::int64_t i) {
+        // ceil(across + rise * i / length - 1/2)
+        const std::int64_t numerator = 2 * rise * i - length;
+        const std::int64_t denominator = 2 * length;
+        std::int64_t quotient = numerator / denominator;
+        if (numerator % denominator != 0 && numerator > 0) ++quotient;
+        return across + static_cast<int>(quotient);
+    };
+    const auto add = [&](QVector<QRect>& runs, int a, int b, int place) {
+        const int first = std::max(std::min(a, b), low);
+        const int last = std::min(std::max(a, b), high);
+        if (first > last) return;
+        runs.append(steep ? QRect(place, first, 1, last - first + 1) : QRect(first, place, last - first + 1, 1));
+    };
+    const bool dashed = Dashed(stroke);
+    std::int64_t i = 0;
+    while (i < length) {
+        const int place = at(i);
+        const bool down = !dashed || DashDown(stroke.style, m_dashStep + static_cast<unsigned>(i));
+        std::int64_t j = i + 1;
+        while (j < length && at(j) == place &&
+               (!dashed || DashDown(stroke.style, m_dashStep + static_cast<unsigned>(j)) == down))
+            ++j;
+        if (down)
+            add(m_runs, from + step * static_cast<int>(i), from + step * static_cast<int>(j - 1), place);
+        else if (stroke.opaqueGaps)
+            add(m_gapRuns, from + step * static_cast<int>(i), from + step * static_cast<int>(j - 1), place);
+        i = j;
+    }
+    m_dashStep += static_cast<unsigned>(length);
+}
+
+COLORREF QtDevice::Dot(int x, int y, COLORREF color) {
+    if (!m_painter.isActive() || !m_bounds.contains(x, y)) return CLR_INVALID;
+    Flush();
+    m_painter.fillRect(QRect(x, y, 1, 1), ColorOf(color));
+    return color & 0xFFFFFF;
+}
+
+int QtDevice::Arc(const Stroke& stroke, const RECT& box, POINT start, POINT end) {
+    if (!m_painter.isActive()) return 0;
+    Flush();
+    TakePen(stroke);
+    const QRect around = Normalised(box);
+    if (around.width() < 1 || around.height() < 1) return 1;
+    // The right column and the lower row are out: the ellipse passes through the middles of the pixels inside.
+    const QRectF ellipse(around.left() + m_shift, around.top() + m_shift, around.width() - 1, around.height() - 1);
+    const double cx = around.left() + around.width() / 2.0;
+    const double cy = around.top() + around.height() / 2.0;
+    constexpr double kDegrees = 180.0 / std::numbers::pi;
+    // Angles of the parametric form, from directions of the radial lines.
+    const auto angle = [&](POINT p) {
+        return std::atan2((cy - p.y) * around.width(), (p.x - cx) * around.height()) * kDegrees;
+    };
+    const double from = angle(start);
+    double sweep = angle(end) - from;
+    while (sweep <= 0.0) sweep += 360.0;
+    while (sweep > 360.0) sweep -= 360.0;
+    if (start.x == end.x && start.y == end.y) sweep = 360.0;
+    // As of a line, the last pixel is left out.
+    if (m_rendering == Rendering::pixels && sweep < 360.0)
+        sweep = std::max(0.0, sweep - 2.0 * kDegrees / std::max(around.width(), around.height()));
+    QPainterPath path;
+    path.arcMoveTo(ellipse, from);
+    path.arcTo(ellipse, from, sweep);
+    m_painter.drawPath(path);
+    return 1;
+}
+
+int QtDevice::Box(const Stroke* stroke, const Fill& fill, const RECT& box) {
+    if (!m_painter.isActive()) return 0;
+    Flush();
+    const QRect around = Normalised(box);
+    if (around.width() < 1 || around.height() < 1) return 1;
+    const int inset = stroke != nullptr ? 1 : 0;
+    if (fill.kind != Fill::Kind::none) {
+        const QRect inside = around.adjusted(inset, inset, -inset, -inset);
+        if (inside.isValid()) {
+            m_painter.save();
+            m_painter.setRenderHint(QPainter::Antialiasing, false);
+            m_painter.fillRect(inside, BrushOf(fill));
+            m_painter.restore();
+        }
+    }
+    if (stroke == nullptr) return 1;
+    if (Thin(*stroke)) {
+        TakePen(*stroke);
+        const int right = around.left() + around.width() - 1;
+        const int bottom = around.top() + around.height() - 1;
+        m_dashStep = 0;
+        ThinLine(*stroke, around.left(), around.top(), right, around.top());
+        ThinLine(*stroke, right, around.top(), right, bottom);
+        ThinLine(*stroke, right, bottom, around.left(), bottom);
+        ThinLine(*stroke, around.left(), bottom, around.left(), around.top());
+        const bool onePixel = around.width() == 1 && around.height() == 1;  // draws nothing
+        if (around.width() == 1 && !onePixel) m_runs.append(QRect(around.left(), bottom, 1, 1));
+        if (around.height() == 1 && !onePixel) m_runs.append(QRect(right, around.top(), 1, 1));
+        m_dashStep = 0;
+        Flush();
+        return 1;
+    }
+    TakePen(*stroke);
+    QRectF outline(around.left() + m_shift, around.top() + m_shift, around.width() - 1, around.height() - 1);
+    if (stroke->style == PS_INSIDEFRAME) {
+        const double half = (stroke->width - 1) / 2.0;
+        outline.adjust(half, half, -half, -half);
+    }
+    m_painter.drawRect(outline);
+    return 1;
+}
+
+QBrush QtDevice::BrushOf(const Fill& fill) const {
+    if (fill.kind == Fill::Kind::solid) return QBrush(ColorOf(fill.color));
+    QImage tile(8, 8, QImage::Format_ARGB32);
+    const QColor ink = ColorOf(fill.color);
+    const QColor rest = fill.opaque ? ColorOf(fill.background) : QColor(Qt::transparent);
+    for (int y = 0; y < 8; ++y)
+        for (int x = 0; x < 8; ++x) tile.setPixelColor(x, y, fill.Inked(x, y) ? ink : rest);
+    const int enlarged = std::max(1, static_cast<int>(std::lround(m_unit)));
+    if (enlarged > 1) tile = tile.scaled(8 * enlarged, 8 * enlarged);
+    return QBrush(tile);
+}
+
+int QtDevice::FillRegion(const Region& region, const Fill& fill) {
+    if (!m_painter.isActive()) return 0;
+    Flush();
+    if (fill.kind == Fill::Kind::none) return 1;
+    m_painter.save();
+    const QBrush brush = BrushOf(fill);
+    const auto* outlines = m_rendering == Rendering::smooth ? region.Outlines() : nullptr;
+    if (outlines != nullptr && !outlines->empty()) {
+        QPainterPath common;
+        bool first = true;
+        for (const Region::Outline& outline : *outlines) {
+            QPolygonF polygon;
+            for (const POINT& point : outline.points) polygon.append(At(point.x, point.y));
+            QPainterPath path;
+            path.setFillRule(outline.winding ? Qt::WindingFill : Qt::OddEvenFill);
+            path.addPolygon(polygon);
+            path.closeSubpath();
+            common = first ? path : common.intersected(path);
+            first = false;
+        }
+        m_painter.fillPath(common, brush);
+    } else {
+        m_painter.setPen(Qt::NoPen);
+        m_painter.setBrush(brush);
+        m_painter.setRenderHint(QPainter::Antialiasing, false);
+        QVector<QRect> rects;
+        for (const RECT& r : region.Rectangles()) {
+            const QRect rect = QRect(r.left, r.top, r.right - r.left, r.bottom - r.top) & m_bounds;
+            if (!rect.isEmpty()) rects.append(rect);
+        }
+        m_painter.drawRects(rects);
+    }
+    m_painter.restore();
+    return 1;
+}
+
+int QtDevice::Text(const TextStyle& style, int x, int y, std::string_view text) {
+    if (!m_painter.isActive()) return 0;
+    Flush();
+    m_hasStroke = false;
+    const FittedFont& fitted = FontFor(style.font);
+    const QString characters = FromGbk(text);
+    m_painter.save();
+    m_painter.translate(x, y);
+    m_painter.rotate(-style.font.lfEscapement / 10.0);
+    m_painter.scale(fitted.stretch, 1.0);
+    m_painter.setFont(fitted.font);
+    if (style.opaque) {
+        const double width = QFontMetricsF(fitted.font).horizontalAdvance(characters);
+        m_painter.fillRect(QRectF(0.0, 0.0, width, fitted.height), ColorOf(style.background));
+    }
+    m_painter.setPen(ColorOf(style.color));
+    m_painter.drawText(QPointF(0.0, fitted.ascent), characters);
+    m_painter.restore();
+    return 1;
+}
+
+}  // namespace zm::qt

@@ -1,0 +1,69 @@
+// The device on Qt: images, PDF pages, widgets, anything that QPainter paints on.
+#pragma once
+
+#include <QPainter>
+#include <QPolygonF>
+#include <functional>
+#include <string>
+
+#include "zenromath/device.h"
+
+namespace zm::qt {
+
+/// How strokes become pixels.
+enum class Rendering {
+    pixels,  ///< each pixel as the operations define it, no antialiasing; for screens and for exact comparison
+    smooth   ///< antialiased on images, outlines on pages; for maps that people look at
+};
+
+class QtDevice : public Device {
+ public:
+    /// Draws on target, which must outlive the device or its Finish.
+    ///
+    /// \param unit  device pixels that one pixel of a pen's dashes and of a brush's tile takes: 1 on a screen, dots per
+    ///              inch / 96 on paper, so that a dash has the same length on both
+    explicit QtDevice(QPaintDevice* target, Rendering rendering = Rendering::smooth, double unit = 1.0);
+    ~QtDevice() override;
+
+    /// Hands over what is gathered and ends the painter. False if the target could not be painted on. Nothing is drawn
+    /// afterwards.
+    bool Finish();
+    /// Hands over the strokes gathered so far.
+    void Flush();
+
+    void Moved(int x, int y) override;
+    int Line(const Stroke& stroke, int x1, int y1, int x2, int y2) override;
+    COLORREF Dot(int x, int y, COLORREF color) override;
+    int Arc(const Stroke& stroke, const RECT& box, POINT start, POINT end) override;
+    int Box(const Stroke* stroke, const Fill& fill, const RECT& box) override;
+    int FillRegion(const Region& region, const Fill& fill) override;
+    int Text(const TextStyle& style, int x, int y, std::string_view text) override;
+
+ private:
+    bool Thin(const Stroke& stroke) const { return m_rendering == Rendering::pixels && stroke.width <= 1; }
+    void TakePen(const Stroke& stroke);
+    void ThinLine(const Stroke& stroke, int x1, int y1, int x2, int y2);
+    void EndChain();
+    QPointF At(double x, double y) const { return QPointF(x + m_shift, y + m_shift); }
+    QBrush BrushOf(const Fill& fill) const;
+
+    QPainter m_painter;
+    QRect m_bounds;
+    Rendering m_rendering;
+    double m_unit;
+    double m_shift;  // to the middle of a pixel where strokes are antialiased
+    Stroke m_stroke;
+    bool m_hasStroke = false;
+    QVector<QLineF> m_lines;   // single strokes of m_stroke
+    QPolygonF m_chain;         // connected strokes of m_stroke
+    QVector<QRect> m_runs;     // pixel runs of m_stroke's colour
+    QVector<QRect> m_gapRuns;  // pixel runs of its gaps
+    POINT m_end{0, 0};
+    unsigned m_dashStep = 0;
+};
+
+/// Told once for each face that is not installed: the face asked for and the one used instead, in UTF-8. By default a
+/// line on stderr. An empty function is silence.
+void SetMissingFaceReport(std::function<void(const std::string& asked, const std::string& used)> report);
+
+}  // namespace zm::qt

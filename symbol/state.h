@@ -18,6 +18,8 @@ struct State {
     int colourCounter = 0;                    // rolling colour of brush and bitmap hatches, 0 to 7
     double lineOffsetX = 0.0;                 // AppendLineCor with a negative group
     double lineOffsetY = 0.0;
+    int hachureNumber = 1;             // of the next point in hachureFile
+    int hachureGroup = 0;              // of its records
     std::FILE* hachureFile = nullptr;  // DrawTriangleHachures writes here if set; nothing in the library sets it
     HatchCuts hatchCuts;               // what the hatch caps left out
     bool curveCutTold = false;         // messages about limits are shown once for a library

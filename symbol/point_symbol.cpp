@@ -1,0 +1,223 @@
+// Placing of graphic symbols: the walk through the records of a body and the drawing of each.
+#include <algorithm>
+#include <cmath>
+
+#include "draw/state.h"
+#include "dwg/writer.h"
+#include "runtime/numbers.h"
+#include "symbol/blocks.h"
+#include "symbol/paper.h"
+#include "symbol/scratch.h"
+#include "symbol/state.h"
+#include "symbol/texts.h"
+#include "zenromath/runtime.h"
+
+namespace zm::symbol {
+namespace {
+
+constexpr double kNoRotation = 1e-6;   // radians
+constexpr double kDotPixels = 1.5;     // a symbol smaller than this is a dot
+constexpr int kPolylinePoints = 4000;  // of one arc polyline
+constexpr double kDegreesPerRadian = 180.0 / kPi;
+
+// One symbol at one place.
+class Placement {
+ public:
+    Placement(double x, double y, double angle, const Body& body, int code)
+        : m_x(x), m_y(y), m_body(body), m_code(code), m_scale(ScaleDenominator()) {
+        m_turned = !(std::fabs(angle) < kNoRotation);
+        if (!m_turned) return;
+        m_cos = std::cos(angle);
+        m_sin = std::sin(angle);
+    }
+
+    void Draw(int record) const {
+        switch (ToInt(m_body.records[record].op.op)) {
+            case 1:
+                DrawSymbolSegment(record + 1);
+                break;
+            case 2:
+                DrawSymbolPolyline(record + 1);
+                break;
+            case 3:
+                DrawSymbolCircle(record + 1, m_body.records[record].op.aux);
+                break;
+            case 4:
+                DrawSymbolArc(record + 1);
+                break;
+            case 5:
+                DrawSymbolDot(record + 1);
+                break;
+            default:
+                break;
+        }
+    }
+
+ private:
+    // A record at the end of a cut body has fewer points than its operator takes: it draws nothing.
+    bool Has(int index, int points) const { return index + points <= m_body.size; }
+    bool EndsAt(int index) const { return index >= m_body.size || IsTerminator(m_body.records[index]); }
+    bool IsMarker(int index) const { return std::fabs(m_body.records[index].point.x - double{kArcMarker}) < 1e-5; }
+
+    Point SymbolPoint(int index) const {
+        const double px = m_body.records[index].point.x;
+        const double py = m_body.records[index].point.y;
+        if (!m_turned) return {m_x + px * m_scale, m_y + py * m_scale};
+        return {m_x + (px * m_cos - py * m_sin) * m_scale, m_y + (py * m_cos + px * m_sin) * m_scale};
+    }
+
+    // Required: with one stored point the terminator is taken as the second, a stroke to (-100, -100) on the paper.
+    void DrawSymbolSegment(int index) const {
+        if (Has(index, 2)) Line(SymbolPoint(index), SymbolPoint(index + 1));
+    }
+
+    void DrawSymbolPolyline(int index) const;
+    int AppendArcs(int index, double* xy) const;
+
+    void DrawSymbolCircle(int index, float radius) const {
+        if (!Has(index, 1)) return;
+        const Point centre = SymbolPoint(index);
+        TqDC->drawarc(centre.x, centre.y, radius * m_scale, 0.0, 0.0);
+    }
+
+    void DrawSymbolArc(int index) const {
+        if (!Has(index, 3)) return;
+        const Point centre = SymbolPoint(index);
+        const Polar start = PolarOf(centre, SymbolPoint(index + 1));
+        const Polar end = PolarOf(centre, SymbolPoint(index + 2));
+        TqDC->drawarc(centre.x, centre.y, start.distance, start.bearing, end.bearing);
+    }
+
+    void DrawSymbolDot(int index) const {
+        if (!Has(index, 1)) return;
+        const Point at = SymbolPoint(index);
+        TqDC->pixel(at.x, at.y, 0, 1);
+    }
+
+    double m_x;
+    double m_y;
+    const Body& m_body;
+    int m_code;
+    double m_scale;
+    bool m_turned = false;
+    double m_cos = 1.0;
+    double m_sin = 0.0;
+};
+
+// Points in survey coordinates, as many as the array holds; the rest is left out and told once.
+class PointList {
+ public:
+    PointList(double* xy, int code) : m_xy(xy), m_code(code) {}
+    void Append(const Point& p) {
+        if (m_count == kPolylinePoints) {
+            if (!state().arcPolylineCutTold) {
+                state().arcPolylineCutTold = true;
+                _LMsg(numbers::Text(texts::kArcPolylineCut, m_code).c_str(), nullptr, 0);
+            }
+            m_full = true;
+            return;
+        }
+        m_xy[2 * m_count] = p.x;
+        m_xy[2 * m_count + 1] = p.y;
+        ++m_count;
+    }
+    bool full() const { return m_full; }
+    int count() const { return m_count; }
+
+ private:
+    double* m_xy;
+    int m_code;
+    int m_count = 0;
+    bool m_full = false;
+};
+
+// The arc from a to b with a sweep in radians, its points behind those in the list.
+void AppendArc(const Point& a, const Point& b, double sweep, PointList& list) {
+    const Polar chord = PolarOf(a, b);
+    const Point centre = At(Middle(a, b), chord.distance / (2.0 * std::tan(sweep / 2.0)), chord.bearing + kPi / 2.0);
+    const Polar start = PolarOf(centre, a);
+    int steps = ToInt(sweep / kPi * 100.0);
+    if (steps == 0) steps = 1;
+    for (int j = 0; j <= steps && !list.full(); ++j)
+        list.Append(At(centre, start.distance, start.bearing + j * sweep / steps));
+}
+
+void Placement::DrawSymbolPolyline(int index) const {
+    Scratch scratch(2 * kPolylinePoints);
+    double* xy = scratch.data();
+    if (xy == nullptr) return;
+    PointList list(xy, m_code);
+    if (EndsAt(index)) return;
+    if (IsMarker(index)) {
+        TqDC->lines(AppendArcs(index, xy), xy);
+        return;
+    }
+    for (; !EndsAt(index); ++index) list.Append(SymbolPoint(index));
+    TqDC->lines(list.count(), xy);
+}
+
+// An arc polyline: marker, A, B, then marker, C, then marker, D ... A point that stands where a marker should is passed
+// over; a chain that ends before its points draws what it has.
+int Placement::AppendArcs(int index, double* xy) const {
+    PointList list(xy, m_code);
+    bool chained = false;
+    Point last;
+    while (!EndsAt(index) && !list.full()) {
+        if (!IsMarker(index)) {
+            ++index;
+            continue;
+        }
+        const double sweep = m_body.records[index++].point.y / kDegreesPerRadian;
+        Point a = last;
+        if (!chained) {
+            if (EndsAt(index)) break;
+            a = SymbolPoint(index++);
+        }
+        if (EndsAt(index)) break;
+        const Point b = SymbolPoint(index++);
+        // Required: the chord is part of the figure, and a stroke of sweep 0 is drawn here and again with the rest.
+        list.Append(a);
+        list.Append(b);
+        last = b;
+        if (sweep == 0.0) {
+            Line(a, b);
+            continue;
+        }
+        AppendArc(a, b, sweep, list);
+        chained = true;
+    }
+    return list.count();
+}
+
+// Goes through the records of the current symbol.
+int DrawRecords(double x, double y, double angle, int code) {
+    const Body body = CurrentBody();
+    const Placement placement(x, y, angle, body, code);
+    int at = 0;
+    for (int left = TheHeadNumber(); left > 0; --left) {
+        if (at < 0 || at >= body.size) return _LMsg(texts::kShortBody, nullptr, 0);
+        placement.Draw(at);
+        at = NextRecord(body, at);
+    }
+    return 1;
+}
+
+}  // namespace
+}  // namespace zm::symbol
+
+int insert(double x, double y, double angle, int code) {
+    using namespace zm::symbol;
+    if (zm::draw::NeedWorkingContext("insert") == nullptr || TqDC->cutpoint(x, y) == 0) return 0;
+    // Required: millimetres of the file against ground units, and ahead of the lookup.
+    if (!OnDwg() && Get_G_Size(code) < TqDC->GetRealenByPixels(kDotPixels)) {
+        TqDC->pixel(x, y, 0, 1);
+        return 1;
+    }
+    if (code > kLastCode || getsymbody(code) == 0 || TheHeadStatus() != SymbolStatusG) return 0;
+    if (OnDwg() && BlockName(code) != nullptr) {
+        const double scale = BlockScale();
+        _LDBinsert(x, y, scale, scale, angle * 180.0 / kPi, BlockName(code));
+        return 1;
+    }
+    return DrawRecords(x, y, angle, code);
+}

@@ -1,2 +1,0 @@
-// Handlers of the recorded calls of symbol.
-#include "tests/vector_runner/registry.h"

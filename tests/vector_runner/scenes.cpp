@@ -213,8 +213,8 @@ Json SceneCommand(const std::string& command) {
     }
 }
 
-Scene::Scene(const Json& record) : m_record(record) {
-    ResetAll();
+// The state is reset before the test host is put in force, which is part of the state.
+Scene::Scene(const Json& record) : m_record((ResetAll(), record)) {
     PlaceFiles();
 }
 
@@ -269,7 +269,8 @@ void Scene::PlaceFiles() {
     fs::create_directories(ModuleDirectory());
     SetEnvironment("XDG_CONFIG_HOME", (m_scratch.path() / "config").string());
     fs::create_directories(WindowsDirectory());
-    for (const auto& [name, text] : m_record.value("files", Json::object()).items()) {
+    const Json files = m_record.value("files", Json::object());
+    for (const auto& [name, text] : files.items()) {
         const std::size_t slash = name.find('/');
         const std::string place = slash == std::string::npos ? "" : name.substr(0, slash);
         fs::path directory = ProjectDirectory();

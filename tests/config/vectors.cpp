@@ -1,2 +1,0 @@
-// Handlers of the recorded calls of config.
-#include "tests/vector_runner/registry.h"

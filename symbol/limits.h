@@ -5,6 +5,8 @@
 #include <array>
 #include <cstdint>
 
+#include "zenromath/export.h"
+
 namespace zm::symbol {
 
 /// What was left out of the polygons hatched with one code, summed since the last reset.
@@ -20,7 +22,7 @@ struct HatchCuts {
 };
 
 /// The counters, by code: "hatch <code>: <drawn> of <wanted> lines drawn" for each with polygons above 0.
-const HatchCuts& CurrentHatchCuts();
-void ResetHatchCuts();
+ZM_API const HatchCuts& CurrentHatchCuts();
+ZM_API void ResetHatchCuts();
 
 }  // namespace zm::symbol

@@ -1,0 +1,171 @@
+// Lint: the reader's own remarks in words, and the order of all findings.
+#include "tools/symbols/lint.h"
+
+#include <algorithm>
+#include <map>
+
+#include "runtime/gbk.h"
+#include "runtime/numbers.h"
+
+namespace zm::tools::symbols {
+
+namespace {
+
+using zm::symbol::Remark;
+using zm::symbol::Scanner;
+
+struct Words {
+    Weight weight;
+    const char* text;
+};
+
+Words WordsOf(Remark what) {
+    switch (what) {
+        case Remark::kHeaderWithoutCode:
+            return {Weight::lost, "this header has no code, so it is skipped with the lines behind it"};
+        case Remark::kCodeOutOfRange:
+            return {Weight::lost, "codes are 1 to 999; this header is skipped with the lines behind it"};
+        case Remark::kUnknownKind:
+            return {Weight::lost, "the kind is none of G, H, L, LC, E, Y; the code draws as a plain line"};
+        case Remark::kKindOfHeaderBefore:
+            return {Weight::doubtful, "no kind stands here, so that of the header before is taken; write it"};
+        case Remark::kCodeTwice:
+            return {Weight::lost, "the code was defined above; this definition counts, that one is out of reach"};
+        case Remark::kLineSplit:
+            return {Weight::lost, "the line is longer than 179 bytes and is read as several lines; shorten it"};
+        case Remark::kUnknownOperator:
+            return {Weight::lost, "operators are 1 to 5; this line draws nothing and shows a message at loading"};
+        case Remark::kOperatorIgnored:
+            return {Weight::lost, "operators 6 to 9 are accepted and draw nothing"};
+        case Remark::kOperatorRepeated:
+            return {Weight::lost, "an empty line in a body repeats the operator before without coordinates; remove it"};
+        case Remark::kNumbersMissing:
+            return {Weight::lost, "numbers are missing: the line draws nothing, or less than it says"};
+        case Remark::kSegmentWithoutEnd:
+            return {Weight::lost, "a segment with one point is drawn to the far corner (-100 m, -100 m) of the paper"};
+        case Remark::kPolylineIndented:
+            return {Weight::lost, "a blank before the operator of a polyline: its points are not read"};
+        case Remark::kPairTwice:
+            return {Weight::doubtful, "a doubled blank in a polyline: the point behind it is read twice"};
+        case Remark::kSweepEndsBody:
+            return {Weight::lost, "an arc of -100 degrees or less is taken for the end of a record"};
+        case Remark::kUnknownHatchEntry:
+            return {Weight::lost, "hatch entries are of type 1 to 4; this one draws nothing"};
+        case Remark::kHeaderTakenAsPattern:
+            return {Weight::lost, "a header stands where the pattern of the LC symbol above belongs"};
+        case Remark::kPatternEmpty:
+            return {Weight::doubtful, "the pattern has no tokens; it draws as a plain line"};
+        case Remark::kPatternEndedByBlank:
+            return {Weight::lost, "a leading or doubled blank ends the pattern; the tokens behind it are lost"};
+        case Remark::kTooManyTokens:
+            return {Weight::lost, "a pattern has at most 16 tokens; those behind are lost"};
+        case Remark::kTokenTooLong:
+            return {Weight::lost, "a token has at most 19 characters; this one is lost"};
+        case Remark::kTooManyLineClasses:
+            return {Weight::lost, "the table of line classes is full at 300; this one draws as a plain line"};
+        case Remark::kLibraryTooLarge:
+            return {Weight::lost, "the library is too large: reading stops here, and what follows does not exist"};
+        case Remark::kOperatorLosesRecord:
+        case Remark::kBodyEndedByText:
+            break;  // these need the lines around them
+    }
+    return {Weight::lost, ""};
+}
+
+/// The lines of a body that make a counted record, in order.
+std::vector<int> RecordLines(const SymbolText& text, int header) {
+    std::vector<int> records;
+    int op = 0;
+    for (int i = header + 1; i <= static_cast<int>(text.lines.size()); ++i) {
+        const std::string& line = text.Line(i);
+        if (!line.empty() && line[0] == '*') break;
+        if (!Scanner(line.c_str()).Int(op) && !Scanner(line.c_str()).AtEnd()) break;
+        if (op >= 1 && op <= 5) records.push_back(i);
+    }
+    return records;
+}
+
+/// The header above a line.
+int HeaderAbove(const SymbolText& text, int line) {
+    while (line > 0 && (text.Line(line).empty() || text.Line(line)[0] != '*')) --line;
+    return line;
+}
+
+// Each operator of 0 or below hides the last record that is still left.
+Finding LostRecord(const SymbolText& text, int line, int code, std::map<int, std::size_t>& lost) {
+    const int header = HeaderAbove(text, line);
+    const std::vector<int> records = RecordLines(text, header);
+    const std::size_t back = ++lost[header];
+    Finding finding{line, code, Weight::lost, "an operator of 0 or below leaves an end mark that is not counted"};
+    if (back > records.size()) return finding;
+    const int victim = records[records.size() - back];
+    finding.text += ", so the symbol loses its record in line " + std::to_string(victim) + ": \"" +
+                    gbk::ToUtf8(text.Line(victim)) + "\"";
+    return finding;
+}
+
+/// The first line behind one, before the next header, that would be a record if the body had not ended; 0 if none.
+int StrandedRecord(const SymbolText& text, int line) {
+    int value = 0;
+    for (int i = line + 1; i <= static_cast<int>(text.lines.size()); ++i) {
+        if (!text.Line(i).empty() && text.Line(i)[0] == '*') return 0;
+        if (Scanner(text.Line(i).c_str()).Int(value)) return i;
+    }
+    return 0;
+}
+
+}  // namespace
+
+void LintReading(const SymbolText& text, std::vector<Finding>& findings) {
+    std::map<int, std::size_t> lost;
+    for (const auto& remark : text.remarks) {
+        if (remark.what == Remark::kOperatorLosesRecord) {
+            findings.push_back(LostRecord(text, remark.line, remark.code, lost));
+        } else if (remark.what == Remark::kBodyEndedByText) {
+            // Free text behind a body is no fault, unless more of the body follows it.
+            if (const int stranded = StrandedRecord(text, remark.line); stranded != 0)
+                findings.push_back({remark.line, remark.code, Weight::lost,
+                                    "this line ends the body, so line " + std::to_string(stranded) + " is not read"});
+        } else {
+            const Words words = WordsOf(remark.what);
+            findings.push_back({remark.line, remark.code, words.weight, words.text});
+        }
+    }
+    for (std::size_t i = 0; i < text.lines.size(); ++i) {
+        if (text.lines[i].compare(0, 2, "*$") != 0) continue;
+        for (std::size_t j = i + 1; j < text.lines.size(); ++j)
+            if (!text.lines[j].empty() && text.lines[j][0] == '*') {
+                findings.push_back({static_cast<int>(j + 1), 0, Weight::lost,
+                                    "line " + std::to_string(i + 1) + " ends the file; this header is not read"});
+                break;
+            }
+        break;
+    }
+}
+
+std::string Shown(double value) {
+    return numbers::Text("%.6g", value);
+}
+
+std::vector<Finding> Lint(const char* path) {
+    SymbolText text;
+    std::vector<Finding> findings;
+    if (!ReadSymbolText(path, text)) return findings;
+    LintReading(text, findings);
+    LintHeaders(text, findings);
+    LintGraphics(text, findings);
+    LintPatterns(text, findings);
+    LintHatches(text, findings);
+    std::stable_sort(findings.begin(), findings.end(),
+                     [](const Finding& a, const Finding& b) { return a.line < b.line; });
+    return findings;
+}
+
+std::string FindingText(const std::string& path, const Finding& finding) {
+    std::string text = path + ":" + std::to_string(finding.line) + ": ";
+    if (finding.code != 0) text += "code " + std::to_string(finding.code) + ": ";
+    if (finding.weight == Weight::doubtful) text += "doubtful: ";
+    return text + finding.text + ".";
+}
+
+}  // namespace zm::tools::symbols

@@ -1,0 +1,130 @@
+// Lint of hatches: entries that place nothing, and entries that are never reached.
+#include <cmath>
+#include <optional>
+#include <utility>
+
+#include "tools/symbols/lint.h"
+
+namespace zm::tools::symbols {
+
+namespace {
+
+using zm::symbol::Scanner;
+
+constexpr double kWholeTurn = 1e-6;  // how near a fraction of pi has to be to a whole number to count as one
+
+bool IsWhole(double value) {
+    return std::fabs(value - std::trunc(value)) < kWholeTurn;
+}
+
+/// Whether a grid of these angles, degrees, has a family whose step divides by zero.
+bool DividesByZero(double a1, double a2) {
+    if (IsWhole(a1 / 180.0) || IsWhole(2.0 * a2 / 180.0)) std::swap(a1, a2);
+    return IsWhole(a1 / 180.0) || IsWhole((a2 - 90.0) / 180.0);
+}
+
+/// The numbers of an entry, with the defaults of those that are missing.
+struct Entry {
+    int line = 0;
+    int type = 0;
+    float values[5] = {45.0F, 10.0F, 135.0F, 10.0F, 830.0F};
+};
+
+/// The entries of a hatch with their lines, as the reader takes them.
+std::vector<Entry> EntriesOf(const SymbolText& text, int code) {
+    std::vector<Entry> entries;
+    const int end = static_cast<int>(text.lines.size());
+    for (int i = text.At(code).first + 1; i <= end && static_cast<int>(entries.size()) < text.Head(code).number; ++i) {
+        Entry entry;
+        entry.line = i;
+        Scanner line(text.Line(i).c_str());
+        if (!line.Int(entry.type)) break;
+        for (float& value : entry.values)
+            if (!line.Real(value)) break;
+        entries.push_back(entry);
+        if (entry.type == 4) ++i;  // the line of the rows
+    }
+    return entries;
+}
+
+class HatchLint {
+ public:
+    HatchLint(const SymbolText& text, int code, std::vector<Finding>& findings)
+        : m_text(text), m_code(code), m_findings(findings) {}
+
+    void Run() {
+        const int header = m_text.At(m_code).first;
+        const std::vector<Entry> entries = EntriesOf(m_text, m_code);
+        if (entries.empty()) Say(header, Weight::doubtful, "the hatch has no entry: only the outline is drawn");
+        const auto style =
+            static_cast<int>(m_text.library.body[static_cast<std::size_t>(m_text.Head(m_code).position)].point.x);
+        if (style < 0 || style > 6)
+            Say(header, Weight::doubtful, "pen styles of the outline are 0 to 6, here " + std::to_string(style));
+        for (std::size_t i = 0; i < entries.size(); ++i) {
+            if (i > 0 && (entries[0].type == 3 || entries[0].type == 4)) {
+                Say(entries[i].line, Weight::lost, "entries behind a first brush or bitmap are not looked at");
+                break;
+            }
+            LintEntry(entries[i], i == 0);
+        }
+    }
+
+ private:
+    void Say(int line, Weight weight, std::string what) {
+        m_findings.push_back({line, m_code, weight, std::move(what)});
+    }
+
+    void LintEntry(const Entry& entry, bool first) {
+        if (entry.type == 1)
+            LintGrid(entry);
+        else if (entry.type == 2 && !(entry.values[1] > 0.0F))
+            Say(entry.line, Weight::lost, "a spacing of " + Shown(entry.values[1]) + " draws no lines");
+        else if ((entry.type == 3 || entry.type == 4) && !first)
+            Say(entry.line, Weight::lost, "a brush or bitmap behind another entry draws nothing; put it first");
+        else if (entry.type == 3 || entry.type == 4)
+            LintFill(entry);
+    }
+
+    void LintGrid(const Entry& entry) {
+        const float a1 = entry.values[0], d1 = entry.values[1], a2 = entry.values[2], d2 = entry.values[3];
+        if (DividesByZero(a1, a2)) {
+            Say(entry.line, Weight::lost,
+                "the angles " + Shown(a1) + " and " + Shown(a2) +
+                    " divide a step by zero, so the entry places nothing; an upright grid is written 0 and 90");
+        } else if (IsWhole((a1 - a2) / 180.0)) {
+            Say(entry.line, Weight::lost, "the two families are parallel, so the entry places nothing");
+        }
+        if (!(d1 > 0.0F) || !(d2 > 0.0F))
+            Say(entry.line, Weight::lost,
+                "spacings of " + Shown(d1) + " and " + Shown(d2) + " place nothing; both have to be above 0");
+        const float placed = entry.values[4];
+        const int code = placed > 0.0F && placed < 1000.0F ? static_cast<int>(placed) : 0;
+        if (!m_text.Is(code, SymbolStatusG))
+            Say(entry.line, Weight::lost,
+                "code " + Shown(placed) + " is no graphic symbol of this file: the entry places nothing, or dots");
+    }
+
+    // The file's numbers here are whole: style or count, then the three parts of the colour.
+    void LintFill(const Entry& entry) {
+        if (entry.type == 3 && (entry.values[0] < 0.0F || entry.values[0] > 6.0F))
+            Say(entry.line, Weight::doubtful, "brush styles are 0 to 6; " + Shown(entry.values[0]) + " draws as 1");
+        if (entry.values[1] < 0.0F) return;  // the next colour of the cycle
+        for (int i = 1; i < 4; ++i)
+            if (entry.values[i] < 0.0F || entry.values[i] > 255.0F)
+                Say(entry.line, Weight::doubtful,
+                    "a colour has parts from 0 to 255; of " + Shown(entry.values[i]) + " the low byte counts");
+    }
+
+    const SymbolText& m_text;
+    int m_code;
+    std::vector<Finding>& m_findings;
+};
+
+}  // namespace
+
+void LintHatches(const SymbolText& text, std::vector<Finding>& findings) {
+    for (int code = 1; code < zm::symbol::kHeads; ++code)
+        if (text.Is(code, SymbolStatusH)) HatchLint(text, code, findings).Run();
+}
+
+}  // namespace zm::tools::symbols

@@ -14,8 +14,16 @@ set_target_properties(zenromath PROPERTIES
   LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 
 install(TARGETS zenromath EXPORT ZenroMathTargets
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+  LIBRARY DESTINATION ${ZM_MODULE_DIR} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+if(NOT WIN32)
+  # Links in the usual library folder lead to the library's own folder.
+  install(CODE "
+    foreach(name libzenromath${CMAKE_SHARED_LIBRARY_SUFFIX} libzenromath${CMAKE_SHARED_LIBRARY_SUFFIX}.0)
+      file(CREATE_LINK zenromath/\${name}
+           \$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/\${name} SYMBOLIC)
+    endforeach()")
+endif()
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(EXPORT ZenroMathTargets NAMESPACE ZenroMath:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/ZenroMath)
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/ZenroMathConfig.cmake.in ZenroMathConfig.cmake

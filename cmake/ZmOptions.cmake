@@ -9,6 +9,13 @@ if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
   set(CMAKE_BUILD_TYPE Release CACHE STRING "Kind of build" FORCE)
 endif()
 
+# The folder of the installed library, which holds its default data too: the library looks for them beside itself,
+# wherever the whole is moved.
+set(ZM_MODULE_DIR ${CMAKE_INSTALL_LIBDIR}/zenromath)
+if(WIN32)
+  set(ZM_MODULE_DIR ${CMAKE_INSTALL_BINDIR})
+endif()
+
 option(ZM_WERROR "Treat warnings as errors" OFF)
 option(ZM_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 option(ZM_FUZZER "Instrument the core for libFuzzer" OFF)
@@ -34,7 +41,7 @@ if(ZM_FUZZER)
   target_link_options(zm_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 if(WIN32)
-  target_compile_definitions(zm_options INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN _USE_MATH_DEFINES)
+  target_compile_definitions(zm_options INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN _USE_MATH_DEFINES __USE_MINGW_ANSI_STDIO=1)
   target_link_options(zm_options INTERFACE -static-libgcc -static-libstdc++)
 endif()
 

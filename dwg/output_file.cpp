@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 #include <utility>
 
 namespace zm::dwg {
 
 OutputFile::OutputFile(FileOwner file, std::size_t bufferSize)
-    : m_file(std::move(file)), m_buffer(new std::uint8_t[bufferSize]), m_capacity(bufferSize) {
+    : m_file(std::move(file)), m_buffer(new (std::nothrow) std::uint8_t[bufferSize]), m_capacity(bufferSize) {
+    if (m_buffer == nullptr) throw std::bad_alloc();
     std::setvbuf(m_file.get(), nullptr, _IONBF, 0);  // the buffer is here
 }
 

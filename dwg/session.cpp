@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <new>
 #include <utility>
 
 #include "dwg/texts.h"
+#include "runtime/files.h"
 #include "runtime/numbers.h"
 #include "runtime/project.h"
 #include "zenromath/host.h"
@@ -14,7 +16,7 @@
 
 namespace zm::dwg {
 
-Session::Session(const char* path, FileOwner file, const DrawingTemplate& drawing, std::size_t bufferSize)
+Session::Session(const std::string& path, FileOwner file, const DrawingTemplate& drawing, std::size_t bufferSize)
     : hasJump(drawing.hasJump),
       m_path(path),
       m_out(std::move(file), bufferSize),
@@ -71,6 +73,26 @@ namespace {
     std::abort();  // never reached; a virtual call does not tell the compiler that it does not return
 }
 
+// Whether a file that was just made is at this place: it is there, and empty. What is no regular file has no size.
+bool MadeAt(const char* path) {
+    std::error_code unknown;
+    const auto file = files::SystemPath(path);
+    if (!std::filesystem::exists(file, unknown)) return false;
+    const auto size = std::filesystem::file_size(file, unknown);
+    return unknown || size == 0;
+}
+
+// Where the output was made. The search for its name goes on in other folders where the first refuses.
+// \param[out] wanted  where it should have been made
+std::string MadePlace(const char* path, std::string& wanted) {
+    char place[256];
+    wanted = files::LastSeparator(path) != std::string_view::npos ? path : runtime::WholeName(place, path, nullptr, 0);
+    if (MadeAt(wanted.c_str())) return wanted;
+    for (const int where : {0, 1, 2})
+        if (MadeAt(runtime::WholeName(place, path, nullptr, where))) return place;
+    return wanted;
+}
+
 SessionOwner OpenDrawing(const char* path) {
     FileOwner source(_LFOpen("acad.dwg", "rb+"));
     if (source == nullptr) Stop(texts::kNoTemplate);
@@ -83,7 +105,11 @@ SessionOwner OpenDrawing(const char* path) {
         if (output == nullptr) Stop(texts::kNoOutput);
         // A record is formed in one piece, so that the buffer has to hold the longest.
         const std::size_t buffer = std::max(state().outputBuffer, kLongestRecord);
-        return SessionOwner(new Session(path, std::move(output), drawing, buffer));
+        std::string wanted;
+        const std::string made = MadePlace(path, wanted);
+        SessionOwner session(new Session(made, std::move(output), drawing, buffer));
+        if (made != wanted) session->wantedPath = wanted;
+        return session;
     } catch (const std::bad_alloc&) {
         Stop(texts::kNoSpace);
     }
@@ -94,6 +120,11 @@ void CloseDrawing() {
     state().lastFileComplete = session->Finish();
     if (!state().lastFileComplete)
         _LMsg(numbers::Text(texts::kIncomplete, session->path().c_str()).c_str(), nullptr, 0);
+    if (!session->wantedPath.empty()) {
+        _LMsg(numbers::Text(texts::kElsewhere, session->wantedPath.c_str(), session->path().c_str()).c_str(), nullptr,
+              0);
+        state().lastFileComplete = false;
+    }
 }
 
 }  // namespace

@@ -23,7 +23,7 @@ struct TextStart {
 class Session {
  public:
     /// Begins the file with what the template has before its entities. Throws std::bad_alloc.
-    Session(const char* path, FileOwner file, const DrawingTemplate& drawing, std::size_t bufferSize);
+    Session(const std::string& path, FileOwner file, const DrawingTemplate& drawing, std::size_t bufferSize);
 
     /// Writes what stayed in memory and closes the file; whether all of it was written.
     bool Finish();
@@ -58,7 +58,8 @@ class Session {
         return record;
     }
 
-    bool hasJump = false;  // a jump marker stands in the entity section
+    std::string wantedPath;  // where the file should have been made; empty if it is there
+    bool hasJump = false;    // a jump marker stands in the entity section
     std::uint8_t closing[kClosingRecordSize] = {};
     bool closingPending = false;  // closing goes to the file at close
     TextStart textStart;          // the position of the text before; zero before the first

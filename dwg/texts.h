@@ -32,6 +32,8 @@ inline constexpr char kStillOpen[] = "%s was still open and has been finished be
 inline constexpr char kIncomplete[] =
     "%s could not be written whole: the disk is full, or the file was closed or taken away. What is there is damaged. "
     "Make room or choose another place, and draw it again.";
+inline constexpr char kElsewhere[] =
+    "The drawing could not be made as %s: the folder is missing or refuses writing. It was written as %s instead.";
 inline constexpr char kTemplateFault[] = "acad.dwg cannot be used as a template: %s.";
 inline constexpr char kBlockFault[] = "%s.dwg is damaged at offset %lu: %s. The block is left out.";
 inline constexpr char kBlockLimit[] = "%s.dwg does not fit: %s. The block is left out.";

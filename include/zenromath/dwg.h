@@ -18,7 +18,9 @@
 /// project, the module and the ini directory.
 ///
 /// \param path  the output; with a backslash it is taken as it stands, without one it is made in the project directory.
-///              An existing file is overwritten.
+///              An existing file is overwritten. Where the folder is missing or refuses writing the file goes by its
+///              bare name to the first of the project, the module and the ini directory that takes it, and close tells
+///              so.
 ///
 /// Errors: "cannot open acad.dwg!", a template that cannot be used (the message says why), "cannot write dwg!" and
 /// "no space" (memory) end the process with status 1. A session that is still open is closed first, with a message.
@@ -73,6 +75,6 @@ ZM_API void _LDBsetltype(char* name);
 ZM_API void _LDBsetstyle(int type, char* name, char* font, double width, double oblique);
 
 namespace zm::dwg {
-/// Whether the file of the last _LDBclosedwg was written whole; true before the first one.
+/// Whether the file of the last _LDBclosedwg was written whole and where it was asked for; true before the first one.
 ZM_API bool LastFileComplete();
 }  // namespace zm::dwg

@@ -1,0 +1,114 @@
+#include "tests/dwg/drawing.h"
+
+#include <cstring>
+
+#include "dwg/state.h"
+#include "dwg/writer.h"
+#include "runtime/state.h"
+#include "tools/make_template/template_drawing.h"
+
+namespace zm::test {
+namespace {
+
+constexpr char kLinetypes[] =
+    "; linetypes of the tests\n"
+    "*BORDER,__ __ .\nA,.5,-.25,.5,-.25,0,-.25\n"
+    "*DASHED,__ __\nA,.5,-.25\n"
+    "*10,long dash\nA,10,-3\n"
+    "*1,dash\nA,6,-2\n"
+    "*EIGHT,eight\nA,8,-2\n";
+
+}  // namespace
+
+std::string Hex(const std::string& bytes) {
+    static const char kDigits[] = "0123456789abcdef";
+    std::string hex;
+    for (const char c : bytes) {
+        hex += kDigits[static_cast<unsigned char>(c) >> 4];
+        hex += kDigits[static_cast<unsigned char>(c) & 15];
+    }
+    return hex;
+}
+
+std::string FromHex(const std::string& hex) {
+    std::string bytes;
+    int half = -1;
+    for (const char c : hex) {
+        if (c == ' ') continue;
+        const int digit = c <= '9' ? c - '0' : c - 'a' + 10;
+        if (half >= 0) bytes += static_cast<char>(half << 4 | digit);
+        half = half >= 0 ? -1 : digit;
+    }
+    return bytes;
+}
+
+double Drawing::f64(std::size_t at) const {
+    double value = 0.0;
+    std::memcpy(&value, m_bytes.substr(at, 8).data(), 8);
+    return value;
+}
+
+std::vector<std::string> Drawing::Entities() const {
+    std::vector<std::string> records;
+    for (std::size_t at = u32(20); at != u32(24);) {
+        const std::size_t length = u16(at + 2);
+        if (length < 8 || at + length > u32(24)) {
+            ADD_FAILURE() << "no record at offset " << at;
+            break;
+        }
+        records.push_back(m_bytes.substr(at, length));
+        at += length;
+    }
+    return records;
+}
+
+std::string Drawing::Record(std::size_t addressField, std::size_t size, std::size_t i) const {
+    return m_bytes.substr(u32(addressField) + i * size, size);
+}
+
+std::string NameOf(const std::string& record) {
+    return record.substr(1, 32).c_str();
+}
+
+DrawingTest::DrawingTest() : drawingTemplate(tools::TemplateDrawing()) {
+    runtime::StartProjectFiles();
+    dwg::ResetState();
+    Write("acad.dwg", drawingTemplate);
+    Write("ACAD.LIN", kLinetypes);
+}
+
+DrawingTest::~DrawingTest() {
+    dwg::ResetState();
+    runtime::ResetState();
+}
+
+void DrawingTest::Open(std::string name) {
+    m_name = name;
+    _LDBopendwg(name.data());
+}
+
+Drawing DrawingTest::Close() {
+    _LDBclosedwg();
+    return ReadDrawing(m_name);
+}
+
+std::vector<std::string> DrawingTest::Messages() const {
+    std::vector<std::string> texts;
+    for (const ShownBox& box : host.boxes)
+        if (box.title != "file open error") texts.push_back(box.text);
+    return texts;
+}
+
+void SetLay(std::string name) {
+    _LDBsetlay(name.data());
+}
+
+void SetLtype(std::string name) {
+    _LDBsetltype(name.data());
+}
+
+void SetStyle(int type, std::string name, std::string font, double width, double oblique) {
+    _LDBsetstyle(type, name.data(), font.data(), width, oblique);
+}
+
+}  // namespace zm::test

@@ -26,7 +26,7 @@ struct Block {
     double usual[kBlock];  // 1 where the branch-free way holds, else 0
 };
 
-ZM_VECTOR_CLONES void ForwardBlock(const GaussEllipsoid& g, Block& block, bool withGamma) {
+ZM_VECTOR_CLONES void ForwardBlock(const GaussEllipsoid g, Block& block, bool withGamma) {
     for (std::size_t i = 0; i < kBlock; ++i) {
         const double B = block.first[i];
         const double l = block.second[i];
@@ -41,7 +41,7 @@ ZM_VECTOR_CLONES void ForwardBlock(const GaussEllipsoid& g, Block& block, bool w
         block.gamma[i] = ForwardConvergence(g, block.second[i], SinCosNear(block.first[i]));
 }
 
-ZM_VECTOR_CLONES void BackwardBlock(const GaussEllipsoid& g, Block& block, bool withGamma) {
+ZM_VECTOR_CLONES void BackwardBlock(const GaussEllipsoid g, Block& block) {
     for (std::size_t i = 0; i < kBlock; ++i) {
         const double x = block.first[i];
         const double y = block.second[i];
@@ -49,12 +49,12 @@ ZM_VECTOR_CLONES void BackwardBlock(const GaussEllipsoid& g, Block& block, bool 
         const GeodeticPosition position = BackwardSeries(g, quick.footpoint.latitude, y, quick.footpoint.at);
         block.firstOut[i] = position.B;
         block.secondOut[i] = position.l;
-        block.usual[i] = quick.holds ? 1.0 : 0.0;
-        if (withGamma) block.gamma[i] = BackwardConvergence(g, y, quick.footpoint.at);
+        block.usual[i] = quick.holds;
+        block.gamma[i] = BackwardConvergence(g, y, quick.footpoint.at);
     }
 }
 
-ZM_VECTOR_CLONES void ZoneForwardBlock(const ZoneEllipsoid& z, double L0, Block& block) {
+ZM_VECTOR_CLONES void ZoneForwardBlock(const ZoneEllipsoid z, double L0, Block& block) {
     for (std::size_t i = 0; i < kBlock; ++i) {
         const double B = block.first[i];
         const ZonePlane plane = ZoneForward(z, B, block.second[i] - L0, SinCosNear(B));
@@ -64,7 +64,7 @@ ZM_VECTOR_CLONES void ZoneForwardBlock(const ZoneEllipsoid& z, double L0, Block&
     }
 }
 
-ZM_VECTOR_CLONES void ZoneBackwardBlock(const ZoneEllipsoid& z, double L0, Block& block) {
+ZM_VECTOR_CLONES void ZoneBackwardBlock(const ZoneEllipsoid z, double L0, Block& block) {
     for (std::size_t i = 0; i < kBlock; ++i) {
         const double beta = block.first[i] / z.K0;
         const double Bf = ZoneFootpoint(z, beta, SinCosNear(beta));
@@ -114,7 +114,7 @@ void zm::ForwardArray(int ell, std::size_t n, const double* B, const double* l, 
 void zm::BackwardArray(int ell, std::size_t n, const double* x, const double* y, double* B, double* l, double* gamma) {
     const GaussEllipsoid& g = SelectedEllipsoid(ell);
     InBlocks(
-        n, x, y, B, l, gamma, [&](Block& block) { BackwardBlock(g, block, gamma != nullptr); },
+        n, x, y, B, l, gamma, [&](Block& block) { BackwardBlock(g, block); },
         [ell](double x1, double y1, double& B1, double& l1, double& gamma1) {
             backward(ell, x1, y1, &B1, &l1, &gamma1);
         });

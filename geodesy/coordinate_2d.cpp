@@ -65,11 +65,11 @@ const ZoneEllipsoid* FamilyEllipsoid(znCoordSysTypeConstants system) {
 
 // Truncates towards zero, so -1.0 belongs to the zone of 3.
 int SixDegreeMeridian(double longitude) {
-    return TruncatedToInt(3.0 - 6.0 * std::trunc(Degrees(longitude) / -6.0));
+    return TruncatedToInt(3.0 - 6.0 * std::trunc(longitude / -6.0));
 }
 
 int ThreeDegreeMeridian(double longitude) {
-    return TruncatedToInt(3.0 * std::trunc((Degrees(longitude) + 1.5) / 3.0));
+    return TruncatedToInt(3.0 * std::trunc((longitude + 1.5) / 3.0));
 }
 
 }  // namespace zm::geodesy
@@ -144,16 +144,16 @@ void Coordinate_2Dsys::setEllipse(znCoordSysTypeConstants coordSys) {
 void Coordinate_2Dsys::setL(double longitude) {
     L = longitude;
     if (GSwidth == 6)
-        L0 = SixDegreeMeridian(longitude);
+        L0 = SixDegreeMeridian(Degrees(longitude));
     else if (GSwidth == 3)
-        L0 = ThreeDegreeMeridian(longitude);
+        L0 = ThreeDegreeMeridian(Degrees(longitude));
 }
 
 void Coordinate_2Dsys::setBL(double latitude, double longitude) {
     B = latitude;
     L = longitude;
     // Required: any width but 3 takes the 6-degree rule, unlike setL; a system without ellipsoid gets an L0 so.
-    L0 = GSwidth == 3 ? ThreeDegreeMeridian(longitude) : SixDegreeMeridian(longitude);
+    L0 = GSwidth == 3 ? ThreeDegreeMeridian(Degrees(longitude)) : SixDegreeMeridian(Degrees(longitude));
 }
 
 double Coordinate_2Dsys::getStandardGY() const {

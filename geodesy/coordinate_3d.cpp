@@ -1,6 +1,7 @@
 // Coordinate_3Dsys: height and earth-centred coordinates.
 #include <cmath>
 
+#include "geodesy/numeric.h"
 #include "geodesy/sincos.h"
 #include "geodesy/zone_ellipsoids.h"
 #include "zenromath/geodesy.h"
@@ -62,7 +63,7 @@ void Coordinate_3Dsys::setBLH(double latitude, double longitude, double height) 
     L = longitude;
     H = height;
     GSwidth = 3;  // Required: whatever the system; the area on the plane measures in 3-degree zones through it.
-    L0 = ThreeDegreeMeridian(longitude);
+    L0 = ThreeDegreeMeridian(Degrees(longitude));
 }
 
 int Coordinate_3Dsys::BLHtoXYZ() {

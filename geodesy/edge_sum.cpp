@@ -45,18 +45,29 @@ struct OddCosines {
     double cos[5];
 };
 
-// W(X) = cos X - sin X cot(X / m) / m, for small X without its cancellation.
-double SmallW(double X, double sinX, double pieces) {
+// W(X) = cos X - sin X cot(X / m) / m, for small X without its cancellation. over: 1 / m.
+double SmallW(double X, double sinX, double over) {
     const double X2 = X * X;
-    const double y = X / pieces;
+    const double y = X * over;
     const double y2 = y * y;
     const double lessSine =  // cos X - sin X / X
-        -X2 / 3.0 * (1.0 - X2 / 10.0 * (1.0 - X2 / 28.0 * (1.0 - X2 / 54.0 * (1.0 - X2 / 88.0 * (1.0 - X2 / 130.0)))));
+        X2 * (-1.0 / 3 + X2 * (1.0 / 30 + X2 * (-1.0 / 840 +
+                                                X2 * (1.0 / 45360 + X2 * (-1.0 / 3991680 + X2 * (1.0 / 518918400))))));
     const double lessCotangent =  // 1 / y - cot y
-        y * (1.0 / 3.0 +
-             y2 * (1.0 / 45.0 +
-                   y2 * (2.0 / 945.0 + y2 * (1.0 / 4725.0 + y2 * (2.0 / 93555.0 + y2 * (1382.0 / 638512875.0))))));
-    return lessSine + sinX * lessCotangent / pieces;
+        y * (1.0 / 3 +
+             y2 * (1.0 / 45 + y2 * (2.0 / 945 + y2 * (1.0 / 4725 + y2 * (2.0 / 93555 + y2 * (1382.0 / 638512875))))));
+    return lessSine + sinX * lessCotangent * over;
+}
+
+// Replaces the W of large angles by the formula itself.
+void LargeW(double X1, const SinCos& atX, const OddSines& wholeSin, double pieces, double (&W)[5]) {
+    const SinCos atPiece = SinCosOf(X1 / pieces);
+    const OddCosines wholeCos(atX);
+    const OddSines pieceSin(atPiece);
+    const OddCosines pieceCos(atPiece);
+    for (int i = 0; i < 5; ++i)
+        if (!(std::abs((2 * i + 1) * X1) <= kSmallAngle))
+            W[i] = wholeCos.cos[i] - wholeSin.sin[i] * (pieceCos.cos[i] / pieceSin.sin[i]) / pieces;
 }
 
 }  // namespace
@@ -157,23 +168,18 @@ double MeridianSum::Closed(const Edge& edge) const {
     const double X1 = (edge.B1 - edge.B0) / 2.0;
     const double halfWidth = (edge.L1 - edge.L0) / 2.0;
     const double middleL = (edge.L0 + edge.L1) / 2.0;
+    const double over = 1.0 / edge.pieces;
     const SinCos atMiddle = SinCosOf((edge.B0 + edge.B1) / 2.0);
     const SinCos atX = SinCosOf(X1);
-    const SinCos atPiece = SinCosOf(X1 / edge.pieces);
     const OddSines middleSin(atMiddle);
     const OddCosines middleCos(atMiddle);
     const OddSines wholeSin(atX);
-    const OddCosines wholeCos(atX);
-    const OddSines pieceSin(atPiece);
-    const OddCosines pieceCos(atPiece);
+    double W[5];
+    for (int i = 0; i < 5; ++i) W[i] = SmallW((2 * i + 1) * X1, wholeSin.sin[i], over);
+    if (!(std::abs(9.0 * X1) <= kSmallAngle)) LargeW(X1, atX, wholeSin, edge.pieces, W);
     double sum = 0.0;
-    for (int i = 4; i >= 0; --i) {
-        const double X = (2 * i + 1) * X1;
-        const double W = std::abs(X) <= kSmallAngle
-                             ? SmallW(X, wholeSin.sin[i], edge.pieces)
-                             : wholeCos.cos[i] - wholeSin.sin[i] * (pieceCos.cos[i] / pieceSin.sin[i]) / edge.pieces;
-        sum += m_multiple[i] * (middleL * wholeSin.sin[i] * middleCos.cos[i] + halfWidth * middleSin.sin[i] * W);
-    }
+    for (int i = 4; i >= 0; --i)
+        sum += m_multiple[i] * (middleL * wholeSin.sin[i] * middleCos.cos[i] + halfWidth * middleSin.sin[i] * W[i]);
     return m_factor * sum;
 }
 

@@ -20,7 +20,9 @@ struct GaussEllipsoid {
     double a, b, k, c;
     double secondEccentricity2;  // as c / b - 1
     double arcS = 0, arcP = 0, arcQ = 0, arcR = 0;
-    double arcUnit = 0;  // k (S + 1): metres of arc to a radian
+    double arcUnit = 0;   // k (S + 1): metres of arc to a radian
+    double bendUnit = 0;  // 1 / (S + 1)
+    double overC = 0;     // 1 / c
 
  private:
     // Meridian arc, powers of E = 1 - k/a.
@@ -35,6 +37,8 @@ struct GaussEllipsoid {
         arcQ = 35.0 / 96 * e3 + 735.0 / 2048 * e4;
         arcR = 315.0 / 1024 * e4;
         arcUnit = k * (arcS + 1.0);
+        bendUnit = 1.0 / (arcS + 1.0);
+        overC = 1.0 / c;
     }
 };
 
@@ -71,10 +75,10 @@ inline PlanePosition ForwardSeries(const GaussEllipsoid& g, double B, double l, 
     const double w2 = w * w;
     const double eta2 = g.secondEccentricity2 * (at.cos * at.cos);
     const double N = g.c / std::sqrt(1.0 + eta2);
-    const double x6 = (61.0 - 58.0 * t2 + t2 * t2) / 720.0;
-    const double x4 = (5.0 - t2 + 9.0 * eta2 + 4.0 * (eta2 * eta2)) / 24.0;
-    const double y5 = (5.0 - 18.0 * t2 + t2 * t2 + 14.0 * eta2 - 58.0 * eta2 * t2) / 120.0;
-    const double y3 = (1.0 - t2 + eta2) / 6.0;
+    const double x6 = (61.0 - 58.0 * t2 + t2 * t2) * (1.0 / 720);
+    const double x4 = (5.0 - t2 + 9.0 * eta2 + 4.0 * (eta2 * eta2)) * (1.0 / 24);
+    const double y5 = (5.0 - 18.0 * t2 + t2 * t2 + 14.0 * eta2 - 58.0 * eta2 * t2) * (1.0 / 120);
+    const double y3 = (1.0 - t2 + eta2) * (1.0 / 6);
     return {MeridianArc(g, B, at) + N * t * w2 * (0.5 + w2 * (x4 + w2 * x6)), N * w * (1.0 + w2 * (y3 + w2 * y5))};
 }
 
@@ -86,8 +90,9 @@ inline double ForwardConvergence(const GaussEllipsoid& g, double l, const SinCos
     return t * w * (1.0 + w2 * ((1.0 + 3.0 * eta2 + 2.0 * (eta2 * eta2)) / 3.0 + w2 * (2.0 - t * t) / 15.0));
 }
 
-inline double FootpointStep(const GaussEllipsoid& g, double x, const SinCos& at) {
-    return (x + g.k * ArcBend(g, at)) / g.arcUnit;
+/// One step of the footpoint iteration; x0: northing over arcUnit, at: sine and cosine of the latitude before.
+inline double FootpointStep(const GaussEllipsoid& g, double x0, const SinCos& at) {
+    return x0 + ArcBend(g, at) * g.bendUnit;
 }
 
 struct GeodeticPosition {
@@ -96,19 +101,20 @@ struct GeodeticPosition {
 
 /// The series of backward at the footpoint latitude Bf.
 inline GeodeticPosition BackwardSeries(const GaussEllipsoid& g, double Bf, double y, const SinCos& at) {
-    const double t = at.sin / at.cos;
+    const double overCos = 1.0 / at.cos;
+    const double t = at.sin * overCos;
     const double t2 = t * t;
     const double eta2 = g.secondEccentricity2 * (at.cos * at.cos);
     const double V2 = 1.0 + eta2;
-    const double u = std::sqrt(V2) * y / g.c;
+    const double u = std::sqrt(V2) * y * g.overC;
     const double u2 = u * u;
-    const double b4 = (5.0 + 3.0 * t2 + eta2 - 9.0 * eta2 * t2) / 24.0;
+    const double b4 = (5.0 + 3.0 * t2 + eta2 - 9.0 * eta2 * t2) * (1.0 / 24);
     // Required: the sixth-order term is added, where the true inverse has it subtracted; positions on file hold it.
-    const double b6 = (61.0 + 90.0 * t2 + 45.0 * (t2 * t2)) / 720.0;
-    const double l3 = (1.0 + 2.0 * t2 + eta2) / 6.0;
+    const double b6 = (61.0 + 90.0 * t2 + 45.0 * (t2 * t2)) * (1.0 / 720);
+    const double l3 = (1.0 + 2.0 * t2 + eta2) * (1.0 / 6);
     // Required: without the 6 eta2 + 8 eta2 t^2 of GStoUTM; the two implementations differ on purpose.
-    const double l5 = (5.0 + 28.0 * t2 + 24.0 * (t2 * t2)) / 120.0;
-    return {Bf + V2 * t * u2 * (-0.5 + u2 * (b4 + u2 * b6)), u / at.cos * (1.0 - u2 * (l3 - u2 * l5))};
+    const double l5 = (5.0 + 28.0 * t2 + 24.0 * (t2 * t2)) * (1.0 / 120);
+    return {Bf + V2 * t * u2 * (-0.5 + u2 * (b4 + u2 * b6)), u * overCos * (1.0 - u2 * (l3 - u2 * l5))};
 }
 
 inline double BackwardConvergence(const GaussEllipsoid& g, double y, const SinCos& at) {
@@ -127,10 +133,11 @@ struct Footpoint {
 
 /// The footpoint latitude of northing x by the iteration as it is defined, with sine and cosine at every step.
 inline Footpoint IteratedFootpoint(const GaussEllipsoid& g, double x) {
-    double latitude = x / g.arcUnit;
+    const double x0 = x / g.arcUnit;
+    double latitude = x0;
     if (!(std::abs(latitude) > kFootpointStep)) return {latitude, SinCosOf(latitude)};
     for (int i = 0; i < kMostFootpointSteps; ++i) {
-        const double next = FootpointStep(g, x, SinCosOf(latitude));
+        const double next = FootpointStep(g, x0, SinCosOf(latitude));
         const bool settled = std::abs(next - latitude) <= kFootpointStep;
         latitude = next;
         if (settled) break;
@@ -140,7 +147,7 @@ inline Footpoint IteratedFootpoint(const GaussEllipsoid& g, double x) {
 
 struct QuickFootpoint {
     Footpoint footpoint;
-    bool holds;
+    double holds;  // 1 or 0
 };
 
 /// The value at which the same iteration ends, with one sine and cosine: the first step from them, the second after a
@@ -150,11 +157,10 @@ struct QuickFootpoint {
 inline QuickFootpoint ExpandedFootpoint(const GaussEllipsoid& g, double x) {
     constexpr double kSmallTurn = 4e-3;  // radians; sine and cosine to the sixth order
     constexpr double kSmallMove = 2e-5;  // radians; sine and cosine to the third order
-    constexpr int kExpandedSteps = 5;    // after the second; the ellipsoids of the selector take 3 at most
 
     const double x0 = x / g.arcUnit;
     const SinCos at0 = SinCosNear(x0);
-    const double x1 = FootpointStep(g, x, at0);
+    const double x1 = FootpointStep(g, x0, at0);
     const double turn = x1 - x0;
     const double turn2 = turn * turn;
     const double sinTurn = turn - turn * turn2 * (1.0 / 6 - turn2 * (1.0 / 120));
@@ -167,34 +173,37 @@ inline QuickFootpoint ExpandedFootpoint(const GaussEllipsoid& g, double x) {
     const double p = g.arcS + m * (g.arcP + m * (g.arcQ + m * g.arcR));
     const double p1 = g.arcP + m * (2.0 * g.arcQ + m * (3.0 * g.arcR));
     const double p2 = 2.0 * g.arcQ + m * (6.0 * g.arcR);
-    const double unit = g.arcS + 1.0;
-    const double first = ((1.0 - 2.0 * m) * p + 2.0 * m * (1.0 - m) * p1) / unit;
+    const double first = ((1.0 - 2.0 * m) * p + 2.0 * m * (1.0 - m) * p1) * g.bendUnit;
     const double halfSecond =
-        at1.sin * at1.cos * (3.0 * (1.0 - 2.0 * m) * p1 - 2.0 * p + 2.0 * m * (1.0 - m) * p2) / unit;
+        at1.sin * at1.cos * (3.0 * (1.0 - 2.0 * m) * p1 - 2.0 * p + 2.0 * m * (1.0 - m) * p2) * g.bendUnit;
 
-    // Steps are counted from x1.
-    const double second = FootpointStep(g, x, at1) - x1;
-    double move = second;
-    double ended = std::abs(second) <= kFootpointStep ? 1.0 : 0.0;
-    for (int i = 0; i < kExpandedSteps; ++i) {
-        const double next = second + move * (first + move * halfSecond);
-        const double step = std::abs(next - move);
-        move = ended != 0.0 ? move : next;
-        ended = step <= kFootpointStep ? 1.0 : ended;
-    }
+    // The iteration from x1 on, as distances from x1; it ends at the first that lies near the one before it.
+    const double move2nd = FootpointStep(g, x0, at1) - x1;
+    const double move3rd = move2nd + move2nd * (first + move2nd * halfSecond);
+    const double move4th = move2nd + move3rd * (first + move3rd * halfSecond);
+    const double move5th = move2nd + move4th * (first + move4th * halfSecond);
+    const double move6th = move2nd + move5th * (first + move5th * halfSecond);
+    double move = move6th;
+    move = std::abs(move5th - move4th) <= kFootpointStep ? move5th : move;
+    move = std::abs(move4th - move3rd) <= kFootpointStep ? move4th : move;
+    move = std::abs(move3rd - move2nd) <= kFootpointStep ? move3rd : move;
+    move = std::abs(move2nd) <= kFootpointStep ? move2nd : move;
 
     const double move2 = 0.5 * (move * move);
     const double sinMove = move - move * move2 * (1.0 / 3);
     const SinCos at{at1.sin + (at1.cos * sinMove - at1.sin * move2), at1.cos - (at1.sin * sinMove + at1.cos * move2)};
-    const bool holds = (std::abs(x0) <= kSinCosRange) & (std::abs(turn) <= kSmallTurn) &
-                       (std::abs(turn) > kFootpointStep) & (std::abs(second) <= kSmallMove) & (ended != 0.0);
+    double holds = std::abs(x0) <= kSinCosRange ? 1.0 : 0.0;
+    holds = std::abs(turn) <= kSmallTurn ? holds : 0.0;
+    holds = std::abs(turn) > kFootpointStep ? holds : 0.0;
+    holds = std::abs(move2nd) <= kSmallMove ? holds : 0.0;
+    holds = std::abs(move6th - move5th) <= kFootpointStep ? holds : 0.0;
     return {{x1 + move, at}, holds};
 }
 
 /// The footpoint latitude of northing x, with its sine and cosine.
 inline Footpoint FootpointOf(const GaussEllipsoid& g, double x) {
     const QuickFootpoint quick = ExpandedFootpoint(g, x);
-    return quick.holds ? quick.footpoint : IteratedFootpoint(g, x);
+    return quick.holds != 0.0 ? quick.footpoint : IteratedFootpoint(g, x);
 }
 
 /// backward on an ellipsoid of its own, without gamma.

@@ -40,4 +40,11 @@ inline SplitNumber Split(double value) {
     return {value, value == value ? 0.0 : value};
 }
 
+/// The largest whole number that is not above the value.
+inline double Floor(double value) {
+    const double whole = Split(value < 0.0 ? -value : value).whole;
+    if (!(value < 0.0)) return whole;
+    return -whole > value ? -whole - 1.0 : -whole;
+}
+
 }  // namespace zm::geodesy

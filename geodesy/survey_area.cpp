@@ -61,7 +61,7 @@ double RoundedSeconds(const EllipseAreaSeries& s, double angle) {
     const auto [minutes, minuteFraction] = Split(degreeFraction * 60.0);
     double seconds = minuteFraction * 60.0;
     const double grid = state().angleRounding;
-    if (grid > 0.0) seconds = std::floor(seconds / grid + 0.5) * grid;
+    if (grid > 0.0) seconds = Floor(seconds / grid + 0.5) * grid;
     const double total = degrees * 3600.0 + minutes * 60.0 + seconds;
     return angle > 0.0 ? total : -total;
 }
@@ -109,7 +109,7 @@ GeodeticPosition Backward80(const EllipseAreaSeries& s, double N, double E) {
 }
 
 double RoundedTo(double grid, double value) {
-    return std::floor(value / grid + 0.5) * grid;
+    return Floor(value / grid + 0.5) * grid;
 }
 
 Vertex VertexOfPlane(const EllipseAreaSeries& s, const GaussEllipsoid& g, bool is80, const Point3D& p) {

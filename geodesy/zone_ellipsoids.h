@@ -25,7 +25,7 @@ inline ZonePosition ZoneInverse(const ZoneEllipsoid& z, double X, double Y, doub
     return ZoneBackward(z, Bf, Y, L0, SinCosOf(Bf));
 }
 
-/// L0 of the 6-degree and of the 3-degree zone of a longitude in radians.
+/// L0 of the 6-degree and of the 3-degree zone of a longitude in degrees.
 int SixDegreeMeridian(double longitude);
 int ThreeDegreeMeridian(double longitude);
 

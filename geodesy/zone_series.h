@@ -22,7 +22,7 @@ inline constexpr double kArcSeries[4][6] = {
 /// What UTMtoGS and GStoUTM need of an ellipsoid. All of it depends on a and e2 alone.
 struct ZoneEllipsoid {
     constexpr ZoneEllipsoid(double semiMajor, double eccentricity2)
-        : a(semiMajor), e2(eccentricity2), secondEccentricity2(e2 / (1.0 - e2)) {
+        : a(semiMajor), e2(eccentricity2), secondEccentricity2(e2 / (1.0 - e2)), overA(1.0 / a) {
         double C[4] = {};
         for (int row = 0; row < 4; ++row) {
             double power = 1.0;
@@ -44,6 +44,7 @@ struct ZoneEllipsoid {
 
     double a, e2;
     double secondEccentricity2;
+    double overA;                            // 1 / a
     double K0 = 0;                           // metres of arc to a radian
     double arc0 = 0, arc2 = 0, arc4 = 0;     // arc(B) = K0 B + sin B cos B (arc0 + sin^2 B (arc2 + arc4 sin^2 B))
     double foot1 = 0, foot3 = 0, foot5 = 0;  // Bf = beta + cos beta (foot1 s - foot3 s^3 + foot5 s^5), s = sin beta
@@ -85,11 +86,11 @@ inline ZonePlane ZoneForward(const ZoneEllipsoid& z, double B, double w0, const 
     const double w4 = w2 * w2;
     const double arc = z.K0 * B + s * c * (z.arc0 + s2 * (z.arc2 + z.arc4 * s2));
     const double Nt = N * t;
-    const double X = arc + Nt * w2 / 2.0 + (5.0 - t2 + 9.0 * eta2 + 4.0 * (eta2 * eta2)) * Nt * w4 / 24.0 +
-                     (61.0 - 58.0 * t2 + t2 * t2) * Nt * (w4 * w2) / 720.0;
+    const double X = arc + Nt * w2 * 0.5 + (5.0 - t2 + 9.0 * eta2 + 4.0 * (eta2 * eta2)) * Nt * w4 * (1.0 / 24) +
+                     (61.0 - 58.0 * t2 + t2 * t2) * Nt * (w4 * w2) * (1.0 / 720);
     const double Nw = N * w;
-    const double Y = Nw + (1.0 - t2 + eta2) * Nw * w2 / 6.0 +
-                     (5.0 - 18.0 * t2 + t2 * t2 + 14.0 * eta2 - 58.0 * eta2 * t2) * Nw * w4 / 120.0;
+    const double Y = Nw + (1.0 - t2 + eta2) * Nw * w2 * (1.0 / 6) +
+                     (5.0 - 18.0 * t2 + t2 * t2 + 14.0 * eta2 - 58.0 * eta2 * t2) * Nw * w4 * (1.0 / 120);
     return {X, Y};
 }
 
@@ -108,20 +109,21 @@ struct ZonePosition {
 inline ZonePosition ZoneBackward(const ZoneEllipsoid& z, double Bf, double Y, double L0, const SinCos& at) {
     const double s = at.sin;
     const double c = at.cos;
-    const double t = s / c;
+    const double overCos = 1.0 / c;
+    const double t = s * overCos;
     const double t2 = t * t;
     const double t4 = t2 * t2;
     const double eta2 = z.secondEccentricity2 * (c * c);
     const double V2 = 1.0 + eta2;
-    const double u = Y * std::sqrt(1.0 - z.e2 * (s * s)) / z.a;
+    const double u = Y * std::sqrt(1.0 - z.e2 * (s * s)) * z.overA;
     const double u2 = u * u;
     const double u4 = u2 * u2;
     const double Vt = V2 * t;
-    const double B = Bf - Vt * u2 / 2.0 + (5.0 + 3.0 * t2 + eta2 - 9.0 * eta2 * t2) * Vt * u4 / 24.0 -
-                     (61.0 + 90.0 * t2 + 45.0 * t4) * Vt * (u4 * u2) / 720.0;
-    const double L = L0 + u / c - (1.0 + 2.0 * t2 + eta2) * (u2 * u) / (6.0 * c) +
-                     (5.0 + 28.0 * t2 + 24.0 * t4 + 6.0 * eta2 + 8.0 * eta2 * t2) * (u4 * u) / (120.0 * c);
-    return {B, L};
+    const double B = Bf - Vt * u2 * 0.5 + (5.0 + 3.0 * t2 + eta2 - 9.0 * eta2 * t2) * Vt * u4 * (1.0 / 24) -
+                     (61.0 + 90.0 * t2 + 45.0 * t4) * Vt * (u4 * u2) * (1.0 / 720);
+    const double l = u - (1.0 + 2.0 * t2 + eta2) * (u2 * u) * (1.0 / 6) +
+                     (5.0 + 28.0 * t2 + 24.0 * t4 + 6.0 * eta2 + 8.0 * eta2 * t2) * (u4 * u) * (1.0 / 120);
+    return {B, L0 + l * overCos};
 }
 
 }  // namespace zm::geodesy

@@ -8,7 +8,9 @@
 namespace zm::platform {
 namespace {
 
-HCURSOR LoadStandard(const char* name) { return LoadCursorA(nullptr, name); }
+HCURSOR LoadStandard(const char* name) {
+    return LoadCursorA(nullptr, name);
+}
 
 class WindowsHost : public Host {
  public:

@@ -1,0 +1,32 @@
+// The dashes of pen styles, for devices that draw them themselves.
+#pragma once
+
+#include <array>
+#include <span>
+
+#include "zenromath/platform.h"
+
+namespace zm::platform {
+
+/// Lengths of strokes and gaps in turn, in pixels of a pen of width 1, beginning anew with each line; a wider pen has
+/// them wider in proportion. Empty for a style without gaps.
+inline std::span<const int> DashesOf(int style) {
+    static constexpr std::array<int, 2> kDash = {18, 6};
+    static constexpr std::array<int, 2> kDot = {3, 3};
+    static constexpr std::array<int, 4> kDashDot = {9, 6, 3, 6};
+    static constexpr std::array<int, 6> kDashDotDot = {9, 3, 3, 3, 3, 3};
+    switch (style) {
+        case PS_DASH:
+            return kDash;
+        case PS_DOT:
+            return kDot;
+        case PS_DASHDOT:
+            return kDashDot;
+        case PS_DASHDOTDOT:
+            return kDashDotDot;
+        default:
+            return {};
+    }
+}
+
+}  // namespace zm::platform

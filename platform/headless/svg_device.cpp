@@ -1,0 +1,302 @@
+#include "platform/headless/svg_device.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+
+#include "platform/headless/arc_figure.h"
+#include "platform/headless/dashes.h"
+#include "runtime/gbk.h"
+#include "runtime/numbers.h"
+
+namespace zm::platform {
+namespace {
+
+constexpr int kDefaultHeight = 16;             // pixels, of a font that leaves its height to the device
+constexpr double kAscent = 0.86;               // of the cell height above the base line, as the Chinese faces have it
+constexpr double kAverageWidth = 0.5;          // of the cell height: the average width of an unstretched face
+constexpr std::size_t kLongestPath = 1 << 14;  // bytes; some viewers are slow on paths of megabytes
+
+std::string Color(COLORREF color) {
+    return numbers::Text("#%02x%02x%02x", color & 0xFF, (color >> 8) & 0xFF, (color >> 16) & 0xFF);
+}
+
+// A number with at most three decimals and no more digits than it needs.
+std::string Number(double value) {
+    std::string text = numbers::Text("%.3f", value);
+    text.erase(text.find_last_not_of('0') + 1);
+    if (text.back() == '.') text.pop_back();
+    return text == "-0" ? "0" : text;
+}
+
+std::string Escaped(std::string_view gbkText) {
+    std::string escaped;
+    for (const char c : gbk::ToUtf8(gbkText)) {
+        switch (c) {
+            case '&':
+                escaped += "&amp;";
+                break;
+            case '<':
+                escaped += "&lt;";
+                break;
+            case '>':
+                escaped += "&gt;";
+                break;
+            case '"':
+                escaped += "&quot;";
+                break;
+            default:
+                // Control characters have no place in the format.
+                escaped += static_cast<unsigned char>(c) < 0x20 ? ' ' : c;
+        }
+    }
+    return escaped;
+}
+
+std::string StrokeStyle(const Stroke& stroke) {
+    std::string style = " stroke=\"" + Color(stroke.color) + "\"";
+    if (stroke.width != 1) style += numbers::Text(" stroke-width=\"%d\"", stroke.width);
+    const auto dashes = DashesOf(stroke.style);
+    if (dashes.empty()) return style;
+    style += " stroke-linecap=\"butt\" stroke-dasharray=\"";
+    for (std::size_t i = 0; i < dashes.size(); ++i)
+        style += numbers::Text(i == 0 ? "%d" : " %d", dashes[i] * stroke.width);
+    return style + "\"";
+}
+
+std::string PathOf(const Region::Outline& outline) {
+    std::string path;
+    for (std::size_t i = 0; i < outline.points.size(); ++i)
+        path += numbers::Text(i == 0 ? "M%d %d" : "L%d %d", outline.points[i].x, outline.points[i].y);
+    return path + "z";
+}
+
+// Pixels as figures: a pixel's centre is a whole number.
+std::string PathOf(const std::vector<RECT>& rectangles) {
+    std::string path;
+    for (const RECT& r : rectangles)
+        path += "M" + Number(r.left - 0.5) + " " + Number(r.top - 0.5) +
+                numbers::Text("h%dv%dh%dz", r.right - r.left, r.bottom - r.top, r.left - r.right);
+    return path;
+}
+
+bool IsUprightRectangle(const Region::Outline& outline, RECT& box) {
+    const auto& p = outline.points;
+    if (p.size() != 4) return false;
+    const bool upright = (p[0].y == p[1].y && p[1].x == p[2].x && p[2].y == p[3].y && p[3].x == p[0].x) ||
+                         (p[0].x == p[1].x && p[1].y == p[2].y && p[2].x == p[3].x && p[3].y == p[0].y);
+    box = {std::min(p[0].x, p[2].x), std::min(p[0].y, p[2].y), std::max(p[0].x, p[2].x), std::max(p[0].y, p[2].y)};
+    return upright;
+}
+
+bool Holds(const RECT& box, const Region::Outline& outline) {
+    return std::all_of(outline.points.begin(), outline.points.end(), [&](const POINT& p) {
+        return p.x >= box.left && p.x <= box.right && p.y >= box.top && p.y <= box.bottom;
+    });
+}
+
+// The lines of a hatch as one path over a tile of 8 by 8 pixels, with what reaches in from the neighbours.
+const char* HatchPath(int hatch) {
+    switch (hatch) {
+        case HS_HORIZONTAL:
+            return "M-1 3H9";
+        case HS_VERTICAL:
+            return "M4 -1V9";
+        case HS_FDIAGONAL:
+            return "M-2 -2L10 10M-2 6L2 10M6 -2L10 2";
+        case HS_BDIAGONAL:
+            return "M-2 9L9 -2M-2 1L1 -2M6 9L9 6";
+        case HS_CROSS:
+            return "M-1 3H9M4 -1V9";
+        default:
+            return "M-2 -2L10 10M-2 6L2 10M6 -2L10 2M-2 9L9 -2M-2 1L1 -2M6 9L9 6";
+    }
+}
+
+std::string TilePath(const Fill& fill) {
+    std::vector<RECT> pixels;
+    for (int y = 0; y < 8; ++y)
+        for (int x = 0; x < 8; ++x)
+            if (fill.Inked(x, y)) pixels.push_back({x, y, x + 1, y + 1});
+    return PathOf(pixels);
+}
+
+}  // namespace
+
+SvgDevice::SvgDevice(int width, int height, double widthMm, double heightMm)
+    : m_width(std::max(width, 1)), m_height(std::max(height, 1)), m_widthMm(widthMm), m_heightMm(heightMm) {}
+
+std::string SvgDevice::Document() const {
+    const bool onPaper = m_widthMm > 0.0 && m_heightMm > 0.0;
+    std::string head = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"";
+    head += onPaper ? Number(m_widthMm) + "mm\" height=\"" + Number(m_heightMm) + "mm"
+                    : numbers::Text("%d\" height=\"%d", m_width, m_height);
+    head += numbers::Text("\" viewBox=\"0 0 %d %d\">\n", m_width, m_height);
+    head += numbers::Text("<rect width=\"%d\" height=\"%d\" fill=\"#ffffff\"/>\n", m_width, m_height);
+    // A whole number is the centre of a pixel.
+    head += "<g transform=\"translate(0.5 0.5)\" fill=\"none\" stroke-linecap=\"round\" stroke-linejoin=\"round\">\n";
+    std::string open;
+    if (!m_path.empty()) open = "<path" + m_pathStyle + " d=\"" + m_path + "\"/>\n";
+    return head + m_body + open + "</g>\n</svg>\n";
+}
+
+void SvgDevice::EndPath() {
+    if (m_path.empty()) return;
+    m_body += "<path" + m_pathStyle + " d=\"" + m_path + "\"/>\n";
+    m_path.clear();
+}
+
+void SvgDevice::Put(const std::string& element) {
+    EndPath();
+    m_body += element;
+    m_body += '\n';
+}
+
+// Strokes with one pen are gathered in one path.
+void SvgDevice::Draw(const Stroke& stroke, const std::string& path) {
+    if (!m_path.empty() && (!m_pathIsLine || !(stroke == m_lastStroke) || m_path.size() > kLongestPath)) EndPath();
+    if (m_path.empty()) {
+        m_pathStyle = StrokeStyle(stroke);
+        m_lastStroke = stroke;
+        m_pathIsLine = true;
+    }
+    m_path += path;
+}
+
+int SvgDevice::Line(const Stroke& stroke, int x1, int y1, int x2, int y2) {
+    if (stroke.opaqueGaps && !DashesOf(stroke.style).empty()) {
+        Stroke under = stroke;
+        under.style = PS_SOLID;
+        under.color = stroke.gapColor;
+        under.opaqueGaps = false;
+        Line(under, x1, y1, x2, y2);
+        EndPath();
+    }
+    const bool goesOn = !m_path.empty() && m_pathIsLine && stroke == m_lastStroke && m_pathEnd.x == x1 &&
+                        m_pathEnd.y == y1 && m_path.size() <= kLongestPath && DashesOf(stroke.style).empty();
+    std::string path = goesOn ? std::string() : numbers::Text("M%d %d", x1, y1);
+    path += numbers::Text("L%d %d", x2, y2);
+    Draw(stroke, path);
+    m_pathEnd = {x2, y2};
+    return 1;
+}
+
+COLORREF SvgDevice::Dot(int x, int y, COLORREF color) {
+    if (x < 0 || y < 0 || x >= m_width || y >= m_height) return CLR_INVALID;
+    const std::string style = " fill=\"" + Color(color) + "\"";
+    if (!m_path.empty() && (m_pathIsLine || m_pathStyle != style || m_path.size() > kLongestPath)) EndPath();
+    m_pathStyle = style;
+    m_pathIsLine = false;
+    m_path += "M" + Number(x - 0.5) + " " + Number(y - 0.5) + "h1v1h-1z";
+    return color;
+}
+
+int SvgDevice::Arc(const Stroke& stroke, const RECT& box, POINT start, POINT end) {
+    const ArcFigure arc = FigureOfArc(box, start, end);
+    // An arc of the format is less than a whole ellipse, so every arc is drawn in halves.
+    const std::string radii = "A" + Number(arc.rx) + " " + Number(arc.ry) + " 0 0 0 ";
+    const auto point = [&arc](double angle) { return Number(arc.X(angle)) + " " + Number(arc.Y(angle)); };
+    Draw(stroke,
+         "M" + point(arc.start) + radii + point(arc.start + arc.sweep / 2.0) + radii + point(arc.start + arc.sweep));
+    m_pathEnd = {INT_MIN, INT_MIN};
+    return 1;
+}
+
+int SvgDevice::Box(const Stroke* stroke, const Fill& fill, const RECT& box) {
+    const RECT r = {std::min(box.left, box.right), std::min(box.top, box.bottom), std::max(box.left, box.right),
+                    std::max(box.top, box.bottom)};
+    if (r.left == r.right || r.top == r.bottom) return 1;
+    if (fill.kind != Fill::Kind::none) FillRegion(Region::Rectangle(r.left, r.top, r.right, r.bottom), fill);
+    if (stroke == nullptr) return 1;
+    const double inset = stroke->style == PS_INSIDEFRAME ? (stroke->width - 1) / 2.0 : 0.0;
+    Put("<rect" + StrokeStyle(*stroke) + " x=\"" + Number(r.left + inset) + "\" y=\"" + Number(r.top + inset) +
+        "\" width=\"" + Number(std::max(r.right - 1.0 - r.left - 2.0 * inset, 0.0)) + "\" height=\"" +
+        Number(std::max(r.bottom - 1.0 - r.top - 2.0 * inset, 0.0)) + "\"/>");
+    return 1;
+}
+
+// The attribute that limits a figure to an outline.
+std::string SvgDevice::ClippedTo(const Region::Outline& outline) {
+    const std::string id = numbers::Text("c%d", ++m_ids);
+    Put("<clipPath id=\"" + id + "\"><path" + (outline.winding ? "" : " clip-rule=\"evenodd\"") + " d=\"" +
+        PathOf(outline) + "\"/></clipPath>");
+    return " clip-path=\"url(#" + id + ")\"";
+}
+
+std::string SvgDevice::FillElement(const Region& region, const std::string& paint) {
+    const auto* outlines = region.Outlines();
+    if (outlines == nullptr || outlines->empty())
+        return "<path fill=\"" + paint + "\" d=\"" + PathOf(region.Rectangles()) + "\"/>";
+    // A rectangle around the figure clips nothing.
+    std::string open;
+    std::string close;
+    for (std::size_t i = 1; i < outlines->size(); ++i) {
+        RECT box{};
+        if (IsUprightRectangle((*outlines)[i], box) && Holds(box, outlines->front())) continue;
+        open += "<g" + ClippedTo((*outlines)[i]) + ">";
+        close += "</g>";
+    }
+    const Region::Outline& figure = outlines->front();
+    return open + "<path fill=\"" + paint + "\"" + (figure.winding ? "" : " fill-rule=\"evenodd\"") + " d=\"" +
+           PathOf(figure) + "\"/>" + close;
+}
+
+// The paint of a hatch or pattern: its tile becomes a definition, once for each look.
+std::string SvgDevice::PaintOf(const Fill& fill) {
+    if (fill.kind == Fill::Kind::solid) return Color(fill.color);
+    std::string content;
+    if (fill.opaque) content += "<path fill=\"" + Color(fill.background) + "\" d=\"M-0.5 -0.5h8v8h-8z\"/>";
+    if (fill.kind == Fill::Kind::hatch)
+        content += "<path stroke=\"" + Color(fill.color) + "\" d=\"" + HatchPath(fill.hatch) + "\"/>";
+    else
+        content += "<path fill=\"" + Color(fill.color) + "\" d=\"" + TilePath(fill) + "\"/>";
+    auto& id = m_paints[content];
+    if (id.empty()) {
+        id = numbers::Text("p%d", ++m_ids);
+        Put("<pattern id=\"" + id +
+            "\" patternUnits=\"userSpaceOnUse\" x=\"-0.5\" y=\"-0.5\" width=\"8\" height=\"8\" "
+            "viewBox=\"-0.5 -0.5 8 8\">" +
+            content + "</pattern>");
+    }
+    return "url(#" + id + ")";
+}
+
+int SvgDevice::FillRegion(const Region& region, const Fill& fill) {
+    if (fill.kind == Fill::Kind::none) return 1;
+    const std::string paint = PaintOf(fill);
+    const std::string element = FillElement(region, paint);
+    Put(element);
+    return 1;
+}
+
+int SvgDevice::Text(const TextStyle& style, int x, int y, std::string_view text) {
+    const LOGFONTA& font = style.font;
+    const int height = font.lfHeight != 0 ? std::abs(font.lfHeight) : kDefaultHeight;
+    const double width = font.lfWidth != 0 ? std::abs(font.lfWidth) : height * kAverageWidth;
+    std::string transform = numbers::Text("translate(%d %d)", x, y);
+    if (font.lfEscapement % 3600 != 0) transform += " rotate(" + Number(-font.lfEscapement / 10.0) + ")";
+    if (style.opaque)
+        Put("<rect fill=\"" + Color(style.background) + "\" transform=\"" + transform + "\" width=\"" +
+            Number(width * static_cast<double>(text.size())) + "\" height=\"" + Number(height) + "\"/>");
+    const double stretch = width / (height * kAverageWidth);
+    if (std::fabs(stretch - 1.0) > 0.001) transform += " scale(" + Number(stretch) + " 1)";
+    std::string look = " font-size=\"" + Number(height) + "\"";
+    const std::string face(font.lfFaceName, strnlen(font.lfFaceName, sizeof font.lfFaceName));
+    // The face as it is named, then whatever the reader has; the first two are common for Chinese.
+    look += " font-family=\"";
+    if (!face.empty()) look += "'" + Escaped(face) + "', ";
+    look += "'SimSun', 'WenQuanYi Zen Hei', sans-serif\"";
+    if (font.lfWeight >= 600) look += " font-weight=\"bold\"";
+    if (font.lfItalic != 0) look += " font-style=\"italic\"";
+    std::string lines;
+    if (font.lfUnderline != 0) lines += "underline";
+    if (font.lfStrikeOut != 0) lines += lines.empty() ? "line-through" : " line-through";
+    if (!lines.empty()) look += " text-decoration=\"" + lines + "\"";
+    Put("<text fill=\"" + Color(style.color) + "\" transform=\"" + transform + "\" y=\"" + Number(height * kAscent) +
+        "\"" + look + " xml:space=\"preserve\">" + Escaped(text) + "</text>");
+    return 1;
+}
+
+}  // namespace zm::platform

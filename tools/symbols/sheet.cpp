@@ -1,6 +1,6 @@
 // The page of pictures: every symbol of a file drawn by the library, and all ornaments.
+#include <algorithm>
 #include <array>
-#include <cctype>
 
 #include "runtime/numbers.h"
 #include "tools/symbols/ornament_table.h"
@@ -79,6 +79,13 @@ void Include(Picture& picture, const Points& points, double scale) {
     picture.height = top - bottom;
 }
 
+/// What the file calls an ornament: the note of its first code with that number.
+std::string OrnamentName(const std::vector<Symbol>& symbols, int number) {
+    for (const Symbol& symbol : symbols)
+        if (symbol.kind == "Y" && symbol.number == number) return symbol.note;
+    return {};
+}
+
 class Sheet {
  public:
     Sheet(const SheetOptions& options, PageText& page) : m_options(options), m_page(page) {}
@@ -92,7 +99,7 @@ class Sheet {
             AddAlong(symbol, symbol.kind == "H" ? kAreaSample : kLineSample);
     }
 
-    void AddOrnament(const Ornament& ornament) {
+    void AddOrnament(const Ornament& ornament, const std::string& name) {
         const Points points = Centred(ornament.example);
         std::string pictures;
         for (const int scale : kOrnamentScales)
@@ -103,7 +110,7 @@ class Sheet {
                                 drawcode(ornament.number, 0, a.n, a.x.data(), a.y.data(), static_cast<double>(scale));
                             }) +
                 "</div>";
-        m_page.AddOrnament(ornament.number, OrnamentDraws(ornament.number), pictures);
+        m_page.AddOrnament(ornament.number, name, OrnamentDraws(ornament.number), pictures);
     }
 
  private:
@@ -155,7 +162,7 @@ std::string SheetPage(const char* path, const SheetOptions& options) {
     Sheet sheet(options, page);
     for (const Symbol& symbol : symbols) sheet.AddSymbol(symbol);
     page.BeginOrnaments();
-    for (const Ornament& ornament : Ornaments()) sheet.AddOrnament(ornament);
+    for (const Ornament& ornament : Ornaments()) sheet.AddOrnament(ornament, OrnamentName(symbols, ornament.number));
     return page.Finish();
 }
 

@@ -116,11 +116,12 @@ void PageText::BeginOrnaments() {
     m_text += "</main>\n<h2>39 ornaments, control points numbered</h2>\n<main>\n";
 }
 
-void PageText::AddOrnament(int number, bool draws, const std::string& pictures) {
+void PageText::AddOrnament(int number, const std::string& name, bool draws, const std::string& pictures) {
     const std::string text = std::to_string(number);
-    m_text += "<figure id=\"y" + text + "\" data-t=\"ornament\n" + text + "\"><div class=\"pic\">" + pictures +
-              "</div><figcaption><b>" + text + "</b><span class=\"k\">ornament</span>";
-    if (!draws) m_text += " draws nothing";
+    m_text += "<figure id=\"y" + text + "\" data-t=\"ornament\n" + text + "\n" + Escaped(name) +
+              "\"><div class=\"pic\">" + pictures + "</div><figcaption><b>" + text +
+              "</b><span class=\"k\">ornament</span> " + Escaped(name);
+    if (!draws) m_text += "draws nothing";
     m_text += "</figcaption></figure>\n";
 }
 

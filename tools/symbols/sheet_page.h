@@ -15,8 +15,8 @@ class PageText {
     /// One code: picture, note, kind, source lines, and the message that drawing it brought, if any.
     void AddSymbol(const Symbol& symbol, const std::string& svg, const std::string& message);
     void BeginOrnaments();
-    /// One ornament with its pictures at all map scales.
-    void AddOrnament(int number, bool draws, const std::string& pictures);
+    /// One ornament with its pictures at all map scales; name is what it stands for, empty if the file does not tell.
+    void AddOrnament(int number, const std::string& name, bool draws, const std::string& pictures);
     std::string Finish();
 
  private:

@@ -7,10 +7,13 @@
 #include <string>
 #include <vector>
 
+#include "dwg/trace.h"
 #include "runtime/gbk.h"
 #include "symbol/state.h"
 #include "tests/support/scratch.h"
 #include "tests/support/test_host.h"
+#include "zenromath/device.h"
+#include "zenromath/draw.h"
 #include "zenromath/runtime.h"
 #include "zenromath/symbol.h"
 
@@ -51,6 +54,69 @@ class LibraryTest : public testing::Test {
 
     ScratchDir m_scratch;
     TestHost m_host;
+};
+
+/// A device that draws nothing and says that it did; it counts, for tests of the device path.
+class CountingDevice : public Device {
+ public:
+    int Line(const Stroke&, int, int, int, int) override { return ++lines; }
+    COLORREF Dot(int, int, COLORREF color) override {
+        ++dots;
+        return color;
+    }
+    int Arc(const Stroke&, const RECT&, POINT, POINT) override { return ++arcs; }
+    int Box(const Stroke*, const Fill&, const RECT&) override { return 1; }
+    int FillRegion(const Region&, const Fill& fill) override {
+        fills.push_back(fill);
+        return 1;
+    }
+    int Text(const TextStyle&, int, int, std::string_view) override { return 1; }
+
+    int lines = 0;
+    int dots = 0;
+    int arcs = 0;
+    std::vector<Fill> fills;
+};
+
+/// What reaches the DWG writer, as texts: the call's name and its numbers.
+class WriterTrace : public dwg::Trace {
+ public:
+    WriterTrace() : m_previous(dwg::SetTrace(this)) {}
+    ~WriterTrace() override { dwg::SetTrace(m_previous); }
+    WriterTrace(const WriterTrace&) = delete;
+    WriterTrace& operator=(const WriterTrace&) = delete;
+
+    void Line(double x1, double y1, double x2, double y2) override;
+    void Polyline(const double* xy, int n) override;
+    void Point(double x, double y) override;
+    void Arc(double x, double y, double radius, double start, double end) override;
+    void SetColor(int color) override;
+    void SetLtype(const char* name) override;
+    void SetElev(double elevation, double thickness) override;
+    void Insert(double x, double y, double xScale, double yScale, double angle, const char* name) override;
+
+    std::vector<std::string> calls;
+
+ private:
+    dwg::Trace* m_previous;
+};
+
+/// A library and a working context at 1:1000, 100 pixels for a survey unit, without clipping.
+class DrawingTest : public LibraryTest {
+ protected:
+    DrawingTest();
+    ~DrawingTest() override;
+
+    /// A new working context of a device type: 0 a device, 1 the DWG writer, 3 a recording.
+    CTqDraw& Begin(int type = 3, double pixelsPerUnit = 100.0);
+    /// What was recorded since the last call.
+    std::vector<std::string> Recorded();
+    /// Of those, the lines and how many there are of one command.
+    std::size_t Count(const std::string& command);
+
+    CountingDevice m_device;
+    WriterTrace m_writer;
+    std::unique_ptr<CTqDraw> m_dc;
 };
 
 }  // namespace zm::test

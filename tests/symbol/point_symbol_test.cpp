@@ -1,0 +1,238 @@
+// Placing of graphic symbols.
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <limits>
+
+#include "tests/symbol/symbol_test.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+using Insert = zm::test::DrawingTest;
+
+constexpr char kCross[] = "*12 G\n1 -1,0 1,0\n1 0,-1 0,1\n*$\n";
+
+TEST_F(Insert, OutsideTheClipAreaReturnsZeroForAValidCode) {
+    Load(kCross);
+    m_dc->SetCutArea(0.0, 0.0, 10.0, 10.0);
+    m_dc->SetDoCut(1);
+    EXPECT_EQ(0, insert(20.0, 5.0, 0.0, 12));
+    EXPECT_THAT(Recorded(), IsEmpty());
+    EXPECT_EQ(1, insert(5.0, 5.0, 0.0, 12));
+}
+
+TEST_F(Insert, Code1000IsADotOnADeviceAndNothingInADwg) {
+    Load(kCross);
+    Begin(0);
+    EXPECT_EQ(1, insert(5.0, 5.0, 0.0, 1000));
+    EXPECT_EQ(1, m_device.dots);
+    Begin(1);
+    EXPECT_EQ(0, insert(5.0, 5.0, 0.0, 1000));
+    EXPECT_THAT(m_writer.calls, IsEmpty());
+}
+
+TEST_F(Insert, CodeOfAnotherKindReturnsZero) {
+    Load("*12 L 1\n*13 H 1\n2 45 3\n*14 LC\n+5\n*$\n");
+    Begin(1);
+    EXPECT_EQ(0, insert(5.0, 5.0, 0.0, 12));
+    EXPECT_EQ(0, insert(5.0, 5.0, 0.0, 13));
+    EXPECT_EQ(0, insert(5.0, 5.0, 0.0, 14));
+    EXPECT_EQ(0, insert(5.0, 5.0, 0.0, 0));
+    EXPECT_EQ(0, insert(5.0, 5.0, 0.0, -4));
+    EXPECT_THAT(m_writer.calls, IsEmpty());
+}
+
+TEST_F(Insert, SymbolSmallerThanAPixelAndAHalfIsADot) {
+    Load(kCross);  // size 2 in millimetres of the file
+    Begin(3, 0.76);
+    EXPECT_EQ(1, insert(5.0, 5.0, 0.0, 12));
+    EXPECT_EQ(2U, Count("Line2"));
+    Begin(3, 0.74);
+    EXPECT_EQ(1, insert(5.0, 5.0, 0.0, 12));
+    EXPECT_THAT(Recorded(), ElementsAre("Pixel:5.000000:5.000000:0"));
+}
+
+TEST_F(Insert, DotLimitTakesMillimetresForGroundUnitsAtEveryScale) {
+    Load(kCross);
+    setgscale(10000.0);  // 2 mm are 20 units now, 15 pixels
+    Begin(3, 0.74);
+    EXPECT_EQ(1, insert(5.0, 5.0, 0.0, 12));
+    EXPECT_THAT(Recorded(), ElementsAre("Pixel:5.000000:5.000000:0"));
+}
+
+TEST_F(Insert, AngleOf1e7CountsAsNone) {
+    Load("*12 G\n1 0,0 1000000,0\n*$\n");
+    insert(0.0, 0.0, 1e-7, 12);
+    EXPECT_THAT(Recorded(), ElementsAre("Line2:0.000000:0.000000:1000000.000000:0.000000"));
+    insert(0.0, 0.0, 1.1e-6, 12);
+    EXPECT_THAT(Recorded(), ElementsAre("Line2:0.000000:0.000000:999999.999999:1.100000"));
+}
+
+TEST_F(Insert, SymbolHasTheSameSizeOnPaperAtEveryScale) {
+    Load("*12 G\n1 0,0 2,1\n*$\n");
+    setgscale(500.0);
+    insert(10.0, 10.0, 0.0, 12);
+    EXPECT_THAT(Recorded(), ElementsAre("Line2:10.000000:10.000000:11.000000:10.500000"));
+    setgscale(2000.0);
+    insert(10.0, 10.0, 0.0, 12);
+    EXPECT_THAT(Recorded(), ElementsAre("Line2:10.000000:10.000000:14.000000:12.000000"));
+}
+
+TEST_F(Insert, SegmentWithOnePointGoesToTheTerminator) {
+    Load("*12 G\n1 1,2\n*$\n");
+    insert(0.0, 0.0, 0.0, 12);
+    EXPECT_THAT(Recorded(), ElementsAre("Line2:1.000000:2.000000:-100000.000000:-100000.000000"));
+}
+
+TEST_F(Insert, OperatorsDrawTheirFigures) {
+    Load("*12 G\n2 0,0 1,0 1,1\n3 1,1 2\n4 0,0 2,0 0,3\n5 7,8\n*$\n");
+    insert(10.0, 20.0, 0.0, 12);
+    EXPECT_THAT(Recorded(),
+                ElementsAre("PlineBgn", "Line2:10.000000:20.000000:11.000000:20.000000",
+                            "Line2:11.000000:20.000000:11.000000:21.000000", "PlineEnd",
+                            "Arc:11.000000:21.000000:2.000000:0.000000:360.000000",
+                            "Arc:10.000000:20.000000:2.000000:0.000000:90.000000", "Pixel:17.000000:28.000000:0"));
+}
+
+TEST_F(Insert, ArcPolylineHasItsChordAheadOfTheArc) {
+    Load("*12 G\n2 -10000000,90000 2,0 0,2\n*$\n");
+    insert(0.0, 0.0, 0.0, 12);
+    const auto drawn = Recorded();
+    // Points A, B, then 51 along the arc from A to B.
+    ASSERT_EQ(54U, drawn.size());
+    EXPECT_EQ("PlineBgn", drawn.front());
+    EXPECT_EQ("Line2:2.000000:0.000000:0.000000:2.000000", drawn[1]);
+    EXPECT_EQ("Line2:0.000000:2.000000:2.000000:0.000000", drawn[2]);
+    EXPECT_EQ("PlineEnd", drawn.back());
+}
+
+TEST_F(Insert, ArcPolylineWithoutSweepDrawsItsStrokeTwice) {
+    Load("*12 G\n2 -10000000,0 0,0 1,0\n*$\n");
+    insert(0.0, 0.0, 0.0, 12);
+    EXPECT_THAT(Recorded(), ElementsAre("Line2:0.000000:0.000000:1.000000:0.000000", "PlineBgn",
+                                        "Line2:0.000000:0.000000:1.000000:0.000000", "PlineEnd"));
+}
+
+TEST_F(Insert, ArcPolylineWithANegativeSweepIsTheChordAlone) {
+    Load("*12 G\n2 -10000000,-90000 0,0 1,0 -10000000,-45000 1,1\n*$\n");
+    insert(0.0, 0.0, 0.0, 12);
+    EXPECT_THAT(Recorded(), ElementsAre("PlineBgn", "Line2:0.000000:0.000000:1.000000:0.000000",
+                                        "Line2:1.000000:0.000000:1.000000:0.000000",
+                                        "Line2:1.000000:0.000000:1.000000:1.000000", "PlineEnd"));
+}
+
+TEST_F(Insert, ArcPolylineThatEndsEarlyDrawsWhatItHas) {
+    Load("*12 G\n2 -10000000,0 0,0\n*13 G\n2 -10000000,0\n*14 G\n2 -10000000,0 0,0 1,0 -10000000,0 5,5\n*$\n");
+    EXPECT_EQ(1, insert(0.0, 0.0, 0.0, 12));
+    EXPECT_EQ(1, insert(0.0, 0.0, 0.0, 13));
+    EXPECT_THAT(Recorded(), IsEmpty());
+    EXPECT_EQ(1, insert(0.0, 0.0, 0.0, 14));
+    EXPECT_EQ(2U, Count("Line2"));
+}
+
+TEST_F(Insert, ArcPolylinePassesOverAPointWhereAMarkerShouldStand) {
+    Load("*12 G\n2 -10000000,0 0,0 1,0 5,5 -10000000,0 2,0 3,0\n*$\n");
+    EXPECT_EQ(1, insert(0.0, 0.0, 0.0, 12));
+    EXPECT_EQ(5U, Count("Line2"));  // two strokes at once, then three of the polyline
+}
+
+TEST_F(Insert, ArcPolylineIsCutAt4000PointsAndToldOnce) {
+    // 80 full turns are 16001 points.
+    Load("*12 G\n2 -10000000,28800000 0,0 1,0\n*$\n");
+    EXPECT_EQ(1, insert(0.0, 0.0, 0.0, 12));
+    EXPECT_EQ(3999U, Count("Line2"));
+    EXPECT_EQ(1, insert(0.0, 0.0, 0.0, 12));
+    EXPECT_THAT(Messages(), ElementsAre("symbol.dat code=12: an arc polyline has more than 4000 points; what lies "
+                                        "behind them is not drawn. Split it."));
+}
+
+TEST_F(Insert, BodyThatEndsEarlyIsToldAndWhatStandsIsDrawn) {
+    // The sweep below -100 degrees takes the place of a terminator, so the second record lies beyond the body.
+    Load("*12 G\n2 -10000000,-120000 0,0 1,0\n5 1,1\n*$\n");
+    EXPECT_EQ(0, insert(0.0, 0.0, 0.0, 12));
+    EXPECT_THAT(Messages(), ElementsAre("cID error"));
+    EXPECT_EQ(1U, Count("Line2"));
+}
+
+TEST_F(Insert, OnlyRecordWithASweepBelowMinus100EndsAtItsMarker) {
+    Load("*12 G\n2 -10000000,-120000 0,0 1,0\n*$\n");
+    EXPECT_EQ(1, insert(0.0, 0.0, 0.0, 12));
+    EXPECT_THAT(Recorded(), IsEmpty());
+}
+
+TEST_F(Insert, RecordLostToOperatorZeroIsNotDrawn) {
+    Load("*65 G\n5 1,1\n0 2,2\n5 3,3\n*$\n");
+    m_host.boxes.clear();
+    EXPECT_EQ(1, insert(0.0, 0.0, 0.0, 65));
+    EXPECT_THAT(Recorded(), ElementsAre("Pixel:1.000000:1.000000:0"));
+    EXPECT_TRUE(m_host.boxes.empty());
+}
+
+TEST_F(Insert, RecordsWithoutPointsTakeTheTerminatorOrNothing) {
+    Load("*12 G\n5 9,8\n4 1,1\n*13 G\n5 9,8\n1\n*14 G\n5 9,8\n3\n5\n*$\n");
+    EXPECT_EQ(1, insert(0.0, 0.0, 0.0, 12));
+    EXPECT_THAT(Recorded(), ElementsAre("Pixel:9.000000:8.000000:0"));
+    EXPECT_EQ(1, insert(0.0, 0.0, 0.0, 13));
+    EXPECT_THAT(Recorded(), ElementsAre("Pixel:9.000000:8.000000:0"));
+    EXPECT_EQ(1, insert(0.0, 0.0, 0.0, 14));
+    EXPECT_THAT(Recorded(), ElementsAre("Pixel:9.000000:8.000000:0",
+                                        "Arc:-100000.000000:-100000.000000:0.000000:"
+                                        "0.000000:360.000000",
+                                        "Pixel:-100000.000000:-100000.000000:0"));
+}
+
+TEST_F(Insert, BlockTableTakesThePlaceOfStrokesInADwg) {
+    Load(kCross);
+    Begin(1);
+    std::vector<const char*> table(1000, nullptr);
+    table[0] = "SYMBOLS 1.0";
+    table[12] = "TREE";
+    SetSymbolBlockTable(table.data());
+    setgscale(500.0);
+    EXPECT_EQ(1, insert(3.0, 4.0, 1.5707963267948966, 12));
+    EXPECT_THAT(m_writer.calls, ElementsAre("insert 3.000 4.000 0.5 0.5 90.000 TREE"));
+    table[0] = "SYMBOLS 1.0 metres";
+    EXPECT_EQ(1, insert(3.0, 4.0, 0.0, 12));
+    EXPECT_EQ("insert 3.000 4.000 1 1 0.000 TREE", m_writer.calls.back());
+    table[0] = nullptr;
+    EXPECT_EQ(1, insert(3.0, 4.0, 0.0, 12));
+    EXPECT_EQ("insert 3.000 4.000 0.5 0.5 0.000 TREE", m_writer.calls.back());
+}
+
+TEST_F(Insert, BlockTableEntryWithoutTextAndOtherSinksDrawStrokes) {
+    Load(kCross);
+    std::vector<const char*> table(1000, nullptr);
+    table[12] = "TREE";
+    SetSymbolBlockTable(table.data());
+    insert(3.0, 4.0, 0.0, 12);
+    EXPECT_EQ(2U, Count("Line2"));
+    Begin(1);
+    table[12] = "";
+    insert(3.0, 4.0, 0.0, 12);
+    EXPECT_EQ(2U, m_writer.calls.size());
+}
+
+TEST_F(Insert, NumbersThatAreNoneDoNoHarm) {
+    Load("*12 G\n1 0,0 1,1\n2 -10000000,90000 0,0 1,0\n3 0,0 1\n4 0,0 1,0 0,1\n5 1,1\n*$\n");
+    for (const double v : {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(), -1e308})
+        for (const int type : {0, 1, 3}) {
+            Begin(type);
+            insert(v, 1.0, 0.0, 12);
+            insert(1.0, 1.0, v, 12);
+            setgscale(v);
+            insert(1.0, 1.0, 0.5, 12);
+            setgscale(1000.0);
+        }
+    SUCCEED();
+}
+
+TEST_F(Insert, WithoutAWorkingContextReturnsZero) {
+    Load(kCross);
+    SelectWorkingTqDC(nullptr);
+    EXPECT_EQ(0, insert(1.0, 1.0, 0.0, 12));
+}
+
+}  // namespace

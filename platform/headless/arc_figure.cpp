@@ -35,8 +35,11 @@ ArcFigure FigureOfArc(const RECT& box, POINT start, POINT end) {
     arc.ry = std::max((bottom - top) / 2.0, 0.0);
     const double rx = std::max(arc.rx, 0.5);
     const double ry = std::max(arc.ry, 0.5);
-    arc.start = Parameter(start.x - arc.cx, arc.cy - start.y, rx, ry);
-    const double last = Parameter(end.x - arc.cx, arc.cy - end.y, rx, ry);
+    // The radial lines start in the middle of the box itself.
+    const double mx = (left + right + 1.0) / 2.0;
+    const double my = (top + bottom + 1.0) / 2.0;
+    arc.start = Parameter(start.x - mx, my - start.y, rx, ry);
+    const double last = Parameter(end.x - mx, my - end.y, rx, ry);
     arc.sweep = last - arc.start;
     if (arc.sweep <= 0.0) arc.sweep += kFullTurn;
     if (start.x == end.x && start.y == end.y) arc.sweep = kFullTurn;

@@ -396,6 +396,7 @@ bool BlockCopier::Copy(const char* name) {
 }  // namespace
 
 CopyFault CopyBlockFile(Session& session, SourceFile& source, const char* name) {
+    session.TablesChanged();  // the header image is to hold all entities before it is kept for a return
     const Tables before = session.tables();
     const Attributes attributes = state().now;
     BlockCopier copier(session, source);

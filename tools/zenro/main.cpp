@@ -67,8 +67,14 @@ int Main(int argc, char** argv) {
     app.set_version_flag("--version", std::string("zenro ") + ZENRO_VERSION);
     app.footer(kExitStatuses);
     app.require_subcommand(1);
+    AddDrawVerb(app, context);
+    AddDemoVerb(app, context);
+    AddReplayVerb(app, context);
     AddCoordVerb(app, context);
     AddMeasureVerb(app, context);
+    AddSymbolsVerb(app, context);
+    AddDwgVerb(app, context);
+    AddDoctorVerb(app, context);
 
     int status = Run(app, context, argc, argv);
     report.Close();

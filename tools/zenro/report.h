@@ -21,6 +21,8 @@ class Report {
     void Skip(const std::string& kind, const std::string& line) { Count(kind, line, 1); }
     /// A limit of the library cut something off.
     void Limit(const std::string& kind, const std::string& line) { Count(kind, line, 1); }
+    /// What the library itself has told, counted with the rest.
+    void AddCut(long count) { m_skipped += count; }
     /// Something worth a warning that leaves the result whole.
     void Warn(const std::string& kind, const std::string& line);
     /// An error that ends the work; shown as it is.

@@ -183,7 +183,8 @@ Rule ParseRule(const std::string& text, const Rule& section, const Place& at) {
     if (rule.condition.empty()) at.Fail("nothing stands before the \"->\"; use * for every feature.");
     if (rule.condition == "*") rule.condition.clear();
     ApplySettings(rule, text.substr(arrow + 2), at);
-    if (!rule.skip && rule.layer == 0) at.Fail("a rule needs \"layer\", or \"skip\".");
+    if (rule.layer == 0) rule.layer = rule.symbol > 0 ? rule.symbol : rule.outline;
+    if (!rule.skip && rule.layer == 0) at.Fail("a rule needs \"symbol\", \"outline\", \"layer\" or \"skip\".");
     if (!rule.under.empty() && rule.label.empty()) at.Fail("\"under\" needs a \"label\" above it.");
     return rule;
 }

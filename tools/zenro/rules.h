@@ -35,7 +35,7 @@ struct Rule {
 
     bool skip = false;  // not drawn, on purpose
     bool also = false;  // the rules below are asked too
-    int layer = 0;      // feature code: layer, colour and width
+    int layer = 0;      // feature code: layer, colour and width; the symbol or outline where none is named
     int symbol = 0;     // symbol code; 0 draws no symbol
     int lineType = 1;   // 1 polyline, 2 smooth curve, 3 arcs, 4 and 5 circle
     int outline = 0;    // line symbol for the rings of an area, drawn besides the symbol

@@ -1,0 +1,81 @@
+// Where labels stand: beside their points, along their lines, in their areas; on free paper before covered paper, and
+// never on each other.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tools/zenro/lettering.h"
+#include "tools/zenro/page.h"
+
+namespace zm::tool {
+
+/// What of the sheet is covered, in cells of half a millimetre of paper.
+class Cover {
+ public:
+    explicit Cover(const Page& page);
+    /// Covers the cells that a chain runs through.
+    void MarkLine(const Chain& chain);
+    /// Covers a box turned about its lower left corner by an angle in radians.
+    void MarkBox(double x, double y, double length, double height, double radians, bool label);
+    /// The covered part of such a box, from 0 to 1; 2 where a label stands or the box leaves the sheet.
+    double Covered(double x, double y, double length, double height, double radians) const;
+
+ private:
+    std::uint8_t* At(double x, double y);
+    const std::uint8_t* At(double x, double y) const;
+
+    Box m_sheet;
+    double m_cell;
+    int m_columns, m_rows;
+    std::vector<std::uint8_t> m_cells;
+};
+
+/// A label that has its place: the top left corner of its text.
+struct PlacedLabel {
+    const Rule* rule = nullptr;
+    std::string text, under;  // GBK
+    double x = 0.0, y = 0.0;
+    double degrees = 0.0;
+    std::vector<PP> spots;    // of a spread label: the top left corner of each character
+    double length = 0.0;      // of the longer of the two texts
+    LabelPlace place = LabelPlace::beside;
+};
+
+/// Finds places. Labels are tried in the order they come; one without room is left out and counted.
+class LabelPlacer {
+ public:
+    LabelPlacer(const Page& page, TqNoteLayBase& notes, Cover& cover) : m_page(page), m_notes(notes), m_cover(cover) {}
+    /// Places the label of a shape, already turned as it is drawn.
+    void Place(const Shape& shape, const Use& use);
+    const std::vector<PlacedLabel>& labels() const { return m_labels; }
+    long withoutRoom() const { return m_withoutRoom; }
+
+ private:
+    struct Candidate;
+    struct Text;
+    bool Try(const std::vector<Candidate>& candidates, const Text& text);
+    void Beside(const Shape& shape, const Text& text);
+    void Centred(const Shape& shape, const Text& text);
+    void Along(const Shape& shape, const Text& text);
+    void Decimal(const Shape& shape, const Text& text);
+    void Spread(const Shape& shape, const Text& text);
+
+    const Page& m_page;
+    TqNoteLayBase& m_notes;
+    Cover& m_cover;
+    std::vector<PlacedLabel> m_labels;
+    long m_withoutRoom = 0;
+};
+
+/// Draws the labels on the working context, which has the map's clip area.
+void DrawLabels(const std::vector<PlacedLabel>& labels, TqNoteLayBase& notes);
+
+/// A place well inside an area, for symbols and labels of areas.
+void InnerPoint(const Shape& shape, double& x, double& y);
+/// The point at a distance along a chain, and the direction there in radians.
+void PointAlong(const Chain& chain, double distance, double& x, double& y, double& direction);
+double LengthOf(const Chain& chain);
+
+}  // namespace zm::tool

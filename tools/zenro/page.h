@@ -1,0 +1,46 @@
+// The sheet on its page: what the map covers, and the paper around it.
+#pragma once
+
+#include "tools/zenro/source.h"
+
+namespace zm::tool {
+
+/// Margins of the paper around the neat line, millimetres.
+struct Margins {
+    double left = 22.0, right = 22.0, top = 34.0, bottom = 26.0;
+};
+
+/// The sheet is in the coordinates that are drawn: those of the plane, turned by the rotation about its centre.
+struct Page {
+    double scale = 1000.0;  // denominator
+    Box sheet;
+    Margins margins;        // all 0 without a frame
+    bool frame = true;
+    double rotation = 0.0;  // degrees, counter-clockwise
+    std::vector<Chain> clip;  // at most one: the polygon that the map is clipped to, as drawn
+
+    /// Ground metres of a length on paper.
+    double Ground(double millimetres) const { return millimetres * scale / 1000.0; }
+    double paperWidth() const { return (sheet.x2 - sheet.x1) * 1000.0 / scale + margins.left + margins.right; }
+    double paperHeight() const { return (sheet.y2 - sheet.y1) * 1000.0 / scale + margins.top + margins.bottom; }
+    double left() const { return sheet.x1 - Ground(margins.left); }
+    double bottom() const { return sheet.y1 - Ground(margins.bottom); }
+
+    /// Turns a point of the plane as it is drawn, and back.
+    void Turn(double& x, double& y) const { TurnBy(rotation, x, y); }
+    void TurnBack(double& x, double& y) const { TurnBy(-rotation, x, y); }
+    void Turn(Chain& chain) const {
+        if (rotation == 0.0) return;
+        for (std::size_t i = 0; i < chain.size(); ++i) Turn(chain.x[i], chain.y[i]);
+    }
+
+ private:
+    void TurnBy(double degrees, double& x, double& y) const;
+};
+
+/// The sheet that holds a box of data: its sides are whole centimetres on paper.
+Box SheetAround(const Box& data, double scale);
+/// The largest usual scale whose sheet for the data is at most 600 mm wide and high.
+double ScaleFor(const Box& data);
+
+}  // namespace zm::tool

@@ -17,6 +17,8 @@ namespace fs = std::filesystem;
 namespace zm::profile {
 namespace {
 
+constexpr int kMostLinks = 40;  // one behind the other
+
 std::string_view View(const char* text) {
     return text != nullptr ? std::string_view(text) : std::string_view("", 0);
 }
@@ -38,11 +40,14 @@ void MakeDirectoryFor(const fs::path& path) {
 }
 
 // The file that a path means in the end: a link is followed, so that it stays a link.
-fs::path Followed(const fs::path& path) {
+fs::path Followed(fs::path path) {
     std::error_code ec;
-    if (!fs::is_symlink(path, ec)) return path;
-    fs::path target = fs::weakly_canonical(path, ec);
-    return ec ? path : target;
+    for (int links = 0; links < kMostLinks && fs::is_symlink(path, ec); ++links) {
+        const fs::path target = fs::read_symlink(path, ec);
+        if (ec) break;
+        path = path.parent_path() / target;
+    }
+    return path;
 }
 
 bool Carry(const fs::path& name, const std::vector<Edit>& edits) {

@@ -128,16 +128,16 @@ Filling::Filling(int n, const double* xy, const Family& family, double* edges, S
     constexpr double kRounding = 1e-12;
     const double slope = std::fabs(family.run / (family.farSide - family.nearSide));
     double largest = std::fabs(family.nearSide) + std::fabs(family.farSide);
-    double previous = family.Through(xy[2 * (n - 1)], xy[2 * (n - 1) + 1]);
-    m_low = m_high = previous;
+    const double first = family.Through(xy[0], xy[1]);
+    m_low = m_high = first;
+    double u = first;
     for (int i = 0; i < n; ++i) {
-        const double u = family.Through(xy[2 * i], xy[2 * i + 1]);
-        // Edge i - 1 to i, the closing edge at 0.
-        m_edges[2 * i] = std::min(previous, u);
-        m_edges[2 * i + 1] = std::max(previous, u);
+        const double next = i + 1 < n ? family.Through(xy[2 * i + 2], xy[2 * i + 3]) : first;
+        m_edges[2 * i] = std::min(u, next);
+        m_edges[2 * i + 1] = std::max(u, next);
         m_low = std::min(m_low, u);
         m_high = std::max(m_high, u);
-        previous = u;
+        u = next;
     }
     largest += std::max(std::fabs(m_low), std::fabs(m_high));
     m_margin = (2.0 * std::fabs(geometry::state().mini) + kRounding * largest) * (1.0 + slope);
@@ -178,15 +178,15 @@ void Filling::CrossWindow(double first, double step, std::int64_t begin, int siz
         const double low = std::ceil(std::max(std::min(p, q), 0.0));
         const double high = std::min(std::floor(std::max(p, q)), size - 1.0);
         if (!(low <= high)) continue;
-        const int j = i == 0 ? m_n - 1 : i - 1;
+        const int j = i + 1 < m_n ? i + 1 : 0;
         for (int line = static_cast<int>(low); line <= static_cast<int>(high); ++line) {
             Line& at = m_lines[static_cast<std::size_t>(line)];
             const double u = Place(first, step, begin + line);
             const Point p0 = m_family.First(u);
             const Point p1 = m_family.Second(u);
             Crossing crossing = {};
-            if (Cross_P(crossing.x, crossing.y, p0.x, p0.y, p1.x, p1.y, m_xy[2 * j], m_xy[2 * j + 1], m_xy[2 * i],
-                        m_xy[2 * i + 1]) != 0)
+            if (Cross_P(crossing.x, crossing.y, p0.x, p0.y, p1.x, p1.y, m_xy[2 * i], m_xy[2 * i + 1], m_xy[2 * j],
+                        m_xy[2 * j + 1]) != 0)
                 continue;
             ++at.met;
             if (at.count < kMostCrossings) at.crossings[at.count++] = crossing;

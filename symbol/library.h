@@ -27,7 +27,7 @@ struct Body {
     int size = 0;  // records up to the last terminator that the lookup counts
 };
 
-struct Library {
+struct ZM_API Library {
     Library();
 
     std::array<SymbolHead, kHeads> heads;

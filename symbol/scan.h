@@ -5,9 +5,11 @@
 #include <cstdint>
 #include <string_view>
 
+#include "zenromath/export.h"
+
 namespace zm::symbol {
 
-class Scanner {
+class ZM_API Scanner {
  public:
     /// text: ended by a zero byte, and alive as long as the scanner.
     explicit Scanner(const char* text) : m_at(text) {}
@@ -41,6 +43,6 @@ inline bool IsSpace(char c) {
 }
 
 /// atof: the number at the start of a text, 0 if there is none.
-double LeadingNumber(const char* text);
+ZM_API double LeadingNumber(const char* text);
 
 }  // namespace zm::symbol

@@ -44,7 +44,7 @@ struct RemarkAt {
     Remark what = Remark::kHeaderWithoutCode;
 };
 
-class SymbolFileReader {
+class ZM_API SymbolFileReader {
  public:
     /// \param library  an empty one, which the file fills
     /// \param remarks  receives what is noticed; null for none

@@ -253,8 +253,8 @@ class ZM_API Coordinate_2Dsys {
 
     /// GX, GY and L0 to B, L.
     /// \return  1; 0 without an ellipsoid (a or e2 zero), and then nothing changes
-    /// The signs of the series are the family's historic ones: the result departs from the inverse of UTMtoGS by
-    /// some 0.1 m in latitude at 3 degrees from the meridian. zm::InverseOfForward truly undoes a projection.
+    /// The signs of its footpoint expansion are the family's historic ones: the result lies up to 0.1 m from the
+    /// inverse of UTMtoGS in latitude, wherever the point lies. See docs/geodesy/departures.md.
     int GStoUTM();
 
     double GX = 0.0;           // plane northing, metres

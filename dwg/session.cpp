@@ -11,6 +11,7 @@
 #include "runtime/files.h"
 #include "runtime/numbers.h"
 #include "runtime/project.h"
+#include "zenromath/dwg.h"
 #include "zenromath/host.h"
 #include "zenromath/runtime.h"
 

@@ -23,6 +23,35 @@ bool Outside(double value, double end1, double end2, double tolerance) {
            (end1 - value > tolerance && end2 - value > tolerance);
 }
 
+// The sides of a segment's box on which a point clearly lies. If two points share a side, no value is within the
+// tolerance of both the box and the two points in that coordinate, so no meeting point counts as on both segments.
+class SidesOfBox {
+ public:
+    SidesOfBox(double x1, double y1, double x2, double y2, double tolerance)
+        : m_left(std::min(x1, x2) - 4.0 * tolerance),
+          m_right(std::max(x1, x2) + 4.0 * tolerance),
+          m_bottom(std::min(y1, y2) - 4.0 * tolerance),
+          m_top(std::max(y1, y2) + 4.0 * tolerance) {
+        // Products of such numbers may overflow, and a meeting point that is no number lies outside of nothing.
+        const bool plain = std::fabs(x1) < kPlain && std::fabs(y1) < kPlain && std::fabs(x2) < kPlain &&
+                           std::fabs(y2) < kPlain && tolerance >= 0.0;
+        m_usable = plain ? ~0u : 0u;
+    }
+
+    /// One bit for each side; none where the point is too far out to be sure.
+    unsigned int Of(double x, double y) const {
+        const unsigned int bits = Bit(x < m_left, 0) | Bit(x > m_right, 1) | Bit(y < m_bottom, 2) | Bit(y > m_top, 3);
+        return std::fabs(x) < kPlain && std::fabs(y) < kPlain ? bits & m_usable : 0u;
+    }
+
+ private:
+    static constexpr double kPlain = 1e100;
+    static unsigned int Bit(bool set, int place) { return static_cast<unsigned int>(set) << place; }
+
+    double m_left, m_right, m_bottom, m_top;
+    unsigned int m_usable;
+};
+
 }  // namespace
 
 double zm::geometry::NormCross(double ax, double ay, double bx, double by, double cx, double cy) {
@@ -87,12 +116,21 @@ int Cross_P(double& X, double& Y, double x1, double y1, double x2, double y2, do
     return 0;
 }
 
+// Cross_P is asked only where a segment is not clearly on one side of the given one; what it would say elsewhere is not
+// 0.
 int norm_intersect(double x1, double y1, double x2, double y2, double* pairs, int n, double& X, double& Y) {
-    if (pairs == nullptr) return 0;
-    for (int i = 1; i < n; ++i) {
-        const double* p = pairs + 2 * (static_cast<std::ptrdiff_t>(i) - 1);
-        if (Cross_P(X, Y, x1, y1, x2, y2, p[0], p[1], p[2], p[3]) == 0) return i;
+    if (pairs == nullptr || n < 2) return 0;
+    const SidesOfBox sides(x1, y1, x2, y2, state().mini);
+    unsigned int before = sides.Of(pairs[0], pairs[1]);
+    const double* p = pairs;
+    for (int i = 1; i < n; ++i, p += 2) {
+        const unsigned int after = sides.Of(p[2], p[3]);
+        if ((before & after) == 0 && Cross_P(X, Y, x1, y1, x2, y2, p[0], p[1], p[2], p[3]) == 0) return i;
+        before = after;
     }
+    // Required: the last meeting point computed stays in X and Y, also when the result is 0.
+    for (int i = n - 1; i > 0; --i, p -= 2)
+        if (Cross_P(X, Y, x1, y1, x2, y2, p[-2], p[-1], p[0], p[1]) >= 0) break;
     return 0;
 }
 

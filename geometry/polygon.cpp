@@ -10,10 +10,33 @@ constexpr double kFlatEdge = 0.0001;                      // metres; PtInPoly le
 constexpr double kEdgeTolerance = 1e-07;                  // metres; the boundary of PtInPolyEdge
 constexpr double kSmall = 1e-08;                          // metres; PtInPolyEdge
 constexpr double kSquaredOnEdge = 9.999999999999998e-15;  // square metres
-constexpr double kRayBeyondBox = 1e-05;                   // metres; the ray ends here behind the vertices
+constexpr double kWellAway = 4e-07;      // metres; four times the edge tolerance, so that roundings have no part
+constexpr double kRayBeyondBox = 1e-05;  // metres; the ray ends here behind the vertices
 
-struct Box {
-    double xmin, ymin, xmax, ymax;
+// The least and the greatest of n values, n at least 1. What is no number has no part, unless it comes first. Four
+// values at a time, since one comparison has to wait for the one before.
+struct Extent {
+    Extent(const double* v, int n) : low(v[0]), high(v[0]) {
+        double lows[4] = {low, low, low, low};
+        double highs[4] = {low, low, low, low};
+        int i = 0;
+        for (; i + 4 <= n; i += 4)
+            for (int lane = 0; lane < 4; ++lane) {
+                lows[lane] = std::min(lows[lane], v[i + lane]);
+                highs[lane] = std::max(highs[lane], v[i + lane]);
+            }
+        for (; i < n; ++i) {
+            lows[0] = std::min(lows[0], v[i]);
+            highs[0] = std::max(highs[0], v[i]);
+        }
+        for (int lane = 0; lane < 4; ++lane) {
+            low = std::min(low, lows[lane]);
+            high = std::max(high, highs[lane]);
+        }
+    }
+    bool Outside(double value) const { return value < low || value > high; }
+
+    double low, high;
 };
 
 // Is p within the tolerance of the edge? The foot is that of the infinite line, within the edge's widened box.
@@ -62,24 +85,33 @@ int PtInPoly(double* x, double* y, int n, double px, double py) {
     return crossings % 2;
 }
 
+// Only edges that come near the ray have a part in the answer. Vertices well above or below it are passed over in runs,
+// by a distance that lets every edge through which the exact tests of an edge would not leave out.
 int PtInPolyEdge(int n, double* x, double* y, double px, double py) {
     if (n < 3 || x == nullptr || y == nullptr) return 0;
-    Box box = {x[0], y[0], x[0], y[0]};
-    for (int i = 0; i < n; ++i) {
-        const int j = i + 1 < n ? i + 1 : 0;
-        box.xmin = std::min(box.xmin, x[i]);
-        box.ymin = std::min(box.ymin, y[i]);
-        box.xmax = std::max(box.xmax, x[i]);
-        box.ymax = std::max(box.ymax, y[i]);
-        if (OnEdge(x[i], y[i], x[j], y[j], px, py)) return -1;
-    }
-    if (px < box.xmin || px > box.xmax || py < box.ymin || py > box.ymax) return 0;
-
-    const double qx = box.xmax + kRayBeyondBox;
+    const double above = py + kWellAway;
+    const double below = py - kWellAway;
+    const Extent extentX(x, n);
+    const double qx = extentX.high + kRayBeyondBox;
+    // Whether py lies in the extent of y; as there, what is no number has no part, unless it comes first.
+    bool anyAtOrAbove = !(py > y[0]);
+    bool anyAtOrBelow = !(py < y[0]);
     int crossings = 0;
     for (int i = 0; i < n; ++i) {
+        if (y[i] > above) {
+            anyAtOrAbove = true;
+            while (i + 1 < n && y[i + 1] > above) ++i;
+        } else if (y[i] < below) {
+            anyAtOrBelow = true;
+            while (i + 1 < n && y[i + 1] < below) ++i;
+        } else {
+            anyAtOrAbove = anyAtOrAbove || y[i] >= py;
+            anyAtOrBelow = anyAtOrBelow || y[i] <= py;
+        }
         const int j = i + 1 < n ? i + 1 : 0;
+        if (OnEdge(x[i], y[i], x[j], y[j], px, py)) return -1;
         if (RayCrosses(x[i], y[i], x[j], y[j], px, py, qx)) ++crossings;
     }
+    if (extentX.Outside(px) || !anyAtOrAbove || !anyAtOrBelow) return 0;
     return crossings % 2;
 }

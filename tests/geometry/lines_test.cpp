@@ -208,6 +208,60 @@ TEST_F(Lines, NormIntersectOfFewerThanTwoPointsIsZero) {
     EXPECT_EQ(X, -7.0);
 }
 
+// The plain form: Cross_P for each segment in turn.
+int PlainNormIntersect(double x1, double y1, double x2, double y2, const std::vector<double>& pairs, double& X,
+                       double& Y) {
+    for (std::size_t i = 2; i < pairs.size(); i += 2)
+        if (Cross_P(X, Y, x1, y1, x2, y2, pairs[i - 2], pairs[i - 1], pairs[i], pairs[i + 1]) == 0)
+            return static_cast<int>(i / 2);
+    return 0;
+}
+
+TEST_F(Lines, NormIntersectAnswersAsCrossPForEachSegmentInTurn) {
+    ZM_TRACE_SEED();
+    zm::test::Random random(21);
+    // Coordinates that often agree, touch within the tolerance or one ulp beside it, or are no plain numbers.
+    const auto coordinate = [&](int hardness) {
+        const double grid = random.Int(-4, 4);
+        switch (random.Int(0, hardness)) {
+            case 0:
+                return random.Real(-5, 5);
+            case 1:
+                return grid;
+            case 2:
+                return grid + 1e-8;
+            case 3:
+                return std::nextafter(grid + 1e-8, kInf);
+            case 4:
+                return std::nextafter(grid - 1e-8, -kInf);
+            case 5:
+                return grid * 1e9;
+            default: {
+                const double odd[] = {kNan, kInf, -kInf, 1e308, -1e308, 1e99, 1e101, 5e-324, -1e160};
+                return odd[random.Int(0, 8)];
+            }
+        }
+    };
+    int met = 0;
+    for (int run = 0; run < 60000; ++run) {
+        const int hardness = run % 7;
+        const double tolerances[] = {1e-8, 1e-8, 0.0, 0.125, -1.0, kNan};
+        const ScopedTolerance tolerance(tolerances[random.Int(0, 5)]);
+        std::vector<double> pairs;
+        for (int i = 2 * random.Int(1, 9); i > 0; --i) pairs.push_back(coordinate(hardness));
+        double ends[4];
+        for (double& v : ends) v = coordinate(hardness);
+        double X = -7.0, Y = -9.0, plainX = -7.0, plainY = -9.0;
+        const int found =
+            norm_intersect(ends[0], ends[1], ends[2], ends[3], pairs.data(), static_cast<int>(pairs.size() / 2), X, Y);
+        ASSERT_EQ(found, PlainNormIntersect(ends[0], ends[1], ends[2], ends[3], pairs, plainX, plainY));
+        ASSERT_TRUE(X == plainX || (std::isnan(X) && std::isnan(plainX))) << X << ' ' << plainX;
+        ASSERT_TRUE(Y == plainY || (std::isnan(Y) && std::isnan(plainY))) << Y << ' ' << plainY;
+        met += found > 0 ? 1 : 0;
+    }
+    EXPECT_GT(met, 10000);
+}
+
 struct BoxCase {
     const char* name;
     double x1, y1, x2, y2;

@@ -1,6 +1,7 @@
 // Where a point lies with respect to a polygon.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <vector>
@@ -98,6 +99,81 @@ TEST(PtInPolyEdge, StandsBadNumbers) {
         EXPECT_GE(Square().Edge(v, 5), -1);
         EXPECT_GE(ring.Parity(v, v), 0);
     }
+}
+
+// The plain form: all vertices for the box, every edge by all its tests.
+int PlainPtInPolyEdge(const Ring& ring, double px, double py) {
+    const double e = 1e-7, small = 1e-8;
+    const std::size_t n = ring.x.size();
+    if (n < 3) return 0;
+    double xmin = ring.x[0], xmax = ring.x[0], ymin = ring.y[0], ymax = ring.y[0];
+    for (std::size_t i = 0; i < n; ++i) {
+        const double x1 = ring.x[i], y1 = ring.y[i], x2 = ring.x[(i + 1) % n], y2 = ring.y[(i + 1) % n];
+        xmin = std::min(xmin, x1), xmax = std::max(xmax, x1);
+        ymin = std::min(ymin, y1), ymax = std::max(ymax, y1);
+        if (px < std::min(x1, x2) - e || px > std::max(x1, x2) + e) continue;
+        if (py < std::min(y1, y2) - e || py > std::max(y1, y2) + e) continue;
+        double line[6] = {x1, y1, x2, y2, px, py};
+        double foot[2];
+        CHUIZU(line, foot);
+        if ((foot[0] - px) * (foot[0] - px) + (foot[1] - py) * (foot[1] - py) < 9.999999999999998e-15) return -1;
+    }
+    if (px < xmin || px > xmax || py < ymin || py > ymax) return 0;
+    const double qx = xmax + 1e-5;
+    int count = 0;
+    for (std::size_t i = 0; i < n; ++i) {
+        const double x1 = ring.x[i], y1 = ring.y[i], x2 = ring.x[(i + 1) % n], y2 = ring.y[(i + 1) % n];
+        const double low = std::min(y1, y2), high = std::max(y1, y2);
+        if (std::fabs(y1 - y2) < small || low - e > py || py > high + e) continue;
+        if ((std::fabs(py - y1) < e || std::fabs(py - y2) < e) && (py - small < low || py - small > high)) continue;
+        const double p = (x2 - x1) * (py - y1) - (px - x1) * (y2 - y1);
+        const double q = (x2 - x1) * (py - y1) - (qx - x1) * (y2 - y1);
+        if ((p > 0) != (q > 0)) ++count;
+    }
+    return count % 2;
+}
+
+TEST(PtInPolyEdge, AnswersAsAllTestsOfEveryEdgeDo) {
+    ZM_TRACE_SEED();
+    zm::test::Random random(22);
+    const double kInf = std::numeric_limits<double>::infinity();
+    int results[3] = {};
+    for (int run = 0; run < 100000; ++run) {
+        const int hardness = run % 6;
+        const double offset = run % 3 == 0 ? 0.0 : run % 3 == 1 ? 3300000.0 : 3e9;
+        // Coordinates that often agree, or differ by about one of the tolerances.
+        const auto coordinate = [&]() {
+            const double grid = offset + random.Int(-3, 3);
+            const double steps[] = {1e-7, -1e-7, 1e-8, -1e-8, 2e-7, 4e-7, -4e-7, 5e-9};
+            switch (random.Int(0, hardness)) {
+                case 0:
+                    return offset + random.Real(-3, 3);
+                case 1:
+                    return grid;
+                case 2:
+                    return grid + steps[random.Int(0, 7)];
+                case 3:
+                    return std::nextafter(grid + steps[random.Int(0, 7)], random.Int(0, 1) == 1 ? kInf : -kInf);
+                case 4:
+                    return grid;
+                default: {
+                    const double odd[] = {std::numeric_limits<double>::quiet_NaN(), kInf, -kInf, 1e308, -1e308};
+                    return odd[random.Int(0, 4)];
+                }
+            }
+        };
+        Ring ring;
+        for (int i = random.Int(0, 14); i > 0; --i) {
+            ring.x.push_back(coordinate());
+            ring.y.push_back(coordinate());
+        }
+        const double px = coordinate();
+        const double py = coordinate();
+        const int found = ring.Edge(px, py);
+        ASSERT_EQ(found, PlainPtInPolyEdge(ring, px, py));
+        ++results[found + 1];
+    }
+    for (int count : results) EXPECT_GT(count, 1000);
 }
 
 // Away from vertices and edges the two tests and the winding angle agree.

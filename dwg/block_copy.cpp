@@ -341,8 +341,11 @@ bool BlockCopier::CopyNested(int number) {
     m_tables.AddBlock();
     const Attributes before = state().now;
     Record record;
+    bool first = true;
     do {
         if (!CopyRecord(true, 0.0, 0.0, record)) return false;
+        if (first && record.kind != kindBlock) return Fail("a block does not begin with its BLOCK record");
+        first = false;
     } while (record.kind != kindBlockEnd);
     state().now.layer = before.layer;
     state().now.linetype = before.linetype;

@@ -12,7 +12,8 @@ std::string TableField(unsigned recordSize, std::size_t count, std::size_t addre
     return U16(recordSize) + U16(static_cast<unsigned>(count)) + U16(0) + U32(static_cast<std::uint32_t>(address));
 }
 
-// The length of a section as copying counts it: by the lengths of its records, which for a reference are two bytes short.
+// The length of a section as copying counts it: by the lengths of its records, which for a reference are two bytes
+// short.
 std::size_t LengthByRecords(const std::string& records) {
     const Drawing bytes(records);
     std::size_t sum = 0;

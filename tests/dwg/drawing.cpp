@@ -4,12 +4,16 @@
 
 #include "dwg/state.h"
 #include "dwg/writer.h"
+#include "runtime/files.h"
+#include "runtime/numbers.h"
+#include "runtime/project.h"
 #include "runtime/state.h"
 #include "tools/make_template/template_drawing.h"
 
 namespace zm::test {
 namespace {
 
+constexpr std::size_t kPathSize = 256;
 constexpr char kLinetypes[] =
     "; linetypes of the tests\n"
     "*BORDER,__ __ .\nA,.5,-.25,.5,-.25,0,-.25\n"
@@ -66,12 +70,43 @@ std::string Drawing::Record(std::size_t addressField, std::size_t size, std::siz
     return m_bytes.substr(u32(addressField) + i * size, size);
 }
 
+void ExpectSound(const Drawing& drawing) {
+    drawing.Entities();
+    std::uint32_t place = drawing.u32(50);
+    EXPECT_EQ(drawing.u32(24), place);
+    constexpr std::size_t kCounts[] = {46, 56, 66, 76, 86};
+    constexpr std::uint32_t kSizes[] = {37, 37, 194, 187, 91};
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_EQ(drawing.u32(kCounts[i] + 4), place) << "table " << i;
+        place += drawing.u32(kCounts[i]) * kSizes[i];
+    }
+    EXPECT_EQ(drawing.u32(28), place);
+    const Drawing section(drawing.BlockSection());
+    std::size_t at = 0;
+    while (at < section.size()) {
+        const unsigned length = section.u16(at + 2);
+        ASSERT_GE(length, 8u) << "block section, offset " << at;
+        at += length + (section.u8(at) == 14 ? 2 : 0);
+    }
+    EXPECT_EQ(at, section.size());
+    for (std::size_t i = 0; i < drawing.u32(46); ++i) {
+        const Drawing record(drawing.Block(i));
+        if (record.u16(35) != 16384) continue;  // a hole
+        ASSERT_LT(record.u16(33), section.size()) << "block " << i;
+        EXPECT_EQ(section.u8(record.u16(33)), 12u) << "block " << i;
+    }
+}
+
 std::string NameOf(const std::string& record) {
     return record.substr(1, 32).c_str();
 }
 
 DrawingTest::DrawingTest() : drawingTemplate(tools::TemplateDrawing()) {
     runtime::StartProjectFiles();
+    // Nothing is found or made outside the folder.
+    const std::string module = files::PathText(dir / "module");
+    numbers::Print(runtime::Project().moduleDirectory, kPathSize, "%s", module.c_str());
+    numbers::Print(runtime::Project().iniDirectory, kPathSize, "%s\\ZenroIni", module.c_str());
     dwg::ResetState();
     Write("acad.dwg", drawingTemplate);
     Write("ACAD.LIN", kLinetypes);

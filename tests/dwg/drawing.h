@@ -26,9 +26,15 @@ std::string Bytes(T value) {
     for (std::size_t i = 0; i < sizeof value; ++i) bytes[i] = static_cast<char>(raw[i]);
     return bytes;
 }
-inline std::string U16(unsigned value) { return Bytes(static_cast<std::uint16_t>(value)); }
-inline std::string U32(std::uint32_t value) { return Bytes(value); }
-inline std::string F64(double value) { return Bytes(value); }
+inline std::string U16(unsigned value) {
+    return Bytes(static_cast<std::uint16_t>(value));
+}
+inline std::string U32(std::uint32_t value) {
+    return Bytes(value);
+}
+inline std::string F64(double value) {
+    return Bytes(value);
+}
 
 /// A finished drawing file.
 class Drawing {
@@ -58,6 +64,10 @@ class Drawing {
  private:
     std::string m_bytes;
 };
+
+/// Checks that entities, tables and block section stand where the header says, without a byte between them; for
+/// drawings from the usual template and without a closing record.
+void ExpectSound(const Drawing& drawing);
 
 /// The name of a table record.
 std::string NameOf(const std::string& record);

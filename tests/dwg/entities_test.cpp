@@ -190,8 +190,8 @@ TEST_F(EntityTest, HeightsOfALineComeFromBothEndsWhileAHeightTableIsArmed) {
     ASSERT_EQ(records.size(), 3u);
     EXPECT_EQ(records[0].substr(68, 16), Hex(F64(77.5)));
     EXPECT_EQ(records[0].substr(116, 16), Hex(F64(88.25)));
-    EXPECT_EQ(records[1].substr(116, 16), Hex(F64(0)));     // nothing stored near
-    EXPECT_EQ(records[2].substr(68, 16), Hex(F64(12.5)));   // the table put the elevation back
+    EXPECT_EQ(records[1].substr(116, 16), Hex(F64(0)));    // nothing stored near
+    EXPECT_EQ(records[2].substr(68, 16), Hex(F64(12.5)));  // the table put the elevation back
     EXPECT_EQ(records[2].substr(116, 16), Hex(F64(12.5)));
 }
 

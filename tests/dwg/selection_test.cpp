@@ -120,9 +120,8 @@ TEST_F(Linetypes, AnUnknownOneIsLoadedFromTheFile) {
     _LDBsetltype(name);
     EXPECT_STREQ(name, "DASHED");
     EXPECT_EQ(dwg::state().now.linetype, 8);
-    EXPECT_EQ(Hex(Close().Linetype(8)),
-              Hex("@DASHED" + std::string(26, '\0') + "DASHED" + std::string(42, '\0') + "A\x02" + F64(0.75) +
-                  F64(0.5) + F64(-0.25) + std::string(80, '\0')));
+    EXPECT_EQ(Hex(Close().Linetype(8)), Hex("@DASHED" + std::string(26, '\0') + "DASHED" + std::string(42, '\0') +
+                                            "A\x02" + F64(0.75) + F64(0.5) + F64(-0.25) + std::string(80, '\0')));
 }
 
 TEST_F(Linetypes, TheStartOfALongerNameIsSatisfiedByThatEntryAndStoredUnderTheShorterName) {
@@ -212,7 +211,9 @@ struct PatternCase {
     dwg::PatternResult result;
     std::vector<double> elements;
 };
-void PrintTo(const PatternCase& c, std::ostream* out) { *out << c.name; }
+void PrintTo(const PatternCase& c, std::ostream* out) {
+    *out << c.name;
+}
 const PatternCase kPatternCases[] = {
     {"carriage_returns_do_not_count", "*X,x\r\nA,1,-2\r\n", "X", dwg::PatternResult::found, {1, -2}},
     {"empty_pattern_is_missing", "*X,x\nA,\n", "X", dwg::PatternResult::missing, {}},
@@ -266,7 +267,9 @@ struct StyleCase {
     char flag;
     char generation;
 };
-void PrintTo(const StyleCase& c, std::ostream* out) { *out << c.type; }
+void PrintTo(const StyleCase& c, std::ostream* out) {
+    *out << c.type;
+}
 class StyleTypes : public DrawingTest, public testing::WithParamInterface<StyleCase> {};
 
 TEST_P(StyleTypes, GiveFlagAndGeneration) {

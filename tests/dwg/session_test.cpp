@@ -113,8 +113,7 @@ TEST_F(Session, ANewLayerMovesWhatStandsBehindItsTable) {
     SetLay("ROAD");
     const Drawing drawing = Close();
     const Drawing before(drawingTemplate);
-    for (const std::size_t field : {28, 36, 70, 80, 90})
-        EXPECT_EQ(drawing.u32(field), before.u32(field) + 37) << field;
+    for (const std::size_t field : {28, 36, 70, 80, 90}) EXPECT_EQ(drawing.u32(field), before.u32(field) + 37) << field;
     for (const std::size_t field : {20, 24, 32, 50, 60}) EXPECT_EQ(drawing.u32(field), before.u32(field)) << field;
     EXPECT_EQ(drawing.u32(56), 2u);
     EXPECT_EQ(drawing.size(), drawingTemplate.size() + 37);
@@ -143,8 +142,9 @@ TEST_F(Session, ANewLinetypeMovesOnlyTheViewTableTheTailAndTheBlockSection) {
 TEST_F(Session, FirstSessionBeginsWithColour7AndNothingSelected) {
     Open();
     _LDBpoint(1, 2);
-    EXPECT_EQ(Hex(Close().Entities().at(0)),
-              Hex(FromHex("020b2a0000000000 0700 0000000000000000 000000000000f03f 0000000000000040 0000000000000000")));
+    EXPECT_EQ(
+        Hex(Close().Entities().at(0)),
+        Hex(FromHex("020b2a0000000000 0700 0000000000000000 000000000000f03f 0000000000000040 0000000000000000")));
 }
 
 TEST_F(Session, SecondSessionBeginsWithTheAttributesThatTheFirstLeft) {
@@ -158,8 +158,9 @@ TEST_F(Session, SecondSessionBeginsWithTheAttributesThatTheFirstLeft) {
     _LDBpoint(1, 2);
     const Drawing second = Close();
     EXPECT_EQ(second.u32(56), 1u);  // its table has no second layer, the index stays all the same
-    EXPECT_EQ(Hex(second.Entities().at(0)),
-              Hex(FromHex("020b2a0001000000 0302 000000000000e83f 000000000000f03f 0000000000000040 0000000000002940")));
+    EXPECT_EQ(
+        Hex(second.Entities().at(0)),
+        Hex(FromHex("020b2a0001000000 0302 000000000000e83f 000000000000f03f 0000000000000040 0000000000002940")));
 }
 
 TEST_F(Session, SetDwgElevationSetsTheElevationAlone) {

@@ -66,7 +66,10 @@ TEST_F(Texts, Justification2And3MoveByTheTextsLengthInCharacters) {
 }
 
 TEST_F(Texts, AByteFrom128To160LeadsACharacterToo) {
-    _LDBtext(3, 100, 50, 1, 0, "\x80" "A\xA0" "B");
+    _LDBtext(3, 100, 50, 1, 0,
+             "\x80"
+             "A\xA0"
+             "B");
     EXPECT_NEAR(Records().at(0).x, 98, kNear);  // two characters
 }
 
@@ -116,7 +119,9 @@ struct PlaceCase {
     int justification;
     double x, y;  // of the first character's cell
 };
-void PrintTo(const PlaceCase& c, std::ostream* out) { *out << c.justification; }
+void PrintTo(const PlaceCase& c, std::ostream* out) {
+    *out << c.justification;
+}
 class VerticalPlaces : public Texts, public testing::WithParamInterface<PlaceCase> {};
 
 // Two characters of height 4 and width factor 0.5 at (100, 50): a column of 8, half a width of 1.

@@ -2,7 +2,6 @@
 #include "tools/symbols/lint.h"
 
 #include <algorithm>
-#include <map>
 
 #include "runtime/gbk.h"
 #include "runtime/numbers.h"
@@ -72,17 +71,29 @@ Words WordsOf(Remark what) {
     return {Weight::lost, ""};
 }
 
-/// The lines of a body that make a counted record, in order.
-std::vector<int> RecordLines(const SymbolText& text, int header) {
-    std::vector<int> records;
+/// What an operator of 0 or below in the given line does to its symbol: the line of the record that is lost by it, 0 if
+/// none is.
+///
+/// The lookup takes as many end marks as the body has records. An uncounted one among them pushes out the last record
+/// that is left; one behind them does no harm.
+int LostLine(const SymbolText& text, int header, int line) {
+    std::vector<int> records, ends;
     int op = 0;
     for (int i = header + 1; i <= static_cast<int>(text.lines.size()); ++i) {
-        const std::string& line = text.Line(i);
-        if (!line.empty() && line[0] == '*') break;
-        if (!Scanner(line.c_str()).Int(op) && !Scanner(line.c_str()).AtEnd()) break;
-        if (op >= 1 && op <= 5) records.push_back(i);
+        const std::string& body = text.Line(i);
+        if (!body.empty() && body[0] == '*') break;
+        if (!Scanner(body.c_str()).Int(op) && !Scanner(body.c_str()).AtEnd()) break;
+        if (op > 5) continue;
+        ends.push_back(i);
+        if (op >= 1) records.push_back(i);
     }
-    return records;
+    std::size_t pushed = 0;
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        if (std::find(records.begin(), records.end(), ends[i]) != records.end()) continue;
+        ++pushed;
+        if (ends[i] == line) return records[records.size() - pushed];
+    }
+    return 0;
 }
 
 /// The header above a line.
@@ -91,16 +102,13 @@ int HeaderAbove(const SymbolText& text, int line) {
     return line;
 }
 
-// Each operator of 0 or below hides the last record that is still left.
-Finding LostRecord(const SymbolText& text, int line, int code, std::map<int, std::size_t>& lost) {
-    const int header = HeaderAbove(text, line);
-    const std::vector<int> records = RecordLines(text, header);
-    const std::size_t back = ++lost[header];
-    Finding finding{line, code, Weight::lost, "an operator of 0 or below leaves an end mark that is not counted"};
-    if (back > records.size()) return finding;
-    const int victim = records[records.size() - back];
-    finding.text += ", so the symbol loses its record in line " + std::to_string(victim) + ": \"" +
-                    gbk::ToUtf8(text.Line(victim)) + "\"";
+Finding LostRecord(const SymbolText& text, int line, int code) {
+    const int lost = LostLine(text, HeaderAbove(text, line), line);
+    Finding finding{line, code, Weight::doubtful, "an operator of 0 or below leaves an end mark that is not counted"};
+    if (lost == 0) return finding;
+    finding.weight = Weight::lost;
+    finding.text += ", so the symbol loses its record in line " + std::to_string(lost) + ": \"" +
+                    gbk::ToUtf8(text.Line(lost)) + "\"";
     return finding;
 }
 
@@ -117,10 +125,9 @@ int StrandedRecord(const SymbolText& text, int line) {
 }  // namespace
 
 void LintReading(const SymbolText& text, std::vector<Finding>& findings) {
-    std::map<int, std::size_t> lost;
     for (const auto& remark : text.remarks) {
         if (remark.what == Remark::kOperatorLosesRecord) {
-            findings.push_back(LostRecord(text, remark.line, remark.code, lost));
+            findings.push_back(LostRecord(text, remark.line, remark.code));
         } else if (remark.what == Remark::kBodyEndedByText) {
             // Free text behind a body is no fault, unless more of the body follows it.
             if (const int stranded = StrandedRecord(text, remark.line); stranded != 0)

@@ -10,6 +10,7 @@ namespace {
 using zm::symbol::Scanner;
 
 constexpr double kLargeSymbol = 60.0;  // millimetres; none of the field's point symbols comes near it
+constexpr double kMarkerSize = 1e6;    // beyond it the size is that of an arc polyline's marker, which counts in it
 constexpr float kArcMarkerInFile = -10000000.0F;
 
 // A sweep below 0 appends no arc: only the chord stands.
@@ -36,7 +37,7 @@ void LintGraphics(const SymbolText& text, std::vector<Finding>& findings) {
         const double size = text.library.sizes[static_cast<std::size_t>(code)];
         if (text.Head(code).number == 0) {
             findings.push_back({line, code, Weight::lost, "the symbol has no record and draws nothing"});
-        } else if (size > kLargeSymbol) {
+        } else if (size > kLargeSymbol && size < kMarkerSize) {
             findings.push_back({line, code, Weight::doubtful,
                                 "the symbol is " + Shown(size) + " mm large; lengths are millimetres on paper"});
         }

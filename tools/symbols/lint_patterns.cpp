@@ -25,6 +25,8 @@ class PatternLint {
           m_findings(findings) {}
 
     void Run() {
+        const std::string& pattern = m_text.Line(m_text.At(m_code).first + 1);
+        if (!pattern.empty() && pattern[0] == '*') return;  // a header, and told as such
         LintHeader();
         if (m_symbol.value[19] > kVertexMode)
             LintVertexMode();

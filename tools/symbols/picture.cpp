@@ -200,8 +200,10 @@ Picture TakePicture(double scale, double pen, const std::function<void()>& draw)
     {
         CTqDraw context(0);
         const double groundPerMm = scale / 1000.0;
-        const double corner = -kStageMm / 2.0 * groundPerMm;
-        context.SetViewDrawDC(&device, kPixelsPerMm / groundPerMm, corner, corner, 2 * kHalfStage, 2 * kHalfStage, 0);
+        // The mapping cuts to whole pixels; half a pixel to the right and down makes that rounding.
+        const double perMetre = kPixelsPerMm / groundPerMm;
+        const double corner = -kStageMm / 2.0 * groundPerMm, half = 0.5 / perMetre;
+        context.SetViewDrawDC(&device, perMetre, corner - half, corner + half, 2 * kHalfStage, 2 * kHalfStage, 0);
         {
             const CTQPen ink(0, pen * groundPerMm, DWORD{0});
             draw();

@@ -201,13 +201,15 @@ Rule ParseSection(const std::string& text, const Place& at) {
     return section;
 }
 
-// A # begins a comment at the start of a line and behind a blank, outside quotes.
+// A # begins a comment at the start of a line, and between blanks outside quotes; "note #" is a note class.
 std::string WithoutComment(const std::string& line) {
     std::size_t from = 0;
     while (true) {
         const std::size_t hash = FindOutsideQuotes(line, "#", from);
         if (hash == std::string::npos) return line;
-        if (hash == 0 || line[hash - 1] == ' ' || line[hash - 1] == '\t') return line.substr(0, hash);
+        const bool before = hash == 0 || line[hash - 1] == ' ' || line[hash - 1] == '\t';
+        const bool behind = hash + 1 < line.size() && (line[hash + 1] == ' ' || line[hash + 1] == '\t');
+        if (before && (behind || Trim(line.substr(0, hash)).empty())) return line.substr(0, hash);
         from = hash + 1;
     }
 }

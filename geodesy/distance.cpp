@@ -21,6 +21,12 @@ double AlongParallel(const Ellipsoid& e, double B1, double B2, double dL) {
     return std::abs(e.a * std::cos(B1) / std::sqrt(1.0 - e.e2 * std::sin(B1) * std::sin(B2)) * dL);
 }
 
+// Two points that the auxiliary sphere cannot tell apart.
+double Coincident(const Ellipsoid& e, double B1, double B2, double dL) {
+    return std::abs((std::abs(std::cos(B2)) + std::abs(std::cos(B1))) / 2.0 * e.a /
+                    std::sqrt(1.0 - e.e2 * std::sin(B1) * std::sin(B2)) * dL);
+}
+
 // Source: binomial series of the meridian arc in powers of sin B, to e2^4; docs/geodesy/series.md.
 double AlongMeridian(const Ellipsoid& e, double B1, double B2) {
     const double e2 = e.e2;
@@ -39,42 +45,66 @@ double AlongMeridian(const Ellipsoid& e, double B1, double B2) {
     return std::abs(M(B2) - M(B1)) * e.a * (1.0 - e2);
 }
 
-double GuardedArcCosine(double v) {
-    return std::abs(v) + kTiny > 1.0 ? 0.0 : std::acos(v);
+// Reduced latitude u = atan(c tan B), c = sqrt(1 - e2), as its sine and cosine.
+SinCos ReducedLatitude(double c, double B) {
+    const SinCos at = SinCosOf(B);
+    const double s = c * at.sin;
+    const double size = std::sqrt(at.cos * at.cos + s * s);
+    return at.cos < 0.0 ? SinCos{-s / size, -at.cos / size} : SinCos{s / size, at.cos / size};
 }
 
-// The inverse problem by iteration on the longitude on the auxiliary sphere.
+// An arc cosine that is 0 where its argument is within 1e-12 of -1 or 1, or beyond.
+bool ArcCosineIsZero(double v) {
+    return std::abs(v) + kTiny > 1.0;
+}
+
+// The sine of acos(v).
+double SineOfArcCosine(double v) {
+    return std::sqrt((1.0 - v) * (1.0 + v));
+}
+
+// sin 2x and sin 4x of x = acos(v), guarded.
+struct DoubleSines {
+    double twice, fourfold;
+};
+DoubleSines DoubleSinesOfArcCosine(double v) {
+    if (ArcCosineIsZero(v)) return {0.0, 0.0};
+    const double twice = 2.0 * v * SineOfArcCosine(v);
+    return {twice, 2.0 * twice * (2.0 * (v * v) - 1.0)};
+}
+
+// The inverse problem by iteration on the longitude on the auxiliary sphere: sigma the arc, alpha the azimuth at the
+// equator. Sines of arc cosines are taken as square roots.
 // Required: x1 and x2 come from an arc cosine and lose the sense of travel, so that a line towards rising latitude
-// reads long; stored lengths hold it.
+// has a wrong length; stored lengths hold it.
 double OnAuxiliarySphere(const Ellipsoid& e, double B1, double B2, double dL) {
     const double c = std::sqrt(1.0 - e.e2);
     const double b = std::sqrt(e.a * e.a * (1.0 - e.e2));
     const double n = (e.a - b) / (e.a + b);
-    const double u1 = std::atan(c * std::tan(B1));
-    const double u2 = std::atan(c * std::tan(B2));
-    const double sin1 = std::sin(u1);
-    const double sin2 = std::sin(u2);
-    const double P = std::cos(u1) * std::cos(u2);
-    const double Q = sin1 * sin2;
+    const SinCos u1 = ReducedLatitude(c, B1);
+    const SinCos u2 = ReducedLatitude(c, B2);
+    const double P = u1.cos * u2.cos;
+    const double Q = u1.sin * u2.sin;
     double lambda = dL;
     double sigma = 0.0, k = 0.0, t2 = 0.0, t4 = 0.0;
     for (int pass = 0; pass < kMostPasses; ++pass) {
         const SinCos at = SinCosOf(lambda);
-        sigma = GuardedArcCosine(P * at.cos + Q);
-        if (std::abs(sigma) < kTiny)
-            return std::abs((std::abs(std::cos(B2)) + std::abs(std::cos(B1))) / 2.0 * e.a /
-                            std::sqrt(1.0 - e.e2 * std::sin(B1) * std::sin(B2)) * dL);
-        const double alpha = GuardedArcCosine(P * at.sin / std::sin(sigma));
-        double x1 = 0.0, x2 = 0.0;
-        if (!(std::abs(alpha) < kTiny)) {
-            x1 = GuardedArcCosine(sin1 / std::sin(alpha));
-            x2 = GuardedArcCosine(sin2 / std::sin(alpha));
+        const double cosSigma = P * at.cos + Q;
+        if (ArcCosineIsZero(cosSigma)) return Coincident(e, B1, B2, dL);
+        sigma = std::acos(cosSigma);
+        const double azimuth = P * at.sin / SineOfArcCosine(cosSigma);
+        const bool alongEquator = ArcCosineIsZero(azimuth);
+        const double cosAlpha = alongEquator ? 1.0 : azimuth;
+        DoubleSines x1{0.0, 0.0}, x2{0.0, 0.0};
+        if (!alongEquator) {
+            const double sinAlpha = SineOfArcCosine(azimuth);
+            x1 = DoubleSinesOfArcCosine(u1.sin / sinAlpha);
+            x2 = DoubleSinesOfArcCosine(u2.sin / sinAlpha);
         }
-        const double cosAlpha = std::cos(alpha);
         const double w = std::sqrt(1.0 - e.e2 * (cosAlpha * cosAlpha));
         k = (w - c) / (w + c);
-        t2 = std::sin(2.0 * x2) - std::sin(2.0 * x1);
-        t4 = std::sin(4.0 * x2) - std::sin(4.0 * x1);
+        t2 = x2.twice - x1.twice;
+        t4 = x2.fourfold - x1.fourfold;
         const double next =
             dL + e.e2 / 2.0 * cosAlpha * ((n + 1.0 - k / 2.0 - k * k / 4.0) * sigma - k / 4.0 * t2 + k * k / 16.0 * t4);
         const double step = std::abs(next - lambda);

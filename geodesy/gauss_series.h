@@ -154,7 +154,7 @@ struct QuickFootpoint {
 /// turn by a small angle, all others by the expansion of the step about its first value, whose third-order term is
 /// below 1e-17 rad. The stopping rule sees the same steps within 1e-15 rad. Without a branch; holds is false where the
 /// expansion is not enough or the iteration ends early (beside the equator and the pole), and the result is void.
-inline QuickFootpoint ExpandedFootpoint(const GaussEllipsoid& g, double x) {
+[[gnu::always_inline]] inline QuickFootpoint ExpandedFootpoint(const GaussEllipsoid& g, double x) {
     constexpr double kSmallTurn = 4e-3;  // radians; sine and cosine to the sixth order
     constexpr double kSmallMove = 2e-5;  // radians; sine and cosine to the third order
 

@@ -22,12 +22,14 @@ constexpr double kZoneDigitsAbove = 999000.0;  // metres; a larger easting has z
 constexpr double kZoneFactor = 1000000.0;
 constexpr double kFalseEasting = 500000.0;  // metres
 
-/// The working record: the ellipsoid and its trapezoid series.
+/// The working record: the ellipsoid and its trapezoid series, and the settings of the call.
 struct EllipseAreaSeries {
     double pi = 3.14159265358979;  // Required: this shorter value; rounded angles depend on it.
     double rho = 206264.8062471;   // seconds of arc in a radian
     double A = 0, B = 0, C = 0, D = 0, E = 0;
     double a = 0, b = 0, f = 0, e2 = 0;
+    double angleGrid = state().angleRounding;  // seconds of arc
+    double planeGrid = state().planeRounding;  // metres
 };
 
 // Source: trapezoid area series of the land-survey regulations in powers of e2 to the fourth; docs/geodesy/area.md.
@@ -55,13 +57,12 @@ EllipseAreaSeries SeriesOf(double a, double second, bool secondIsB) {
     return s;
 }
 
-// Seconds of arc of an angle in radians, rounded to the setting.
-double RoundedSeconds(const EllipseAreaSeries& s, double angle) {
+// Seconds of arc of an angle in radians, rounded to a grid of seconds if that is above 0.
+inline double RoundedSeconds(const EllipseAreaSeries& s, double angle) {
     const auto [degrees, degreeFraction] = Split(std::abs(angle) * 180.0 / s.pi);
     const auto [minutes, minuteFraction] = Split(degreeFraction * 60.0);
     double seconds = minuteFraction * 60.0;
-    const double grid = state().angleRounding;
-    if (grid > 0.0) seconds = Floor(seconds / grid + 0.5) * grid;
+    if (s.angleGrid > 0.0) seconds = Floor(seconds / s.angleGrid + 0.5) * s.angleGrid;
     const double total = degrees * 3600.0 + minutes * 60.0 + seconds;
     return angle > 0.0 ? total : -total;
 }
@@ -121,10 +122,9 @@ Vertex VertexOfPlane(const EllipseAreaSeries& s, const GaussEllipsoid& g, bool i
     if (is80) {
         position = Backward80(s, N, E);  // Required: ignores the rounding of plane coordinates.
     } else {
-        const double grid = state().planeRounding;
-        if (grid > 0.0 && grid < 1.0) {
-            N = RoundedTo(grid, N);
-            E = RoundedTo(grid, E);
+        if (s.planeGrid > 0.0 && s.planeGrid < 1.0) {
+            N = RoundedTo(s.planeGrid, N);
+            E = RoundedTo(s.planeGrid, E);
         }
         position = BackwardOn(g, N, E);
     }

@@ -2,6 +2,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 
 #include "geometry/state.h"
 #include "zenromath/geometry.h"
@@ -132,6 +133,10 @@ void SplineToPoints(int n, double* x, double* y, double* out, int* outCount) {
     // span s has read its four before it writes, and from span s + 1 on the rest lies behind what is written.
     const std::ptrdiff_t points = n;
     const std::ptrdiff_t room = 1 + kPointsOfASpan * (points - 1);
+    if (room > std::numeric_limits<int>::max()) {  // more points than can be counted: as where memory lacks
+        *outCount = n;
+        return;
+    }
     double* w = out + 2 * (room - (points + 2));
     for (std::ptrdiff_t i = 0; i < points; ++i) {
         w[2 * (i + 1)] = x[i];

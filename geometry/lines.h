@@ -33,7 +33,8 @@ inline int SignOf(double value, double tolerance) {
     return value < -tolerance ? -1 : 0;
 }
 
-/// The height of p above the line a, b by the sides of the triangle; 0 when MINI exceeds the length of a, b.
+/// The height of p above the line a, b by the sides of the triangle; 0 when MINI exceeds the length of a, b. For p on
+/// the line it may come out as not a number, where rounding leaves a negative square.
 double LineHeight(double px, double py, double ax, double ay, double bx, double by);
 
 /// Does v lie between a and b, both ends included, in either order?

@@ -1,6 +1,7 @@
 // Point lists of mixed kinds turned into one polyline.
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <new>
 
 #include "geometry/state.h"
@@ -31,11 +32,12 @@ void ForEachRun(int n, const char* codes, Visitor visit) {
     }
 }
 
-// Room in points for the whole list. Each run begins at the last point of the one before, so the sum is enough.
-std::size_t RoomForAll(int n, const char* codes) {
+// Room in points for any one run of the list.
+std::size_t RoomForARun(int n, const char* codes) {
     std::size_t room = 0;
-    ForEachRun(n, codes,
-               [&](int start, int end, int kind) { room += RoomFor(kind, static_cast<std::size_t>(end - start) + 1); });
+    ForEachRun(n, codes, [&](int start, int end, int kind) {
+        room = std::max(room, RoomFor(kind, static_cast<std::size_t>(end - start) + 1));
+    });
     return room;
 }
 
@@ -50,18 +52,28 @@ double* ScratchOf(std::size_t values) {
     return grown;
 }
 
+// Flattens run after run. placeFor(at) gives the array for the run whose first point is point `at` of the result, and
+// take(array, at, count) is called with its points. The number of points of the result.
+template <class PlaceFor, class Take>
+std::int64_t FlattenRuns(int n, double* x, double* y, const char* codes, double prec, PlaceFor placeFor, Take take) {
+    std::int64_t total = 0;
+    ForEachRun(n, codes, [&](int start, int end, int kind) {
+        double* out = placeFor(total);
+        int yielded = 0;
+        GOTOPOINTS(end - start + 1, kind, x + start, y + start, out, &yielded, prec);
+        _LErr(yielded < 2, "Segment fitting points<2", "function", "MulArc2Straight");
+        take(out, total, yielded);
+        total += yielded - (end < n - 1 ? 1 : 0);  // the last point of a run is the first of the next
+    });
+    return total;
+}
+
 }  // namespace
 
 int MulArc2Straight(int n, double* x, double* y, const char* codes, double* out, double prec) {
     if (n < 2 || x == nullptr || y == nullptr || codes == nullptr || out == nullptr) return 0;
-    std::ptrdiff_t total = 0;
-    ForEachRun(n, codes, [&](int start, int end, int kind) {
-        int yielded = 0;
-        GOTOPOINTS(end - start + 1, kind, x + start, y + start, out + 2 * total, &yielded, prec);
-        _LErr(yielded < 2, "Segment fitting points<2", "function", "MulArc2Straight");
-        total += yielded - (end < n - 1 ? 1 : 0);  // the last point of a run is the first of the next
-    });
-    return static_cast<int>(total);
+    const auto placeFor = [&](std::int64_t at) { return out + 2 * at; };
+    return static_cast<int>(FlattenRuns(n, x, y, codes, prec, placeFor, [](const double*, std::int64_t, int) {}));
 }
 
 int MulArc2Straight(int n, double* x, double* y, const char* codes, int maxOut, double* outX, double* outY,
@@ -69,16 +81,17 @@ int MulArc2Straight(int n, double* x, double* y, const char* codes, int maxOut, 
     if (n < 2 || x == nullptr || y == nullptr || codes == nullptr || maxOut < 1) return 0;
     if (outX == nullptr || outY == nullptr) return 0;
     // Required: the scratch space is left allocated, callers work in loops; it serves the next call.
-    double* pairs = ScratchOf(2 * RoomForAll(n, codes));
+    double* pairs = ScratchOf(2 * RoomForARun(n, codes));
     if (pairs == nullptr) return 0;
-    int count = MulArc2Straight(n, x, y, codes, pairs, prec);
-    if (count > maxOut) {
-        _LMsg("MulArc2Straight: the flattened line has more points than maxOut; the rest was left out.", nullptr, 0);
-        count = maxOut;
-    }
-    for (int i = 0; i < count; ++i) {
-        outX[i] = pairs[2 * static_cast<std::ptrdiff_t>(i)];
-        outY[i] = pairs[2 * static_cast<std::ptrdiff_t>(i) + 1];
-    }
-    return count;
+    const auto take = [&](const double* run, std::int64_t at, int count) {
+        for (int i = 0; i < count && at + i < maxOut; ++i) {
+            outX[at + i] = run[2 * i];
+            outY[at + i] = run[2 * i + 1];
+        }
+    };
+    const std::int64_t total = FlattenRuns(
+        n, x, y, codes, prec, [&](std::int64_t) { return pairs; }, take);
+    if (total <= maxOut) return static_cast<int>(total);
+    _LMsg("MulArc2Straight: the flattened line has more points than maxOut; the rest was left out.", nullptr, 0);
+    return maxOut;
 }

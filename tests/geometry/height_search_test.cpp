@@ -197,10 +197,10 @@ class HeightGridKinds : public testing::TestWithParam<int> {};
 TEST_P(HeightGridKinds, AnswersAsThePlainScanDoes) {
     ZM_TRACE_SEED();
     zm::test::Random random(12 + static_cast<std::uint64_t>(GetParam()));
+    int found = 0;
     for (int n : {1, 2, 31, 33, 500, 3000}) {
         const Points p = Scattered(random, GetParam(), n);
         const zm::geometry::HeightGrid grid(p.x.data(), p.y.data(), p.h.data(), n);
-        int found = 0;
         for (int i = 0; i < 4000; ++i) {
             const auto at = static_cast<std::size_t>(random.Int(0, n - 1));
             const double px = p.x[at] + random.Real(-0.11, 0.11) * random.Int(0, 1);
@@ -210,8 +210,8 @@ TEST_P(HeightGridKinds, AnswersAsThePlainScanDoes) {
             ASSERT_EQ(height, p.Scan(px, py)) << px << ' ' << py;
             found += entry != nullptr ? 1 : 0;
         }
-        EXPECT_GT(found, 0);
     }
+    EXPECT_GT(found, 1000);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, HeightGridKinds, testing::Range(0, 7));

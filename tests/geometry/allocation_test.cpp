@@ -185,7 +185,7 @@ TEST(LargeInput, TenMillionPointsAreNoTrouble) {
     EXPECT_DOUBLE_EQ(getdist(-3, 4, n, x.data(), y.data()), 3.383126446713963);  // to the first leg
     int index = 0;
     int side = 7;
-    EXPECT_GT(GetDistBering(1e7 + 5, 4, n, x.data(), y.data(), index, side), 0.0);
+    EXPECT_GT(GetDistBering(1e7 + 5, 9, n, x.data(), y.data(), index, side), 0.0);
     EXPECT_EQ(index, n - 1);
     EXPECT_EQ(PtInPolyEdge(n, x.data(), y.data(), 5e6, 20), 0);
     {

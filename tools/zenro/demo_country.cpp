@@ -45,7 +45,7 @@ void AddRoads(Canvas& canvas) {
 
 void AddWater(Canvas& canvas) {
     canvas.Area("water", "pond", {{272, 88}, {300, 84}, {318, 94}, {314, 114}, {288, 120}, {268, 108}}, {{"name", Quoted("塘")}});
-    canvas.Area("water", "fish_farm", Rectangle(452, 122, 480, 136), {});
+    canvas.Area("water", "fish_farm", {{270, 125}, {312, 124}, {312, 133}, {270, 136}}, {});
     // A ditch from the river to the fields: sluice at its mouth, culvert under the road.
     canvas.Polyline("water", "ditch", {{340, SouthBank(340) - 8}, {340, 77}}, {});
     canvas.Polyline("water", "ditch", {{340, 67}, {340, 30}, {352, 17}}, {});
@@ -56,10 +56,12 @@ void AddWater(Canvas& canvas) {
     canvas.Polyline("water", "dike", {{262, SouthBank(262) - 6}, {290, SouthBank(290) - 6}, {330, SouthBank(330) - 9}}, {});
     canvas.Polyline("water", "dike", {{350, SouthBank(350) - 9}, {380, SouthBank(380) - 7}, {420, SouthBank(420) - 7}}, {});
     canvas.Point("water", "pumping_station", {352, SouthBank(352) - 16}, {{"name", Quoted("抽")}});
-    canvas.Area("structures", "aqueduct", {{372, 40.5}, {386, 50.5}, {384.6, 53}, {370.6, 43}}, {});
+    canvas.Area("structures", "aqueduct", Turned({386, RailAt(386)}, 26, 3, 124.8), {});
+    canvas.Polyline("water", "ditch", {{378.6, RailAt(386) + 10.7}, {366, 56}, {356, 67}}, {});
+    canvas.Polyline("water", "ditch", {{393.4, RailAt(386) - 10.7}, {402, 14}, {400, 0}}, {});
     canvas.Reserve(Rectangle(334, 30, 346, 150));
     canvas.Reserve(Rectangle(262, 80, 322, 124));
-    canvas.Reserve(Rectangle(448, 118, 484, 140));
+    canvas.Reserve(Rectangle(266, 122, 316, 138));
 }
 
 void AddFields(Canvas& canvas) {
@@ -100,7 +102,7 @@ void AddPower(Canvas& canvas) {
     canvas.Polyline("utilities", "distribution_line", poles, {});
     for (const Pt& p : poles) canvas.Point("utilities", "pole", p, {});
     canvas.Point("utilities", "pole_transformer", {424, 78.5}, {});
-    canvas.Point("utilities", "mast", {404, 140}, {});
+    canvas.Point("utilities", "mast", {436, 134}, {});
 }
 
 }  // namespace

@@ -69,7 +69,10 @@ Line Simplified(const Line& line) {
     Line simple{line.front()};
     for (const Pt& p : line)
         if (std::hypot(p.x - simple.back().x, p.y - simple.back().y) >= kSimple) simple.push_back(p);
-    if (!Same(simple.back(), line.back())) simple.push_back(line.back());
+    // A short last step would bend the smooth curve.
+    if (simple.size() > 2 && std::hypot(line.back().x - simple.back().x, line.back().y - simple.back().y) < kSimple)
+        simple.pop_back();
+    simple.push_back(line.back());
     return simple;
 }
 

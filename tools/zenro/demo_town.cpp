@@ -83,7 +83,7 @@ void AddStreets(Canvas& canvas) {
 
     canvas.Polyline("traffic", "median", {{kMainX, n + 4}, {kMainX, 496}}, {});
     for (const double y : {n + 6.0, s - 6.0}) canvas.Polyline("traffic", "crossing", {{mw, y}, {me, y}}, {});
-    canvas.Polyline("names", "street", {{kMainX, 490}, {kMainX, n + 12}}, {{"name", Quoted("人民路")}});
+    canvas.Polyline("names", "street", {{kMainX - 4, 490}, {kMainX - 4, n + 12}}, {{"name", Quoted("人民路")}});
     canvas.Polyline("names", "street", {{me + 8, kCrossY}, {ew - 4, kCrossY}}, {{"name", Quoted("解放街")}});
     canvas.Polyline("names", "lane", {{kWestX, 410}, {kWestX, n + 8}}, {{"name", Quoted("书院巷")}});
     canvas.Polyline("names", "street", {{kEastX, 488}, {kEastX, n + 20}}, {{"name", Quoted("学士街")}});
@@ -104,19 +104,25 @@ void AddStreets(Canvas& canvas) {
 }
 
 void AddRiver(Canvas& canvas) {
-    Line ring;
-    for (double x = 0.0; x <= 500.0; x += 10.0) ring.push_back({x, RiverAt(x) + RiverHalfWidth(x)});
-    for (double x = 500.0; x >= 0.0; x -= 10.0) ring.push_back({x, RiverAt(x) - RiverHalfWidth(x)});
-    canvas.Area("water", "river", ring, {{"name", Quoted("清溪河")}});
     const auto bank = [&](double from, double to, int side) {
         Line line;
-        for (double x = from; x <= to + 1e-9; x += 10.0) line.push_back({x, RiverAt(x) + side * RiverHalfWidth(x)});
+        const int steps = static_cast<int>((to - from) / 8.0) + 1;
+        for (int i = 0; i <= steps; ++i) {
+            const double x = from + (to - from) * i / steps;
+            line.push_back({x, RiverAt(x) + side * RiverHalfWidth(x)});
+        }
         return line;
     };
-    Line north = bank(0, 500, 1);
-    std::reverse(north.begin(), north.end());  // teeth lie to the right of a line's course: towards the water
-    canvas.Polyline("water", "shore", bank(0, 500, -1), {});
-    canvas.Polyline("water", "revetment", north, {});
+    // Water and banks end where a bridge covers them.
+    for (const auto& [from, to] : {std::pair{0.0, kWestX - 2.2}, {kWestX + 2.2, kMainX - 7.0}, {kMainX + 7.0, 500.0}}) {
+        const Line south = bank(from, to, -1);
+        Line north = bank(from, to, 1), ring = south;
+        std::reverse(north.begin(), north.end());  // teeth lie to the right of a line's course: towards the water
+        ring.insert(ring.end(), north.begin(), north.end());
+        canvas.Area("water", "river", ring, {{"name", Quoted("清溪河")}});
+        canvas.Polyline("water", "shore", south, {});
+        canvas.Polyline("water", "revetment", north, {});
+    }
     canvas.Polyline("names", "river", RiverLine(0, 280, 480), {{"name", Quoted("清溪河")}});
     for (const double x : {60.0, 330.0, 470.0}) {
         const double direction = std::atan2(RiverAt(x + 4) - RiverAt(x - 4), 8.0) * 180.0 / 3.141592653589793;
@@ -233,37 +239,61 @@ void AddTemple(Canvas& canvas) {
     canvas.Reserve(Rectangle(18, 432, 98, 494));
 }
 
-// Rows of old houses wall to wall, with yards between.
+// A house of a row: its corners, seldom with a wing behind.
+Line House(Canvas& canvas, double x, double y, double width, double depth, Pt about, double degrees) {
+    Line house = Rectangle(x, y, x + width, y + depth);
+    if (width > 9.5 && canvas.Int(0, 3) == 0) {
+        const double wing = canvas.Real(3.0, 4.2), length = canvas.Real(2.0, 3.4);
+        house = {{x, y}, {x + width, y}, {x + width, y + depth + length}, {x + width - wing, y + depth + length},
+                 {x + width - wing, y + depth}, {x, y + depth}};
+    }
+    const double a = degrees * 3.141592653589793 / 180.0, c = std::cos(a), s = std::sin(a);
+    for (Pt& p : house) {
+        const double dx = p.x - about.x, dy = p.y - about.y;
+        p = {about.x + dx * c - dy * s, about.y + dx * s + dy * c};
+    }
+    return house;
+}
+
+// Rows of old houses wall to wall, with yards between; each quarter lies a little askew in its own way.
 void AddHouses(Canvas& canvas) {
     struct Quarter {
         double x1, y1, x2, y2;
         int least, most;
+        double degrees;
     };
-    const Quarter quarters[] = {{4, 342, 117, 419, 1, 3},  {127, 341, 240, 419, 1, 3}, {127, 430, 240, 497, 1, 3},
-                                {100, 430, 117, 497, 1, 2}, {4, 205, 117, 323, 1, 2},   {128, 205, 240, 323, 2, 4},
-                                {262, 210, 384, 254, 1, 3}};
-    for (const Quarter& q : quarters)
-        for (double y = q.y1 + 1.5; y + 8 < q.y2;) {
-            const double depth = canvas.Real(8.0, 11.5);
-            for (double x = q.x1 + canvas.Real(1.0, 5.0); x + 8 < q.x2;) {
+    const Quarter quarters[] = {{4, 342, 117, 419, 1, 3, 0.8},   {127, 341, 240, 419, 1, 3, -0.6},
+                                {127, 430, 240, 497, 1, 2, 0.0}, {100, 430, 117, 497, 1, 2, 0.0},
+                                {4, 205, 117, 323, 1, 2, 4.0},   {128, 198, 240, 323, 2, 4, -5.5},
+                                {262, 196, 384, 254, 1, 3, -4.5}};
+    std::vector<Line> built;
+    for (const Quarter& q : quarters) {
+        const Pt about{(q.x1 + q.x2) / 2, (q.y1 + q.y2) / 2};
+        const Line block = Rectangle(q.x1, q.y1, q.x2, q.y2);
+        for (double y = q.y1 - 4.0; y < q.y2;) {
+            const double depth = canvas.Real(7.5, 11.0);
+            for (double x = q.x1 + canvas.Real(-3.0, 5.0); x < q.x2;) {
                 const int units = canvas.Int(1, 4);
+                const double front = canvas.Real(0.0, 2.2);
                 for (int u = 0; u < units; ++u) {
-                    const double width = canvas.Real(7.0, 13.0), back = canvas.Real(0.0, 1.6);
-                    if (x + width > q.x2) break;
-                    const Line house = Rectangle(x, y, x + width, y + depth - back);
-                    if (canvas.IsFree(house, 1.2)) {
-                        const int floors = canvas.Int(q.least, q.most);
-                        const char* structure = floors >= 3 ? "砼" : floors == 2 ? "混" : "砖";
-                        const bool simple = floors == 1 && canvas.Int(0, 9) == 0;
-                        if (simple) canvas.Area("buildings", "simple_house", house, {{"mark", Quoted("简")}});
-                        else canvas.Area("buildings", "house", house, Floors(structure, floors));
-                    }
+                    const double width = canvas.Real(6.5, 12.5), back = canvas.Real(0.0, 2.0);
+                    const Line house = House(canvas, x, y + front, width, depth - back, about, q.degrees);
                     x += width;
+                    const bool inside = std::all_of(house.begin(), house.end(), [&](Pt p) { return Inside(block, p); });
+                    if (!inside || !canvas.IsFree(house, 1.0) || canvas.Int(0, 24) == 0) continue;
+                    built.push_back(house);
+                    const int floors = canvas.Int(q.least, q.most);
+                    const char* structure = floors >= 3 ? "砼" : floors == 2 ? "混" : "砖";
+                    const bool simple = floors == 1 && canvas.Int(0, 9) == 0;
+                    if (simple) canvas.Area("buildings", "simple_house", house, {{"mark", Quoted("简")}});
+                    else canvas.Area("buildings", "house", house, Floors(structure, floors));
                 }
-                x += canvas.Real(2.0, 7.0);
+                x += canvas.Real(1.5, 8.0);
             }
-            y += depth + canvas.Real(3.5, 8.0);
+            y += depth + canvas.Real(3.6, 7.5);
         }
+    }
+    for (const Line& house : built) canvas.Reserve(house);
 }
 
 void AddStreetFurniture(Canvas& canvas) {

@@ -135,6 +135,9 @@ void Look(Source& source, const Page& page, const Painter& painter, Cover& cover
             ++survey.shapes;
             for (const Use* use : uses) survey.levels.insert(use->rule->LevelOf(raw.kind));
             for (const Chain& chain : shape.chains) cover.MarkLine(chain);
+            if (raw.kind == GeometryKind::area)
+                for (const Use* use : uses)
+                    if (Painter::FillsWithLines(*use->rule)) cover.MarkArea(shape);
             if (raw.kind != GeometryKind::point) continue;
             const double r = page.Ground(1.0);
             const Chain& point = shape.chains.front();

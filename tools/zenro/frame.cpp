@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "draw/device.h"
 #include "tools/zenro/text.h"
 #include "zenromath/draw.h"
 #include "zenromath/runtime.h"
@@ -19,6 +20,7 @@ constexpr double kOuterFrame = 12.0;   // from the neat line
 constexpr double kNeatWidth = 0.15, kOuterWidth = 0.5, kThinWidth = 0.1;
 constexpr double kCoordinateHeight = 2.4;
 constexpr double kTitleHeight = 6.0, kNumberHeight = 3.4, kScaleHeight = 4.0, kSystemHeight = 2.8;
+constexpr double kSquare = 0.87;       // width to cell height that makes Chinese characters square
 constexpr double kArrowHeight = 12.0;
 constexpr int kFrameLayer = 999;
 constexpr double kMostGridLines = 400.0;
@@ -41,7 +43,8 @@ void PutText(const Page& page, TqNoteLayBase& notes, const std::string& utf8, do
     int lost = 0;
     Lettering lettering;
     lettering.fontNumber = notes.Fontn('0');
-    lettering.height = lettering.width = page.Ground(height);
+    lettering.height = page.Ground(height);
+    lettering.width = lettering.height * kSquare;
     const auto runs = RunsOf(ToLibraryText(utf8, '?', lost), lettering);
     const double a = degrees * 3.141592653589793 / 180.0, c = std::cos(a), s = std::sin(a);
     const double back = align == Align::left ? 0.0 : LengthOf(runs) * (align == Align::centre ? 0.5 : 1.0);
@@ -196,6 +199,7 @@ void DrawCrosses(const Page& page) {
 
 void DrawFrame(const Page& page, const FrameTexts& texts, TqNoteLayBase& notes) {
     const int docut = TqDC->SetDoCut(0);
+    device::SetBkMode(TqDC->GetHdc(), TRANSPARENT);
     const Box& b = page.sheet;
     const double out = page.Ground(kOuterFrame), middle = (b.x1 + b.x2) / 2;
     {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "draw/device.h"
 #include "runtime/gbk.h"
 #include "zenromath/symbol.h"
 
@@ -101,6 +102,19 @@ const std::uint8_t* Cover::At(double x, double y) const {
                     static_cast<std::size_t>(column)];
 }
 
+void Cover::MarkArea(const Shape& shape) {
+    const Box box = BoxOf(shape.chains.front());
+    const double low = std::max(box.y1, m_sheet.y1), high = std::min(box.y2, m_sheet.y2);
+    for (double y = low + m_cell / 2; y < high; y += m_cell) {
+        const std::vector<double> xs = Crossings(shape, y);
+        for (std::size_t i = 0; i + 1 < xs.size(); i += 2)
+            for (double x = std::max(xs[i], m_sheet.x1); x < std::min(xs[i + 1], m_sheet.x2); x += m_cell) {
+                std::uint8_t* cell = At(x, y);
+                if (cell != nullptr && *cell != kLabel) *cell = 1;
+            }
+    }
+}
+
 std::uint8_t* Cover::At(double x, double y) {
     return const_cast<std::uint8_t*>(static_cast<const Cover&>(*this).At(x, y));
 }
@@ -163,12 +177,13 @@ struct LabelPlacer::Text {
 };
 
 bool LabelPlacer::Try(const std::vector<Candidate>& candidates, const Text& text) {
-    double best = kTaken;
+    double best = kTaken, coveredAtBest = 0.0;
     const Candidate* chosen = nullptr;
     for (const Candidate& c : candidates) {
         const double covered = m_cover.Covered(c.x, c.y, text.length, text.height, c.radians);
         if (covered >= kTaken || covered + c.penalty >= best) continue;
         best = covered + c.penalty;
+        coveredAtBest = covered;
         chosen = &c;
     }
     if (chosen == nullptr) return false;
@@ -182,6 +197,7 @@ bool LabelPlacer::Try(const std::vector<Candidate>& candidates, const Text& text
     label.degrees = chosen->radians / kDegree;
     label.length = text.length;
     label.place = text.place;
+    label.covers = coveredAtBest > 0.0;
     m_labels.push_back(std::move(label));
     return true;
 }
@@ -323,6 +339,7 @@ void LabelPlacer::Spread(const Shape& shape, const Text& text) {
     label.text = text.use.label;
     label.place = LabelPlace::spread;
     label.spots = std::move(chosen);
+    label.covers = best > 0.2;
     m_labels.push_back(std::move(label));
 }
 
@@ -379,6 +396,8 @@ void DrawDecimal(const PlacedLabel& label, const Lettering& lettering) {
 
 void DrawLabels(const std::vector<PlacedLabel>& labels, TqNoteLayBase& notes) {
     for (const PlacedLabel& label : labels) {
+        // Over strokes the paper is left white around the characters, as a drawn map leaves a gap for its lettering.
+        device::SetBkMode(TqDC->GetHdc(), label.covers ? OPAQUE : TRANSPARENT);
         const Lettering lettering = LetteringOf(notes, label.rule->note);
         const CTQPen pen(label.rule->layer, 0, 0);
         if (!label.under.empty()) {

@@ -15,6 +15,8 @@ namespace zm::tool {
 class Cover {
  public:
     explicit Cover(const Page& page);
+    /// Covers the inside of an area, as lines that fill it do.
+    void MarkArea(const Shape& shape);
     /// Covers the cells that a chain runs through.
     void MarkLine(const Chain& chain);
     /// Covers a box turned about its lower left corner by an angle in radians.
@@ -41,6 +43,7 @@ struct PlacedLabel {
     std::vector<PP> spots;    // of a spread label: the top left corner of each character
     double length = 0.0;      // of the longer of the two texts
     LabelPlace place = LabelPlace::beside;
+    bool covers = false;      // strokes lie under it
 };
 
 /// Finds places. Labels are tried in the order they come; one without room is left out and counted.

@@ -1,5 +1,6 @@
 #include "tools/zenro/library_session.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -46,6 +47,19 @@ void CopyText(char* target, std::size_t size, const std::string& text) {
     target[count] = '\0';
 }
 
+// The palette at load has the pure colours of a screen, and yellow cannot be read on paper. Where the user has set none
+// of his own, these are taken: black, red, green, blue, ochre, purple, light blue, grey, brown.
+void UsePaperColours() {
+    static constexpr unsigned long kScreen[10] = {0x000000, 0x000000, 0x0000FF, 0x00FF00, 0xFF0000,
+                                                  0x00FFFF, 0xFF00FF, 0xFFFF00, 0x008080, 0x5C5CC0};
+    static constexpr unsigned long kPaper[10] = {0x000000, 0x000000, 0x2020B4, 0x3C8C14, 0xB45014,
+                                                 0x14509C, 0x8C1E78, 0xC89650, 0x707070, 0x2D5FA0};
+    unsigned long* palette = nullptr;
+    const int count = Get_SysColor(palette);
+    if (palette == nullptr || count != 10 || !std::equal(kScreen, kScreen + 10, palette)) return;
+    std::copy(kPaper, kPaper + 10, palette);
+}
+
 // The form of a font line: screen font, text style, font name, slant.
 void ReadFontLine(const std::string& line, NOTEFONT& font) {
     std::istringstream fields(line);
@@ -69,7 +83,7 @@ std::string ModuleDirectory() {
 
 LibrarySession::LibrarySession(const LibraryOptions& options, ToolHost& host) {
     NameProject(options.project);
-    ReadCengCi();
+    ReloadLayers();
     const long before = host.messages();
     m_notes = std::make_unique<TqNoteLayBase>();
     if (!options.notes.empty()) ReadNotes(options.notes);
@@ -92,6 +106,7 @@ LibrarySession::~LibrarySession() {
 
 void LibrarySession::ReloadLayers() {
     ReadCengCi();
+    UsePaperColours();
 }
 
 void LibrarySession::NameProject(const std::string& project) {

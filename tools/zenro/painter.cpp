@@ -83,6 +83,12 @@ bool Painter::OnSheet(const Shape& shape) const {
     return BoxOf(shape.chains.front()).Meets(m_reach);
 }
 
+bool Painter::FillsWithLines(const Rule& rule) {
+    constexpr float kLineFamily = 2.0F;
+    if (rule.symbol <= 0 || KindOfSymbol(rule.symbol).status != SymbolStatusH) return false;
+    return TheBody != nullptr && nBody > 1 && TheBody[1].op.op == kLineFamily;
+}
+
 long Painter::Draw(const Feature& feature, int level) {
     long drawn = 0;
     for (const Shape& shape : feature.shapes) {

@@ -34,23 +34,24 @@ struct Store {
     int count = 0;
 };
 
-// What the two families have in common: lines run from one side of the box to the opposite one, at u on the first side
-// and u + run on the other.
+// One family. Its lines run from one side of the box to the opposite one, line j at u = start + j step on the first
+// side and at u + run on the other.
 struct Family {
     bool upright;  // from the bottom to the top, u along x; else from left to right, u along y
     double run;    // how far u shifts from side to side
-    double step;   // of u, above 0
+    double slope;  // the same for a unit of the way
+    double step;   // above 0
     double low;    // the ends of the box along u
     double high;
     double start;  // the box's middle along u
     double nearSide;
     double farSide;
 
+    double Place(std::int64_t j) const { return start + static_cast<double>(j) * step; }
     Point First(double u) const { return upright ? Point{u, nearSide} : Point{nearSide, u}; }
     Point Second(double u) const { return upright ? Point{u + run, farSide} : Point{farSide, u + run}; }
     // The u of the line through a point.
     double Through(double x, double y) const {
-        const double slope = run / (farSide - nearSide);
         return upright ? x - (y - nearSide) * slope : y - (x - nearSide) * slope;
     }
 };
@@ -63,6 +64,7 @@ bool MakeFamily(const Box& box, bool upright, double angle, double spacing, Fami
     family.upright = upright;
     family.step = spacing / std::fabs(across);
     family.run = along * depth / across;
+    family.slope = family.run / depth;
     family.low = upright ? box.left : box.bottom;
     family.high = upright ? box.right : box.top;
     family.start = (family.low + family.high) / 2.0;
@@ -94,8 +96,8 @@ class Filling {
 
     /// From the middle towards lower u, then from one step beside it towards higher u.
     void Run() {
-        Pass(m_family.start, -m_family.step);
-        Pass(m_family.start + m_family.step, m_family.step);
+        Pass(0, -1);
+        Pass(1, 1);
     }
 
  private:
@@ -105,101 +107,125 @@ class Filling {
         int met;  // crossings found, kept or not
     };
 
-    void Pass(double first, double step);
-    void CrossWindow(double first, double step, std::int64_t begin, int size);
-    bool Append(double u, Line& line);
-    double Place(double first, double step, std::int64_t k) const { return first + static_cast<double>(k) * step; }
+    void Pass(std::int64_t first, int direction);
+    Line& At(std::int64_t j, int direction);
+    void CrossWindow();
+    bool Append(std::int64_t j, Line& line);
 
     int m_n;
     const double* m_xy;
     const Family& m_family;
-    double* m_edges;  // of each edge the range of u that may meet it
+    double* m_edges;  // of each edge the lines that may meet it, as real line numbers
     Store& m_store;
     LeftOut& m_leftOut;
-    double m_low;  // range of u of the polygon
-    double m_high;
-    double m_margin;  // by which a line may pass an edge and still count as meeting it
+    std::int64_t m_first = 0;  // the lines that may meet the polygon
+    std::int64_t m_last = -1;
+    double m_low = 0.0;  // line numbers of the polygon itself
+    double m_high = -1.0;
     int m_hits = 0;
+    std::int64_t m_begin = 0;  // the lines whose crossings are known
+    int m_size = 0;
     std::array<Line, kWindow> m_lines;
 };
 
 Filling::Filling(int n, const double* xy, const Family& family, double* edges, Store& store, LeftOut& leftOut)
     : m_n(n), m_xy(xy), m_family(family), m_edges(edges), m_store(store), m_leftOut(leftOut) {
-    constexpr double kRounding = 1e-12;
-    const double slope = std::fabs(family.run / (family.farSide - family.nearSide));
-    double largest = std::fabs(family.nearSide) + std::fabs(family.farSide);
-    const double first = family.Through(xy[0], xy[1]);
-    m_low = m_high = first;
-    double u = first;
+    const double inverse = 1.0 / family.step;
+    const auto number = [&](int i) { return (family.Through(xy[2 * i], xy[2 * i + 1]) - family.start) * inverse; };
+    const double first = number(0);
+    double low = first;
+    double high = first;
+    double here = first;
     for (int i = 0; i < n; ++i) {
-        const double next = i + 1 < n ? family.Through(xy[2 * i + 2], xy[2 * i + 3]) : first;
-        m_edges[2 * i] = std::min(u, next);
-        m_edges[2 * i + 1] = std::max(u, next);
-        m_low = std::min(m_low, u);
-        m_high = std::max(m_high, u);
-        u = next;
+        const double next = i + 1 < n ? number(i + 1) : first;
+        m_edges[2 * i] = std::min(here, next);
+        m_edges[2 * i + 1] = std::max(here, next);
+        low = std::min(low, next);
+        high = std::max(high, next);
+        here = next;
     }
-    largest += std::max(std::fabs(m_low), std::fabs(m_high));
-    m_margin = (2.0 * std::fabs(geometry::state().mini) + kRounding * largest) * (1.0 + slope);
+    // By so much a line may pass an edge and still count as meeting it: the tolerance of the meeting, and rounding.
+    constexpr double kRounding = 1e-12;
+    const double largest = std::fabs(family.nearSide) + std::fabs(family.farSide) + std::fabs(family.start) +
+                           std::max(std::fabs(low), std::fabs(high)) * family.step;
+    const double margin =
+        (2.0 * std::fabs(geometry::state().mini) + kRounding * largest) * (1.0 + std::fabs(family.slope)) * inverse;
+    if (!(std::fabs(low) < kMostSteps) || !(std::fabs(high) < kMostSteps) || !(margin < kMostSteps)) return;
+    for (int i = 0; i < n; ++i) {
+        m_edges[2 * i] = std::ceil(m_edges[2 * i] - margin);
+        m_edges[2 * i + 1] = std::floor(m_edges[2 * i + 1] + margin);
+    }
+    m_low = low;
+    m_high = high;
+    m_first = static_cast<std::int64_t>(std::ceil(low - margin));
+    m_last = static_cast<std::int64_t>(std::floor(high + margin));
 }
 
-// Lines first, first + step ... until one misses the polygon and has left the box, or the cap is reached.
-void Filling::Pass(double first, double step) {
-    const auto beyond = [&](std::int64_t k) {
-        const double end = Place(first, step, k) + m_family.run;
-        return step < 0.0 ? end < m_family.low : end > m_family.high;
+// Line after line in one direction, until one misses the polygon and has left the box, or the cap is reached.
+void Filling::Pass(std::int64_t first, int direction) {
+    const auto beyond = [&](std::int64_t j) {
+        const double end = m_family.Place(j) + m_family.run;
+        return direction < 0 ? end < m_family.low : end > m_family.high;
     };
-    // The lines that can meet the polygon at all; those before and behind are misses.
-    const double a = (step < 0.0 ? m_high + m_margin - first : m_low - m_margin - first) / step;
-    const double b = (step < 0.0 ? m_low - m_margin - first : m_high + m_margin - first) / step;
-    if (!(b >= 0.0) || !(b < 4.0 * kMostSteps)) return;
-    std::int64_t k = std::max<std::int64_t>(static_cast<std::int64_t>(std::ceil(std::max(a, 0.0))), 0);
-    const auto last = static_cast<std::int64_t>(std::floor(b));
-    if (k > 0 && beyond(k - 1)) return;
-    while (k <= last && m_hits < kMostHits) {
-        const int size = static_cast<int>(std::min<std::int64_t>(kWindow, last - k + 1));
-        CrossWindow(first, step, k, size);
-        for (int i = 0; i < size && m_hits < kMostHits; ++i, ++k)
-            if (!Append(Place(first, step, k), m_lines[static_cast<std::size_t>(i)]) && beyond(k)) return;
-    }
-    const double end = std::floor(((step < 0.0 ? m_low : m_high) - first) / step);
-    if (m_hits >= kMostHits) m_leftOut.lines += std::max<std::int64_t>(static_cast<std::int64_t>(end) - k + 1, 0);
+    const auto inReach = [&](std::int64_t j) { return direction < 0 ? j >= m_first : j <= m_last; };
+    // All lines ahead of the polygon are misses; they are passed over, unless one of them ends the pass.
+    std::int64_t j = direction < 0 ? std::min(first, m_last) : std::max(first, m_first);
+    if (!inReach(j) || (j != first && beyond(j - direction))) return;
+    for (; inReach(j) && m_hits < kMostHits; j += direction)
+        if (!Append(j, At(j, direction)) && beyond(j)) return;
+    if (m_hits < kMostHits) return;
+    const auto end = static_cast<std::int64_t>(direction < 0 ? std::ceil(m_low) : std::floor(m_high));
+    m_leftOut.lines += std::max<std::int64_t>((end - j) * direction + 1, 0);
 }
 
-// The crossings of a run of lines, edge by edge in the order of the polygon.
-void Filling::CrossWindow(double first, double step, std::int64_t begin, int size) {
-    for (int i = 0; i < size; ++i)
-        m_lines[static_cast<std::size_t>(i)].count = m_lines[static_cast<std::size_t>(i)].met = 0;
-    const double origin = Place(first, step, begin);
-    const double inverse = 1.0 / step;
+// The crossings of a line. They are found for a whole window of lines at once, all of them if they fit.
+Filling::Line& Filling::At(std::int64_t j, int direction) {
+    if (j < m_begin || j >= m_begin + m_size) {
+        if (m_last - m_first < kWindow)
+            m_begin = m_first;
+        else
+            m_begin = direction < 0 ? std::max(j - (kWindow - 1), m_first) : j;
+        m_size = static_cast<int>(std::min<std::int64_t>(kWindow, m_last - m_begin + 1));
+        CrossWindow();
+    }
+    return m_lines[static_cast<std::size_t>(j - m_begin)];
+}
+
+// Edge by edge in the order of the polygon, the closing edge last.
+void Filling::CrossWindow() {
+    for (int i = 0; i < m_size; ++i) {
+        m_lines[static_cast<std::size_t>(i)].count = 0;
+        m_lines[static_cast<std::size_t>(i)].met = 0;
+    }
+    const auto begin = static_cast<double>(m_begin);
+    const double end = begin + m_size - 1.0;
     for (int i = 0; i < m_n; ++i) {
-        const double p = (m_edges[2 * i] - m_margin - origin) * inverse;
-        const double q = (m_edges[2 * i + 1] + m_margin - origin) * inverse;
-        const double low = std::ceil(std::max(std::min(p, q), 0.0));
-        const double high = std::min(std::floor(std::max(p, q)), size - 1.0);
+        const double low = std::max(m_edges[2 * i], begin);
+        const double high = std::min(m_edges[2 * i + 1], end);
         if (!(low <= high)) continue;
-        const int j = i + 1 < m_n ? i + 1 : 0;
-        for (int line = static_cast<int>(low); line <= static_cast<int>(high); ++line) {
-            Line& at = m_lines[static_cast<std::size_t>(line)];
-            const double u = Place(first, step, begin + line);
+        const int next = i + 1 < m_n ? i + 1 : 0;
+        const auto last = static_cast<std::int64_t>(high);
+        for (auto j = static_cast<std::int64_t>(low); j <= last; ++j) {
+            const double u = m_family.Place(j);
             const Point p0 = m_family.First(u);
             const Point p1 = m_family.Second(u);
             Crossing crossing = {};
-            if (Cross_P(crossing.x, crossing.y, p0.x, p0.y, p1.x, p1.y, m_xy[2 * i], m_xy[2 * i + 1], m_xy[2 * j],
-                        m_xy[2 * j + 1]) != 0)
+            if (Cross_P(crossing.x, crossing.y, p0.x, p0.y, p1.x, p1.y, m_xy[2 * i], m_xy[2 * i + 1], m_xy[2 * next],
+                        m_xy[2 * next + 1]) != 0)
                 continue;
-            ++at.met;
-            if (at.count < kMostCrossings) at.crossings[at.count++] = crossing;
+            Line& line = m_lines[static_cast<std::size_t>(j - m_begin)];
+            ++line.met;
+            if (line.count < kMostCrossings) line.crossings[line.count++] = crossing;
         }
     }
 }
 
 // Pairs up the crossings and appends the pieces inside. False if the line misses the polygon.
-bool Filling::Append(double u, Line& line) {
+bool Filling::Append(std::int64_t j, Line& line) {
     if (line.count == 0) return false;
     ++m_hits;
     if (line.met > line.count) ++m_leftOut.crossings;
-    SortAlong(m_family.First(u), line.crossings, line.count);
+    SortAlong(m_family.First(m_family.Place(j)), line.crossings, line.count);
     // An odd crossing, of a line through a vertex, is left without partner.
     for (int i = 0; i + 1 < line.count; i += 2) {
         if (m_store.count == kMostSegments) {

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "draw/state.h"
+#include "geometry/lines.h"
 #include "runtime/numbers.h"
 #include "symbol/library.h"
 #include "symbol/paper.h"
@@ -37,8 +38,10 @@ class PatternWalk {
     bool DrawSolid();
     void DrawParallel(double width, int flag, double* out) const;
     int Walk(int flip);
-    void WalkRun(const Polar& leg);
-    void Mark(double bearing, int flip);
+    void WalkRun(double distance);
+    void Mark(int flip);
+    // Asked for where a token ends only: it costs more than all the rest of a step.
+    double BearingAt(int i) const { return Bearing({m_x[i], m_y[i]}, {m_x[i + 1], m_y[i + 1]}); }
     void Advance() {
         if (++m_token > m_tokens - 1) m_token %= m_tokens;
         m_rest = Length(m_token);
@@ -128,42 +131,41 @@ bool PatternWalk::Stuck(double distance) {
 
 int PatternWalk::Walk(int flip) {
     m_rest = Length(0);
-    double bearing = 0.0;
     while (m_at < m_n - 1) {
         if (m_at == 0 && m_marks == kMarksInARow) return TellBadSymbol();
-        const Polar leg = PolarOf({m_x[m_at], m_y[m_at]}, {m_x[m_at + 1], m_y[m_at + 1]});
-        bearing = leg.bearing;
-        if (Stuck(leg.distance)) {
+        const double distance = geometry::Distance(m_x[m_at], m_y[m_at], m_x[m_at + 1], m_y[m_at + 1]);
+        if (Stuck(distance)) {
             if (state().patternStuckTold) return 0;
             state().patternStuckTold = true;
             return _LMsg(numbers::Text(texts::kPatternStuck, m_code).c_str(), nullptr, 0);
         }
         if (IsRun(m_token))
-            WalkRun(leg);
+            WalkRun(distance);
         else
-            Mark(bearing, flip);
+            Mark(flip);
     }
+    // The last step left the place at which it stood, so the bearing is still that of the last leg.
     if (m_letters[0] == 'G' && m_width > kLeastWidth)
-        insert(m_x[m_n - 1], m_y[m_n - 1], Turned(bearing, flip), ToInt(m_values[0]));
+        insert(m_x[m_n - 1], m_y[m_n - 1], Turned(BearingAt(m_n - 2), flip), ToInt(m_values[0]));
     return 2;
 }
 
 // A token with a length: it ends on this segment, or goes on past the vertex.
-void PatternWalk::WalkRun(const Polar& leg) {
+void PatternWalk::WalkRun(double distance) {
     m_marks = 0;
     const bool drawn = !m_solid && m_letters[m_token] == '+';
-    if (leg.distance < m_rest) {
+    if (distance < m_rest) {
         if (drawn && m_at == m_n - 2) DrawPenRun(m_x, m_y, m_x[m_at + 1], m_y[m_at + 1], m_width, m_side, m_from, m_at);
-        m_rest -= leg.distance;
+        m_rest -= distance;
         ++m_at;
         return;
     }
-    const Point end = At({m_x[m_at], m_y[m_at]}, m_rest, leg.bearing);
+    const Point end = At({m_x[m_at], m_y[m_at]}, m_rest, BearingAt(m_at));
     if (drawn) DrawPenRun(m_x, m_y, end.x, end.y, m_width, m_side, m_from, m_at);
     Advance();
     // Required: the new token's length against the old distance; where they are equal the walk goes on from the vertex
     // with the whole new length.
-    if (m_rest == leg.distance) {
+    if (m_rest == distance) {
         ++m_at;
     } else {
         m_x[m_at] = end.x;
@@ -172,10 +174,10 @@ void PatternWalk::WalkRun(const Polar& leg) {
     m_from = m_at;
 }
 
-void PatternWalk::Mark(double bearing, int flip) {
+void PatternWalk::Mark(int flip) {
     const double x = m_x[m_at];
     const double y = m_y[m_at];
-    if (m_letters[m_token] == 'G') insert(x, y, Turned(bearing, flip), ToInt(m_values[m_token]));
+    if (m_letters[m_token] == 'G') insert(x, y, Turned(BearingAt(m_at), flip), ToInt(m_values[m_token]));
     if (m_letters[m_token] == 'P') TqDC->pixel(x, y, 0, 1);
     Advance();
     ++m_marks;

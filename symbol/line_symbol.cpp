@@ -70,6 +70,16 @@ bool DrawTrueCurve(int n, double* x, double* y, int& lineType, int& result) {
     return true;
 }
 
+bool IsCurve(int lineType) {
+    return lineType >= kSmoothCurve && lineType <= kReverseCircle;
+}
+
+// Kinds that draw from the caller's arrays; the others take the expanded points.
+bool DrawsFromArrays(int status, int number) {
+    constexpr int kTicked = 12;
+    return status == SymbolStatusLC || status == SymbolStatusY || (status == SymbolStatusE && number == kTicked);
+}
+
 // The arc through the first three points, or all the points where they give no arc. Returns the number of pairs.
 int ExpandArc(int n, double* x, double* y, double* out, double prec) {
     int count = n;
@@ -167,15 +177,15 @@ int PROCESSALL(int n, double* x, double* y, int lineType, int code) {
         if (DrawTrueCurve(n, x, y, lineType, result)) return result;
     }
     const int number = TheHeadNumber();
-    if (status == SymbolStatusY) {
+    // Required: from 666 points on a smooth curve is drawn as its points.
+    if (lineType == kSmoothCurve && n >= kLongestSmooth) lineType = 1;
+    if (status == SymbolStatusY || (DrawsFromArrays(status, number) && !IsCurve(lineType))) {
         DrawByKind(status, number, n, n, x, y, nullptr, code);
         return 1;
     }
     const Scratch scratch(ExpandedRoom(n));
     double* expanded = scratch.data();
     if (expanded == nullptr) return _LMsg(texts::kNoScratch, nullptr, 0);
-    // Required: from 666 points on a smooth curve is drawn as its points.
-    if (lineType == kSmoothCurve && n >= kLongestSmooth) lineType = 1;
     const int m = ExpandLinePoints(n, lineType, x, y, expanded, ScaleDenominator());
     if (m > n)
         for (int i = 0; i < m; ++i) {

@@ -76,7 +76,7 @@ class Plain {
                 break;
         }
         for (int k = 0; hits < 494; ++k) {
-            const double u = middle + step + k * step;
+            const double u = middle + (k + 1) * step;
             if (Clip(ends(u), store))
                 ++hits;
             else if (u + c > high)

@@ -163,14 +163,12 @@ void CHUIZU(double* in6, double* out2) {
     const double y1 = in6[1];
     const double dx = in6[2] - x1;
     const double dy = in6[3] - y1;
-    double u = 0.0;
-    if (!(std::fabs(dx) < kDegenerateLine && std::fabs(dy) < kDegenerateLine))
-        u = ((in6[5] - y1) * dy + (in6[4] - x1) * dx) / (dx * dx + dy * dy);
-    else {
+    if (std::fabs(dx) < kDegenerateLine && std::fabs(dy) < kDegenerateLine) {
         out2[0] = x1;
         out2[1] = y1;
         return;
     }
+    const double u = ((in6[5] - y1) * dy + (in6[4] - x1) * dx) / (dx * dx + dy * dy);
     out2[0] = x1 + u * dx;
     out2[1] = y1 + u * dy;
 }

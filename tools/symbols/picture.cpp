@@ -17,7 +17,9 @@ constexpr int kHalfStage = static_cast<int>(kStageMm * kPixelsPerMm / 2.0);
 constexpr double kMarginMm = 1.0;
 
 std::string ColorText(COLORREF color) {
-    return numbers::Text("#%02x%02x%02x", color & 0xFFU, (color >> 8) & 0xFFU, (color >> 16) & 0xFFU);
+    return numbers::Text("#%02x%02x%02x", static_cast<unsigned int>(color & 0xFFU),
+                         static_cast<unsigned int>((color >> 8) & 0xFFU),
+                         static_cast<unsigned int>((color >> 16) & 0xFFU));
 }
 
 /// The dashes of a pen style, in pen widths.
@@ -58,8 +60,9 @@ double Direction(POINT from, double cx, double cy) {
 void PictureDevice::Cover(int x, int y, int reach) {
     if (m_empty) m_bounds = {x - reach, y - reach, x + reach, y + reach};
     m_empty = false;
-    m_bounds = {std::min(m_bounds.left, x - reach), std::min(m_bounds.top, y - reach),
-                std::max(m_bounds.right, x + reach), std::max(m_bounds.bottom, y + reach)};
+    const LONG left = x - reach, top = y - reach, right = x + reach, bottom = y + reach;
+    m_bounds = {std::min(m_bounds.left, left), std::min(m_bounds.top, top), std::max(m_bounds.right, right),
+                std::max(m_bounds.bottom, bottom)};
 }
 
 void PictureDevice::UseStroke(const Stroke& stroke) {

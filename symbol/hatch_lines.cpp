@@ -79,6 +79,15 @@ struct Crossing {
     double x, y;
 };
 
+// The point that Cross_P gives for a line and an edge that are known to meet, to the last bit.
+Crossing Meeting(const Point& p0, const Point& p1, const double* a, const double* b) {
+    const double dx = p1.x - p0.x;
+    const double dy = p1.y - p0.y;
+    const double determinant = dx * (b[1] - a[1]) - dy * (b[0] - a[0]);
+    const double g = (a[0] - p0.x) * (b[1] - p0.y) - (b[0] - p0.x) * (a[1] - p0.y);
+    return {p0.x + dx * g / determinant, p0.y + dy * g / determinant};
+}
+
 // Sorts the crossings along the line: neighbours that go the wrong way in x or in y change places.
 void SortAlong(const Point& from, Crossing* p, int n) {
     for (int end = n - 1; end > 0; --end)
@@ -115,7 +124,8 @@ class Filling {
     int m_n;
     const double* m_xy;
     const Family& m_family;
-    double* m_edges;  // of each edge the lines that may meet it, as real line numbers
+    double* m_edges;  // of each edge the lowest and highest line number, as reals
+    double m_margin = 0.0;
     Store& m_store;
     LeftOut& m_leftOut;
     std::int64_t m_first = 0;  // the lines that may meet the polygon
@@ -151,10 +161,7 @@ Filling::Filling(int n, const double* xy, const Family& family, double* edges, S
     const double margin =
         (2.0 * std::fabs(geometry::state().mini) + kRounding * largest) * (1.0 + std::fabs(family.slope)) * inverse;
     if (!(std::fabs(low) < kMostSteps) || !(std::fabs(high) < kMostSteps) || !(margin < kMostSteps)) return;
-    for (int i = 0; i < n; ++i) {
-        m_edges[2 * i] = std::ceil(m_edges[2 * i] - margin);
-        m_edges[2 * i + 1] = std::floor(m_edges[2 * i + 1] + margin);
-    }
+    m_margin = margin;
     m_low = low;
     m_high = high;
     m_first = static_cast<std::int64_t>(std::ceil(low - margin));
@@ -197,21 +204,28 @@ void Filling::CrossWindow() {
         m_lines[static_cast<std::size_t>(i)].count = 0;
         m_lines[static_cast<std::size_t>(i)].met = 0;
     }
+    // A line that passes both ends of an edge by more than this meets it; a tolerance of metres is no tolerance.
+    const double beside = std::fabs(geometry::state().mini) < 1.0 ? m_margin : std::numeric_limits<double>::infinity();
     const auto begin = static_cast<double>(m_begin);
     const double end = begin + m_size - 1.0;
     for (int i = 0; i < m_n; ++i) {
-        const double low = std::max(m_edges[2 * i], begin);
-        const double high = std::min(m_edges[2 * i + 1], end);
+        const double low = std::max(std::ceil(m_edges[2 * i] - m_margin), begin);
+        const double high = std::min(std::floor(m_edges[2 * i + 1] + m_margin), end);
         if (!(low <= high)) continue;
+        const double surelyFrom = m_edges[2 * i] + beside;
+        const double surelyTo = m_edges[2 * i + 1] - beside;
         const int next = i + 1 < m_n ? i + 1 : 0;
         const auto last = static_cast<std::int64_t>(high);
         for (auto j = static_cast<std::int64_t>(low); j <= last; ++j) {
             const double u = m_family.Place(j);
             const Point p0 = m_family.First(u);
             const Point p1 = m_family.Second(u);
+            const auto number = static_cast<double>(j);
             Crossing crossing = {};
-            if (Cross_P(crossing.x, crossing.y, p0.x, p0.y, p1.x, p1.y, m_xy[2 * i], m_xy[2 * i + 1], m_xy[2 * next],
-                        m_xy[2 * next + 1]) != 0)
+            if (number > surelyFrom && number < surelyTo)
+                crossing = Meeting(p0, p1, &m_xy[2 * i], &m_xy[2 * next]);
+            else if (Cross_P(crossing.x, crossing.y, p0.x, p0.y, p1.x, p1.y, m_xy[2 * i], m_xy[2 * i + 1],
+                             m_xy[2 * next], m_xy[2 * next + 1]) != 0)
                 continue;
             Line& line = m_lines[static_cast<std::size_t>(j - m_begin)];
             ++line.met;

@@ -97,10 +97,12 @@ class Plain {
                 met.push_back(p);
         }
         if (met.empty()) return false;
-        const Point from = p0;
-        std::sort(met.begin(), met.end(), [&](const Point& a, const Point& b) {
-            return std::hypot(a.x - from.x, a.y - from.y) < std::hypot(b.x - from.x, b.y - from.y);
-        });
+        // The rule of order among neighbours, which a crossing ahead of the line's first point can upset.
+        for (std::size_t left = met.size(); left > 1; --left)
+            for (std::size_t i = 0; i + 1 < left; ++i)
+                if ((met[i].x - p0.x) * (met[i + 1].x - met[i].x) < 0.0 ||
+                    (met[i].y - p0.y) * (met[i + 1].y - met[i].y) < 0.0)
+                    std::swap(met[i], met[i + 1]);
         for (std::size_t i = 0; i + 1 < met.size() && store.size() < 4 * 495; i += 2)
             store.insert(store.end(), {met[i].x, met[i].y, met[i + 1].x, met[i + 1].y});
         return true;
@@ -149,6 +151,23 @@ TEST(GenerateHatchLines, GivesTheLinesOfThePlainFormBitForBit) {
         ExpectSame(Plain(xy).FamilyB(a2, d2), grid.out.data() + static_cast<std::ptrdiff_t>(4 * first),
                    grid.out[static_cast<std::size_t>(2 * grid.count) + 1]);
         if (HasFatalFailure()) FAIL() << "round " << round << ", " << n << " points";
+    }
+}
+
+TEST(GenerateHatchLines, GivesThePlainLinesWithACoarseToleranceToo) {
+    ZM_TRACE_SEED();
+    zm::test::Random random(53);
+    for (const double tolerance : {1e-3, 0.1, 5.0, 1e4}) {
+        const double before = SetMINI(tolerance);
+        for (int round = 0; round < 40; ++round) {
+            const auto xy = Star(random, random.Int(3, 60), 0.0, 0.0, random.Real(1.0, 200.0));
+            const double a = random.Real(0.02, 1.5);
+            const double d = random.Real(0.3, 5.0);
+            const Result r = Fast(xy, a, d, 0.0, 0.0, 2);
+            ExpectSame(Plain(xy).FamilyB(a, d), r.out.data(), r.out[static_cast<std::size_t>(2 * r.count) + 1]);
+        }
+        SetMINI(before);
+        if (HasFatalFailure()) FAIL() << "tolerance " << tolerance;
     }
 }
 

@@ -26,17 +26,17 @@ constexpr ZoneEllipsoid kFamily80{6378140.0, 0.006694384999588};
 constexpr ZoneEllipsoid kFamily84{6378137.0, 0.0066943800229};
 
 struct SystemRow {
-    znCoordSysTypeConstants system;
     const ZoneEllipsoid* ellipsoid;
+    znCoordSysTypeConstants system;
     int width;
 };
 constexpr SystemRow kSystems[] = {
-    {znCoord54, &kFamily54, 6},   {znCoord54G6, &kFamily54, 6}, {znCoord54G3, &kFamily54, 3},
-    {znCoord80, &kFamily80, 6},   {znCoord80G6, &kFamily80, 6}, {znCoord80G3, &kFamily80, 3},
-    {znCoord84G3, &kFamily84, 3},  // Required: 10084, not 10384, which is an unknown value and has width 6.
-    {znCoord84G6, &kFamily84, 6},
+    {&kFamily54, znCoord54, 6},   {&kFamily54, znCoord54G6, 6}, {&kFamily54, znCoord54G3, 3},
+    {&kFamily80, znCoord80, 6},   {&kFamily80, znCoord80G6, 6}, {&kFamily80, znCoord80G3, 3},
+    {&kFamily84, znCoord84G3, 3},  // Required: 10084, not 10384, which is an unknown value and has width 6.
+    {&kFamily84, znCoord84G6, 6},
 };
-constexpr SystemRow kUnknownSystem{znCoordNone, &kFamily84, 6};
+constexpr SystemRow kUnknownSystem{&kFamily84, znCoordNone, 6};
 
 const SystemRow& RowOf(znCoordSysTypeConstants system) {
     for (const SystemRow& row : kSystems)

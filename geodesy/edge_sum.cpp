@@ -122,8 +122,9 @@ double EquatorSum::Of(const Edge& edge) const {
 double EquatorSum::Loop(const Edge& edge) const {
     const double d = (edge.B1 - edge.B0) / edge.pieces;
     const double width = (edge.L1 - edge.L0) / edge.pieces;
+    const int pieces = TruncatedToInt(edge.pieces);
     double sum = 0.0;
-    for (double j = 0.0; j < edge.pieces; j += 1.0) sum += F(SinCosOf(edge.B0 + (j + 0.5) * d).sin) * m_G * width;
+    for (int j = 0; j < pieces; ++j) sum += F(SinCosOf(edge.B0 + (j + 0.5) * d).sin) * m_G * width;
     return sum;
 }
 
@@ -154,8 +155,9 @@ double MeridianSum::Loop(const Edge& edge) const {
     const double d = (edge.B1 - edge.B0) / edge.pieces;
     const double width = (edge.L1 - edge.L0) / edge.pieces;
     const OddSines half(SinCosOf(d / 2.0));
+    const int pieces = TruncatedToInt(edge.pieces);
     double sum = 0.0;
-    for (double j = 0.0; j < edge.pieces; j += 1.0) {
+    for (int j = 0; j < pieces; ++j) {
         const OddCosines middle(SinCosOf(edge.B0 + (j + 0.5) * d));
         double T = 0.0;
         for (int i = 4; i >= 0; --i) T += m_multiple[i] * half.sin[i] * middle.cos[i];

@@ -39,8 +39,8 @@ void BM_dms_rad(benchmark::State& run) {
 }
 BENCHMARK(BM_dms_rad);
 
-// The peer: the same fields by modf of the C library, without thresholds and signs.
-void BM_peer_modf_packing(benchmark::State& run) {
+// The limit: the same fields by modf of the C library, without thresholds and signs.
+void BM_limit_packing(benchmark::State& run) {
     OverAngles(run, [](double v) {
         double degrees = 0.0;
         double minutes = 0.0;
@@ -48,7 +48,7 @@ void BM_peer_modf_packing(benchmark::State& run) {
         return degrees + minutes / 100.0 + seconds / 10000.0;
     });
 }
-BENCHMARK(BM_peer_modf_packing);
+BENCHMARK(BM_limit_packing);
 
 template <class Function>
 void OverLines(benchmark::State& run, Function function) {

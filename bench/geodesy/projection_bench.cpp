@@ -162,8 +162,8 @@ BENCHMARK(BM_InverseOfForwardArray);
 constexpr const char* kFast = "+proj=tmerc +approx +lat_0=0 +lon_0=0 +k=1 +a=6378137 +b=6356752.31414036 +units=m";
 constexpr const char* kDefault = "+proj=tmerc +lat_0=0 +lon_0=0 +k=1 +a=6378137 +b=6356752.31414036 +units=m";
 
-// PROJ's array call over interleaved coordinates that are refilled before each pass, the filling counted out by
-// pausing nothing: it costs below two per cent.
+// PROJ's array call works in place, so its coordinates are copied in before each call: in pieces that stay in the
+// cache, where the copying costs some two per cent.
 void OverProj(benchmark::State& run, const char* definition, PJ_DIRECTION direction) {
     const Positions& in = Input();
     PJ_CONTEXT* context = proj_context_create();
@@ -173,14 +173,17 @@ void OverProj(benchmark::State& run, const char* definition, PJ_DIRECTION direct
         proj_context_destroy(context);
         return;
     }
-    std::vector<PJ_COORD> coords(kInputs);
+    constexpr std::size_t kPiece = 1024;
+    std::vector<PJ_COORD> coords(kPiece);
     for (auto _ : run) {
-        for (std::size_t i = 0; i < kInputs; ++i)
-            coords[i] =
-                direction == PJ_FWD ? proj_coord(in.l[i], in.B[i], 0.0, 0.0) : proj_coord(in.y[i], in.x[i], 0.0, 0.0);
-        proj_trans_array(projection, direction, kInputs, coords.data());
-        benchmark::DoNotOptimize(coords.data());
-        benchmark::ClobberMemory();
+        for (std::size_t at = 0; at < kInputs; at += kPiece) {
+            for (std::size_t i = 0; i < kPiece; ++i)
+                coords[i] = direction == PJ_FWD ? PJ_COORD{{in.l[at + i], in.B[at + i], 0.0, 0.0}}
+                                                : PJ_COORD{{in.y[at + i], in.x[at + i], 0.0, 0.0}};
+            proj_trans_array(projection, direction, kPiece, coords.data());
+            benchmark::DoNotOptimize(coords.data());
+            benchmark::ClobberMemory();
+        }
     }
     Count(run);
     proj_destroy(projection);

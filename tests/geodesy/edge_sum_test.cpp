@@ -155,6 +155,33 @@ TEST(EdgeSums, SpecialEdges) {
     EXPECT_EQ(meridian.Of({0.5, 0.1, 0.5, 0.7, 100.0}), 0.0);  // along a parallel
 }
 
+// Beside every threshold that chooses a form the result stays that of the loop.
+TEST(EdgeSums, BothFormsMeetAtTheirThresholds) {
+    const EquatorSum equator(kA, kE2);
+    const MeridianSum meridian(kMultiples, 6356752.0);
+    const double kChanges[] = {1e-9, 0.5, 0.5 / 3, 0.5 / 5, 0.5 / 7, 0.5 / 9, 1.0};  // |X|, where forms change
+    for (const double X : kChanges) {
+        for (const double beside : {std::nextafter(X, 0.0), X, std::nextafter(X, 9.0)}) {
+            for (const double pieces : {1.0, 2.0, 7.0, 8.0, 9.0, 17.0, 1000.0}) {
+                const Edge e{0.3, 0.2, 0.3 + 2.0 * beside, 0.25, pieces};
+                const double equatorLoop = equator.Loop(e);
+                const double meridianLoop = meridian.Loop(e);
+                EXPECT_NEAR(equator.Of(e), equatorLoop, 1e-13 * std::abs(equatorLoop)) << X << ' ' << pieces;
+                EXPECT_NEAR(meridian.Of(e), meridianLoop, 1e-13 * std::abs(meridianLoop)) << X << ' ' << pieces;
+            }
+        }
+    }
+    // Nine halves of a piece's latitude about 1 radian, with 8 pieces: the loop above it, the closed form below.
+    for (const double dB : {1.7777, 1.7778, 1.778}) {
+        const Edge e{-0.8, 0.2, -0.8 + dB, 0.25, 8.0};
+        EXPECT_NEAR(equator.Of(e), equator.Loop(e), 1e-12 * kA * kA * 0.05);
+        EXPECT_NEAR(meridian.Of(e), meridian.Loop(e), 1e-12 * std::abs(meridian.Loop(e)));
+    }
+    EXPECT_TRUE(zm::geodesy::HasClosedForm(8.0, 1.7777));
+    EXPECT_FALSE(zm::geodesy::HasClosedForm(8.0, 1.7778));
+    EXPECT_FALSE(zm::geodesy::HasClosedForm(7.0, 0.1));
+}
+
 TEST(PieceCount, FollowsTheRules) {
     const auto plain = zm::geodesy::PieceRuleOf(kA, kE2, 1.0);
     EXPECT_EQ(zm::geodesy::PieceCount(plain, 2.5 * kDegree, 0.0), 3.0);

@@ -39,12 +39,16 @@ bool AccessRefused(int error) {
 
 }  // namespace
 
-fs::path SystemPath(const char* path) {
+fs::path PathAsWritten(const char* path) {
     std::string utf8 = gbk::ToUtf8(path != nullptr ? path : "");
 #if !defined(_WIN32)
     std::replace(utf8.begin(), utf8.end(), '\\', '/');
 #endif
-    fs::path raw(reinterpret_cast<const char8_t*>(utf8.c_str()));
+    return fs::path(reinterpret_cast<const char8_t*>(utf8.c_str()));
+}
+
+fs::path SystemPath(const char* path) {
+    fs::path raw = PathAsWritten(path);
 #if !defined(_WIN32)
     std::error_code ignored;
     if (!raw.empty() && !fs::exists(raw, ignored)) return FollowIgnoringCase(raw);

@@ -12,6 +12,9 @@ namespace zm::files {
 /// Bytes of a path text, without its end byte, that the fixed fields of the library hold.
 constexpr std::size_t kPathLimit = 255;
 
+/// The system's path of a GBK path text as it is written. Both separators count.
+std::filesystem::path PathAsWritten(const char* path);
+
 /// The system's path of a GBK path text. Both separators count; where the system tells cases apart and the path as
 /// written does not exist, each component falls back to an existing name that differs in case only.
 std::filesystem::path SystemPath(const char* path);

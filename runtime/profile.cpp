@@ -23,10 +23,14 @@ std::string_view View(const char* text) {
     return text != nullptr ? std::string_view(text) : std::string_view("", 0);
 }
 
+bool IsBareName(std::string_view file) {
+    return files::LastSeparator(file) == std::string_view::npos;
+}
+
 // Where a file lies: a bare name in the configuration directory. Empty where there is no such place.
 fs::path PathOf(const char* file) {
     if (file == nullptr || *file == '\0') return {};
-    if (files::LastSeparator(file) != std::string_view::npos) return files::SystemPath(file);
+    if (!IsBareName(file)) return files::SystemPath(file);
     const fs::path directory = system::ConfigDirectory();
     if (directory.empty()) return {};
     return files::SystemPathIn(directory, file);
@@ -91,8 +95,9 @@ bool Submit(const char* file, Edit edit) {
 
 const Text* ReadFile(const char* file) {
     if (!runtime::state().pendingWrites.files.empty()) Flush();
-    const fs::path path = PathOf(file);
-    return path.empty() ? nullptr : runtime::state().profiles.Read(path);
+    if (file == nullptr || *file == '\0') return nullptr;
+    Cache& profiles = runtime::state().profiles;
+    return IsBareName(file) ? profiles.Read(PathOf(file)) : profiles.Read(file);
 }
 
 // Takes the list of texts, each with an end byte, into a buffer: all of it and one end byte more, or what fits and two.

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "runtime/files.h"
+
 namespace zm::profile {
 namespace {
 
@@ -12,7 +14,20 @@ constexpr std::size_t kBytesKept = 32u << 20;  // of source text; the file read 
 
 const Text* Cache::Read(const std::filesystem::path& file) {
     system::FileStamp stamp;
-    if (!system::StampOfFile(file, stamp)) return nullptr;
+    return system::StampOfFile(file, stamp) ? Read(file, stamp) : nullptr;
+}
+
+const Text* Cache::Read(const char* path) {
+    if (m_pathText != path) {
+        m_pathText = path;
+        m_path = files::PathAsWritten(path);
+    }
+    // One question to the system for each read, as long as the file has the name that is asked for.
+    system::FileStamp stamp;
+    return system::StampOfFile(m_path, stamp) ? Read(m_path, stamp) : Read(files::SystemPath(path));
+}
+
+const Text* Cache::Read(const std::filesystem::path& file, system::FileStamp& stamp) {
     const auto kept =
         std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry& entry) { return entry.stamp.SameAs(stamp); });
     if (kept != m_entries.end() && kept->stamp.settled) {

@@ -17,15 +17,20 @@ class Cache {
  public:
     /// The parsed file; null where there is no such regular file or it cannot be read. Valid until the next call.
     const Text* Read(const std::filesystem::path& file);
+    /// The same for a GBK path text that has a separator.
+    const Text* Read(const char* path);
 
  private:
     struct Entry {
         system::FileStamp stamp;
         std::shared_ptr<const Text> text;
     };
+    const Text* Read(const std::filesystem::path& file, system::FileStamp& stamp);
     void Keep(Entry entry);
 
     std::vector<Entry> m_entries;  // the latest used last
+    std::string m_pathText;        // the last path text, and what it is for the system as it is written
+    std::filesystem::path m_path;
 };
 
 /// The changes that a batch collected, by file, in their order.

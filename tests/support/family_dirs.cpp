@@ -33,7 +33,7 @@ FamilyDirs::FamilyDirs()
     : m_hadConfig(std::getenv(kConfigHome) != nullptr), m_current((fs::create_directories(Project()), Project())) {
     if (m_hadConfig) m_previousConfig = std::getenv(kConfigHome);
     fs::create_directories(Ini());
-    SetEnvironment(kConfigHome, (m_scratch.path() / "config").c_str());
+    SetEnvironment(kConfigHome, (m_scratch.path() / "config").string().c_str());
     runtime::ResetState();
     runtime::StartProjectFiles();
     runtime::TqFileContext& project = runtime::Project();

@@ -15,6 +15,7 @@ constexpr double kPi = 3.141592653589793;
 constexpr double kCell = 0.5;            // millimetres of paper
 constexpr double kMostCells = 16.0e6;
 constexpr double kGap = 0.5;             // millimetres between a symbol and its label
+constexpr double kRepeat = 90.0;         // millimetres between two labels of one name along lines
 constexpr double kBarGap = 0.3;          // millimetres between the two texts of a fraction and its bar
 constexpr double kDecimalInset = 1.0;    // widths: where a decimal point stands is for the library to say
 constexpr std::uint8_t kLabel = 255;
@@ -247,6 +248,16 @@ void LabelPlacer::Centred(const Shape& shape, const Text& text) {
     if (!Try(candidates, text)) ++m_withoutRoom;
 }
 
+// A street in many pieces has its name once in a while, not on each.
+bool LabelPlacer::IsNearItsLike(const std::string& label, double x, double y) {
+    std::vector<PP>& places = m_repeated[label];
+    const double reach = m_page.Ground(kRepeat);
+    for (const PP& p : places)
+        if (std::hypot(p.x - x, p.y - y) < reach) return true;
+    places.push_back({x, y});
+    return false;
+}
+
 void LabelPlacer::Along(const Shape& shape, const Text& text) {
     const Chain& chain = shape.chains.front();
     const double all = LengthOf(chain);
@@ -275,6 +286,9 @@ void LabelPlacer::Along(const Shape& shape, const Text& text) {
                               cy - text.length / 2 * s - text.height / 2 * c, radians,
                               (1.0 - span / text.length) * 2.0 + 0.01 * i});
     }
+    double x = 0.0, y = 0.0, direction = 0.0;
+    PointAlong(chain, all / 2, x, y, direction);
+    if (candidates.empty() || IsNearItsLike(text.use.label, x, y)) return;
     if (!Try(candidates, text)) ++m_withoutRoom;
 }
 
@@ -294,7 +308,7 @@ void LabelPlacer::Decimal(const Shape& shape, const Text& text) {
 // Characters stand upright along the line, the first where reading begins: on the left, or on top of a steep line.
 void LabelPlacer::Spread(const Shape& shape, const Text& text) {
     Chain chain = shape.chains.front();
-    const int n = Run{text.use.label, 0.0}.characters();
+    const int n = Run{text.use.label, 0.0, 0.0}.characters();
     const double w = text.lettering.width, h = text.lettering.height;
     const double all = LengthOf(chain);
     double step = w + (text.lettering.interval > 0.0 ? text.lettering.interval : 2.0 * w);

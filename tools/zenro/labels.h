@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -64,11 +65,13 @@ class LabelPlacer {
     void Along(const Shape& shape, const Text& text);
     void Decimal(const Shape& shape, const Text& text);
     void Spread(const Shape& shape, const Text& text);
+    bool IsNearItsLike(const std::string& label, double x, double y);
 
     const Page& m_page;
     TqNoteLayBase& m_notes;
     Cover& m_cover;
     std::vector<PlacedLabel> m_labels;
+    std::map<std::string, std::vector<PP>> m_repeated;  // where names along lines stand
     long m_withoutRoom = 0;
 };
 

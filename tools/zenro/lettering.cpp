@@ -14,6 +14,14 @@ constexpr int kRecording = 3;
 constexpr double kDegree = 3.141592653589793 / 180.0;
 constexpr double kWideClass = 0.8;  // width to height from which a class's width is that of a Chinese character
 
+constexpr double kNarrowSpare = 0.15;  // of a one-byte character's width, beside Chinese
+
+// The letters with tone marks that the code page has.
+bool IsAccentedLetter(char lead, char trail) {
+    const auto t = static_cast<unsigned char>(trail);
+    return static_cast<unsigned char>(lead) == 0xA8 && t >= 0xA1 && t <= 0xC0;
+}
+
 std::vector<char> Writable(const std::string& text) {
     return std::vector<char>(text.c_str(), text.c_str() + text.size() + 1);
 }
@@ -57,7 +65,7 @@ int Run::characters() const {
 }
 
 double Run::length() const {
-    return characters() * width;
+    return (characters() + (spare > 0.0 ? characters() * spare : 0.0)) * width;
 }
 
 std::vector<Run> RunsOf(const std::string& gbk, const Lettering& lettering) {
@@ -65,13 +73,19 @@ std::vector<Run> RunsOf(const std::string& gbk, const Lettering& lettering) {
     std::vector<Run> runs;
     bool lastWide = false;
     for (std::size_t i = 0; i < gbk.size();) {
-        const bool wide = gbk::IsLead(gbk[i]) && i + 1 < gbk.size();
+        const bool two = gbk::IsLead(gbk[i]) && i + 1 < gbk.size();
+        // An accented letter stays in its word. A run never begins with one: its first byte decides on the font.
+        const bool wide = two && !(IsAccentedLetter(gbk[i], gbk[i + 1]) && !runs.empty() && !lastWide);
         if (runs.empty() || wide != lastWide)
             runs.push_back({{}, wide || !wideClass ? lettering.width : lettering.width / 2.0});
         lastWide = wide;
-        runs.back().text.append(gbk, i, wide ? 2 : 1);
-        i += wide ? 2 : 1;
+        runs.back().text.append(gbk, i, two ? 2 : 1);
+        i += two ? 2 : 1;
     }
+    // Digits are wider than the average character by which a font is stretched.
+    if (runs.size() > 1 && wideClass)
+        for (Run& run : runs)
+            if (!gbk::IsLead(run.text.front())) run.spare = kNarrowSpare;
     return runs;
 }
 

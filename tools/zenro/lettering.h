@@ -27,6 +27,7 @@ Lettering LetteringOf(TqNoteLayBase& notes, char note);
 struct Run {
     std::string text;
     double width;  // of a character
+    double spare = 0.0;  // room behind each character, as a part of its width
     double length() const;
     int characters() const;
 };

@@ -21,7 +21,7 @@ constexpr int kColourDevice = 0, kDwg = 1, kMonochromeDevice = 2, kRecording = 3
 constexpr double kLargestPixel = 29000.0;  // the library limits device coordinates to 30000
 constexpr double kVectorDpi = 508.0;       // 20 pixels a millimetre
 constexpr double kImageDpi = 254.0;        // 10 pixels a millimetre
-constexpr double kMostImagePixels = 400.0e6;
+constexpr double kMostImagePixels = 150.0e6;
 
 int PixelsOf(double millimetres, double dpi) {
     return static_cast<int>(std::lround(millimetres / 25.4 * dpi));

@@ -11,6 +11,19 @@
 namespace fs = std::filesystem;
 
 namespace zm::tool {
+namespace {
+
+// The letter without its accent, of U+00C0 to U+00FF; empty for any other character.
+std::string PlainLetter(const std::string& utf8) {
+    if (utf8.size() != 2 || static_cast<unsigned char>(utf8[0]) != 0xC3) return {};
+    static constexpr const char* kPlain[64] = {
+        "A", "A", "A", "A", "A", "A", "AE", "C", "E", "E", "E", "E", "I", "I", "I", "I", "D", "N", "O", "O", "O", "O",
+        "O", "",  "O", "U", "U", "U", "U",  "Y", "",  "ss", "a", "a", "a", "a", "a", "a", "ae", "c", "e", "e", "e", "e",
+        "i", "i", "i", "i", "d", "n", "o",  "o", "o", "o", "o", "", "o", "u", "u", "u", "u", "y", "", "y"};
+    return kPlain[static_cast<unsigned char>(utf8[1]) & 0x3FU];
+}
+
+}  // namespace
 
 std::string Trim(std::string_view text) {
     const std::size_t first = text.find_first_not_of(" \t\r\n");
@@ -77,7 +90,21 @@ fs::path FromLibraryPath(const char* path) {
 }
 
 std::string ToLibraryText(const std::string& utf8, char replacement, int& lost) {
-    return gbk::FromUtf8(utf8, &lost, replacement);
+    std::string whole = gbk::FromUtf8(utf8, &lost, replacement);
+    if (lost == 0) return whole;
+    // Character by character, the accented letters of Western Europe by their plain ones.
+    std::string text;
+    for (std::size_t i = 0; i < utf8.size();) {
+        std::size_t next = i + 1;
+        while (next < utf8.size() && (static_cast<unsigned char>(utf8[next]) & 0xC0U) == 0x80) ++next;
+        const std::string one = utf8.substr(i, next - i);
+        i = next;
+        int missing = 0;
+        const std::string converted = gbk::FromUtf8(one, &missing, replacement);
+        const std::string plain = missing > 0 ? PlainLetter(one) : std::string();
+        text += plain.empty() ? converted : plain;
+    }
+    return text;
 }
 
 }  // namespace zm::tool

@@ -23,7 +23,8 @@ std::string LibraryPath(const std::filesystem::path& path);
 /// A path that the library gave, as the system's.
 std::filesystem::path FromLibraryPath(const char* path);
 
-/// Text for the library. What GBK lacks becomes the replacement; lost counts it.
+/// Text for the library. A letter whose accent GBK lacks becomes the plain letter, anything else that it lacks the
+/// replacement; lost counts both.
 std::string ToLibraryText(const std::string& utf8, char replacement, int& lost);
 
 }  // namespace zm::tool

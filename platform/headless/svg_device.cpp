@@ -137,14 +137,22 @@ std::string SvgDevice::Document() const {
     head += numbers::Text("<rect width=\"%d\" height=\"%d\" fill=\"#ffffff\"/>\n", m_width, m_height);
     // A whole number is the centre of a pixel.
     head += "<g transform=\"translate(0.5 0.5)\" fill=\"none\" stroke-linecap=\"round\" stroke-linejoin=\"round\">\n";
-    std::string open;
-    if (!m_path.empty()) open = "<path" + m_pathStyle + " d=\"" + m_path + "\"/>\n";
-    return head + m_body + open + "</g>\n</svg>\n";
+    return head + m_body + OpenPath() + "</g>\n</svg>\n";
+}
+
+// The path that is being gathered as an element; under opaque gaps a line in their colour lies below the dashes.
+std::string SvgDevice::OpenPath() const {
+    if (m_path.empty()) return {};
+    const auto element = [this](const std::string& style) { return "<path" + style + " d=\"" + m_path + "\"/>\n"; };
+    if (!m_pathIsLine || !m_lastStroke.opaqueGaps || DashesOf(m_lastStroke.style).empty()) return element(m_pathStyle);
+    Stroke under = m_lastStroke;
+    under.style = PS_SOLID;
+    under.color = m_lastStroke.gapColor;
+    return element(StrokeStyle(under)) + element(m_pathStyle);
 }
 
 void SvgDevice::EndPath() {
-    if (m_path.empty()) return;
-    m_body += "<path" + m_pathStyle + " d=\"" + m_path + "\"/>\n";
+    m_body += OpenPath();
     m_path.clear();
 }
 
@@ -165,17 +173,10 @@ void SvgDevice::Draw(const Stroke& stroke, const std::string& path) {
     m_path += path;
 }
 
+// Lines that go on where the last one ended stay connected, so that dashes run on along a curve of short pieces.
 int SvgDevice::Line(const Stroke& stroke, int x1, int y1, int x2, int y2) {
-    if (stroke.opaqueGaps && !DashesOf(stroke.style).empty()) {
-        Stroke under = stroke;
-        under.style = PS_SOLID;
-        under.color = stroke.gapColor;
-        under.opaqueGaps = false;
-        Line(under, x1, y1, x2, y2);
-        EndPath();
-    }
     const bool goesOn = !m_path.empty() && m_pathIsLine && stroke == m_lastStroke && m_pathEnd.x == x1 &&
-                        m_pathEnd.y == y1 && m_path.size() <= kLongestPath && DashesOf(stroke.style).empty();
+                        m_pathEnd.y == y1 && m_path.size() <= kLongestPath;
     std::string path = goesOn ? std::string() : numbers::Text("M%d %d", x1, y1);
     path += numbers::Text("L%d %d", x2, y2);
     Draw(stroke, path);

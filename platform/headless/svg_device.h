@@ -28,6 +28,7 @@ class ZM_API SvgDevice : public Device {
  private:
     void Draw(const Stroke& stroke, const std::string& path);
     void Put(const std::string& element);
+    std::string OpenPath() const;
     void EndPath();
     std::string ClippedTo(const Region::Outline& outline);
     std::string PaintOf(const Fill& fill);

@@ -281,6 +281,23 @@ TEST(Svg, GathersStrokesWithOnePenInOnePath) {
     EXPECT_NE(svg.Document().find("<path stroke=\"#000000\" d=\"M1 2L3 4L5 6M7 8L9 10\"/>"), std::string::npos);
 }
 
+TEST(Svg, DashesRunOnAlongConnectedStrokesOverTheirOpaqueGaps) {
+    SvgDevice svg(100, 50);
+    const HPEN pen = device::CreatePen(PS_DASH, 2, 0x0000FF);
+    device::SelectObject(&svg, pen);
+    for (int x = 0; x < 30; x += 10) {
+        device::MoveToEx(&svg, x, 5, nullptr);
+        device::LineTo(&svg, x + 10, 5);
+    }
+    const std::string document = svg.Document();
+    EXPECT_NE(document.find("<path stroke=\"#ffffff\" stroke-width=\"2\" d=\"M0 5L10 5L20 5L30 5\"/>\n"
+                            "<path stroke=\"#ff0000\" stroke-width=\"2\" stroke-linecap=\"butt\" "
+                            "stroke-dasharray=\"36 12\" d=\"M0 5L10 5L20 5L30 5\"/>"),
+              std::string::npos)
+        << document;
+    device::DeleteObject(pen);
+}
+
 TEST(Svg, TheSameCallsGiveTheSameBytes) {
     const auto draw = [] {
         SvgDevice svg(100, 50, 210.0, 105.0);

@@ -84,7 +84,8 @@ void SymbolFileReader::StoreSegment() {
 
 // One pair behind each blank of the line, up to the first blank that has none.
 void SymbolFileReader::StorePolyline() {
-    if (m_line.c_str() + m_line.find(' ') < BehindOperator().at()) Note(Remark::kPolylineIndented);
+    const auto behind = static_cast<std::size_t>(BehindOperator().at() - m_line.c_str());
+    if (m_line.find(' ') < behind) Note(Remark::kPolylineIndented);
     std::size_t pairs = 0;
     for (std::size_t blank = m_line.find(' '); blank != std::string::npos; blank = m_line.find(' ', blank + 1)) {
         Scanner scanner(m_line.c_str() + blank);

@@ -20,7 +20,7 @@ inline bool IsNear(double pointX, double pointY, double x, double y) {
 /// far-off point does not throw all the others into one cell. Within a cell the points keep their order.
 class HeightGrid {
  public:
-    struct Entry {
+    struct alignas(32) Entry {  // two to a cache line, none across one
         double x, y, h;
         int number;  // place in the arrays that the grid was built from
     };

@@ -76,10 +76,9 @@ ZM_API extern LCBODY TheLCBody;
 /// TheBody, nBody and TheLCBody become null, 0 and all zero, and no symbol is current. Every code that the file does
 /// not define is a plain line with number 0. Messages, all through _LMsg, and reading goes on where not said otherwise:
 /// "symbol.dat code=%d err" for an operator outside 1 to 9, with the symbol's code;
-/// "'LC' too large,change to 'L'" for the 301st line-class symbol;
 /// a text that the library is too large, with 8000 or more body records, 1000 or more L, E and Y headers or 300 or more
-/// line-class symbols in use at a header; reading stops and what was read stands.
-/// A body that does not fit into the 8000 records, or a pattern of more than 16 tokens, is cut and told.
+/// line-class symbols in use at a header; reading stops and what was read stands, the last symbol whole;
+/// a pattern of more than 16 tokens or with a token of more than 19 characters; what is beyond is left out.
 ZM_API int TsymbolInit(const char* path);
 /// Frees the library. TheBody, nBody and TheLCBody are not cleared, and what TheBody points to is gone.
 ///
@@ -96,7 +95,8 @@ ZM_API int IsTsymboled();
 /// The same code twice in a row is answered without work. Placing and drawing symbols looks up others: what is current
 /// after insert or PROCESSALL is not told.
 ZM_API int getsymbody(int code);
-/// The head of the current symbol: status (a SymbolStatus), position, number. Before the first lookup 3, 0, 0.
+/// The head of the current symbol: status (a SymbolStatus), position, number. All 0 before the first lookup and
+/// without a library.
 ZM_API int TheHeadStatus();
 ZM_API int TheHeadPosition();
 ZM_API int TheHeadNumber();
@@ -163,8 +163,8 @@ ZM_API void _LDExText(double x, double y, char* text, int flags);
 ///               the caller's and stays in use. A text names a block file without ".dwg".
 ///
 /// Blocks are scaled by the scale denominator / 1000 if the twelfth character of entry 0 is a zero byte, or entry 0 is
-/// null or shorter, else by 1.0. A line-class symbol in vertex mode whose own code has a text is placed as that block
-/// on every vertex, besides its strokes.
+/// null or shorter, else by 1.0. A line-class symbol in vertex mode whose own code has a text calls insert with it at
+/// every vertex, besides its strokes; a block comes of that where the code given to NewLC is a graphic symbol.
 ZM_API void SetSymbolBlockTable(const char* const* table);
 
 /// Lays the current line-class symbol along a polyline; getsymbody(code) was called before.
@@ -214,7 +214,7 @@ ZM_API int DrawHatch(int n, double* xy, int code);
 /// \param group       the record's group; below 0 nothing is written and (x1, y1) becomes the file's offset, which is
 ///                    added to all later points
 /// \param f           the caller's open file; null writes nothing
-/// \return            no after the record; 0 for an offset
+/// \return            no after the record; 0 for an offset and for a null file
 ///
 /// A record is "%3d 2 1" with the group and twice "%d %.3lf %.3lf 9999.0 " with number, x and y, a line each, with a
 /// decimal point in every locale.

@@ -32,7 +32,7 @@ Result Fast(const std::vector<double>& xy, double a1, double d1, double a2, doub
     return r;
 }
 
-// The families line by line, as their description has them; for directions that are no multiple of 90 degrees.
+// The families line by line, without any index; for directions that are no multiple of 90 degrees.
 class Plain {
  public:
     explicit Plain(std::vector<double> xy) : m_xy(std::move(xy)) {

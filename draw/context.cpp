@@ -35,6 +35,15 @@ double TenthsPerUnit() {
     return 1000.0 / state().paperScale * 10.0;
 }
 
+// Survey positions of the upper right (1) and the lower left (2) pixel of a view.
+struct ViewCorners {
+    ViewCorners(const CTqDraw& dc, int width, int height) {
+        dc.GetSurveyPos(x1, y1, width, 0);
+        dc.GetSurveyPos(x2, y2, 0, height);
+    }
+    double x1 = 0.0, y1 = 0.0, x2 = 0.0, y2 = 0.0;
+};
+
 }  // namespace
 
 CTqDraw::CTqDraw(int type)
@@ -130,16 +139,11 @@ void CTqDraw::GetSurveyPos(double& x, double& y, int px, int py) const {
 }
 
 void CTqDraw::GetViewArea(double& xmin, double& ymin, double& xmax, double& ymax) const {
-    double x1 = 0.0;
-    double y1 = 0.0;
-    double x2 = 0.0;
-    double y2 = 0.0;
-    GetSurveyPos(x1, y1, m_viewWidth, 0);
-    GetSurveyPos(x2, y2, 0, m_viewHeight);
-    xmin = std::min(x1, x2);
-    ymin = std::min(y1, y2);
-    xmax = std::max(x1, x2);
-    ymax = std::max(y1, y2);
+    const ViewCorners corners(*this, m_viewWidth, m_viewHeight);
+    xmin = std::min(corners.x1, corners.x2);
+    ymin = std::min(corners.y1, corners.y2);
+    xmax = std::max(corners.x1, corners.x2);
+    ymax = std::max(corners.y1, corners.y2);
 }
 
 double CTqDraw::GetPixelsByRealen(double len) const {
@@ -208,13 +212,8 @@ void CTqDraw::SetCutArea(double x1, double y1, double x2, double y2) {
 }
 
 void CTqDraw::SetCutArea() {
-    double x1 = 0.0;
-    double y1 = 0.0;
-    double x2 = 0.0;
-    double y2 = 0.0;
-    GetSurveyPos(x1, y1, m_viewWidth, 0);
-    GetSurveyPos(x2, y2, 0, m_viewHeight);
-    setcutarea(x2, y1, x1, y2);
+    const ViewCorners corners(*this, m_viewWidth, m_viewHeight);
+    setcutarea(corners.x2, corners.y1, corners.x1, corners.y2);
 }
 
 void CTqDraw::GetCutArea(double& left, double& top, double& right, double& bottom) const {

@@ -5,6 +5,7 @@
 
 #include "draw/device.h"
 #include "draw/numbers.h"
+#include "draw/sinks.h"
 #include "zenromath/draw.h"
 
 using namespace zm;
@@ -138,29 +139,21 @@ int CTqDraw::rectangle(double x1, double y1, double x2, double y2) {
     GetRMCoord(x1, y1);
     GetRMCoord(x2, y2);
     if (!AllFinite(x1, y1, x2, y2)) return 0;
-    int px1 = 0;
-    int py1 = 0;
-    int px2 = 0;
-    int py2 = 0;
-    GetViewPos(x1, y1, px1, py1);
-    GetViewPos(x2, y2, px2, py2);
-    return rectangle(px1, py1, px2, py2);
+    const draw::Pixel a = draw::PixelOf(*this, x1, y1);
+    const draw::Pixel b = draw::PixelOf(*this, x2, y2);
+    return rectangle(a.x, a.y, b.x, b.y);
 }
 
 DWORD CTqDraw::moveto(double x, double y) {
     GetRMCoord(x, y);
     if (!AllFinite(x, y)) return 0;
-    int px = 0;
-    int py = 0;
-    GetViewPos(x, y, px, py);
-    return moveto(px, py);
+    const draw::Pixel at = draw::PixelOf(*this, x, y);
+    return moveto(at.x, at.y);
 }
 
 int CTqDraw::lineto(double x, double y) {
     GetRMCoord(x, y);
     if (!AllFinite(x, y)) return 0;
-    int px = 0;
-    int py = 0;
-    GetViewPos(x, y, px, py);
-    return lineto(px, py);
+    const draw::Pixel at = draw::PixelOf(*this, x, y);
+    return lineto(at.x, at.y);
 }

@@ -42,14 +42,10 @@ HRGN ClipRectangle(const CTqDraw& dc) {
     double right = 0.0;
     double bottom = 0.0;
     dc.GetCutArea(left, top, right, bottom);
-    int x1 = 0;
-    int y1 = 0;
-    int x2 = 0;
-    int y2 = 0;
     // Required: the rectangle is not rotated, while the clip polygon is.
-    dc.GetViewPos(left, top, x1, y1);
-    dc.GetViewPos(right, bottom, x2, y2);
-    return device::CreateRectRgn(x1, y1, x2, y2);
+    const draw::Pixel topLeft = draw::PixelOf(dc, left, top);
+    const draw::Pixel bottomRight = draw::PixelOf(dc, right, bottom);
+    return device::CreateRectRgn(topLeft.x, topLeft.y, bottomRight.x, bottomRight.y);
 }
 
 HRGN ClipPolygon(const CTqDraw& dc) {

@@ -52,21 +52,27 @@ double LengthOf(const benchmark::State& run) {
     return run.range(0) == 0 ? kShort : kLong;
 }
 
+// Clips every segment once for each round.
+template <class Clip>
+void RunOverSegments(benchmark::State& run, const std::vector<Segment>& segments, Clip clip) {
+    for (auto _ : run) {
+        int left = 0;
+        for (Segment s : segments) {
+            left += static_cast<int>(clip(s));
+            benchmark::DoNotOptimize(s);
+        }
+        benchmark::DoNotOptimize(left);
+    }
+    run.SetItemsProcessed(run.iterations() * static_cast<std::int64_t>(segments.size()));
+}
+
 // ---- Rectangle ----
 
 void BM_RectangleClip(benchmark::State& run) {
     const auto& segments = Segments(LengthOf(run));
     CCutArea area(1);
     area.setcutarea(-700.0, -700.0, 700.0, 700.0);
-    for (auto _ : run) {
-        int left = 0;
-        for (Segment s : segments) {
-            left += area.cutline(s.x1, s.y1, s.x2, s.y2);
-            benchmark::DoNotOptimize(s);
-        }
-        benchmark::DoNotOptimize(left);
-    }
-    run.SetItemsProcessed(run.iterations() * static_cast<std::int64_t>(segments.size()));
+    RunOverSegments(run, segments, [&](Segment& s) { return area.cutline(s.x1, s.y1, s.x2, s.y2); });
 }
 BENCHMARK(BM_RectangleClip)->ArgName("long")->Arg(0)->Arg(1);
 
@@ -112,15 +118,7 @@ int BareClip(const Box& box, Segment& s) {
 void BM_RectangleBareCohenSutherland(benchmark::State& run) {
     const auto& segments = Segments(LengthOf(run));
     const Box box{-700.0, -700.0, 700.0, 700.0};
-    for (auto _ : run) {
-        int left = 0;
-        for (Segment s : segments) {
-            left += BareClip(box, s);
-            benchmark::DoNotOptimize(s);
-        }
-        benchmark::DoNotOptimize(left);
-    }
-    run.SetItemsProcessed(run.iterations() * static_cast<std::int64_t>(segments.size()));
+    RunOverSegments(run, segments, [&](Segment& s) { return BareClip(box, s); });
 }
 BENCHMARK(BM_RectangleBareCohenSutherland)->ArgName("long")->Arg(0)->Arg(1);
 
@@ -128,15 +126,7 @@ BENCHMARK(BM_RectangleBareCohenSutherland)->ArgName("long")->Arg(0)->Arg(1);
 void BM_RectangleAgg(benchmark::State& run) {
     const auto& segments = Segments(LengthOf(run));
     const agg::rect_d box(-700.0, -700.0, 700.0, 700.0);
-    for (auto _ : run) {
-        unsigned left = 0;
-        for (Segment s : segments) {
-            left += agg::clip_line_segment(&s.x1, &s.y1, &s.x2, &s.y2, box);
-            benchmark::DoNotOptimize(s);
-        }
-        benchmark::DoNotOptimize(left);
-    }
-    run.SetItemsProcessed(run.iterations() * static_cast<std::int64_t>(segments.size()));
+    RunOverSegments(run, segments, [&](Segment& s) { return agg::clip_line_segment(&s.x1, &s.y1, &s.x2, &s.y2, box); });
 }
 BENCHMARK(BM_RectangleAgg)->ArgName("long")->Arg(0)->Arg(1);
 #endif
@@ -167,15 +157,7 @@ void BM_PolygonClip(benchmark::State& run) {
     Ring ring = Coast(static_cast<int>(run.range(0)));
     CCutArea area(1);
     area.setcutarea(ring.n(), ring.x.data(), ring.y.data());
-    for (auto _ : run) {
-        int left = 0;
-        for (Segment s : segments) {
-            left += area.cutline(s.x1, s.y1, s.x2, s.y2);
-            benchmark::DoNotOptimize(s);
-        }
-        benchmark::DoNotOptimize(left);
-    }
-    run.SetItemsProcessed(run.iterations() * static_cast<std::int64_t>(segments.size()));
+    RunOverSegments(run, segments, [&](Segment& s) { return area.cutline(s.x1, s.y1, s.x2, s.y2); });
 }
 BENCHMARK(BM_PolygonClip)->Arg(10)->Arg(1000)->Arg(100000);
 

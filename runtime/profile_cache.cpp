@@ -1,6 +1,8 @@
 #include "runtime/profile_cache.h"
 
 #include <algorithm>
+#include <chrono>
+#include <thread>
 
 #include "runtime/files.h"
 
@@ -9,6 +11,8 @@ namespace {
 
 constexpr std::size_t kEntriesKept = 8;
 constexpr std::size_t kBytesKept = 32u << 20;  // of source text; the file read last is kept whatever its size
+constexpr int kYoungReads = 4;
+constexpr std::int64_t kLongestWait = 50'000'000;  // nanoseconds
 
 }  // namespace
 
@@ -30,13 +34,20 @@ const Text* Cache::Read(const char* path) {
 const Text* Cache::Read(const std::filesystem::path& file, system::FileStamp& stamp) {
     const auto kept =
         std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry& entry) { return entry.stamp.SameAs(stamp); });
-    if (kept != m_entries.end() && kept->stamp.settled) {
+    Entry entry;
+    if (kept != m_entries.end()) {
         std::rotate(kept, kept + 1, m_entries.end());
-        return m_entries.back().text.get();
+        if (m_entries.back().stamp.settled) return m_entries.back().text.get();
+        entry = m_entries.back();
+        // Who reads many keys of a file that was written this moment waits once for a stamp that can be relied on.
+        if (++entry.youngReads > kYoungReads && stamp.settlesIn <= kLongestWait)
+            std::this_thread::sleep_for(std::chrono::nanoseconds(stamp.settlesIn));
     }
     std::string bytes;
-    if (!system::ReadWholeFile(file, bytes, stamp)) return nullptr;
-    Keep({stamp, std::make_shared<const Text>(std::move(bytes))});
+    if (!system::ReadWholeFile(file, bytes, entry.stamp)) return nullptr;
+    if (entry.text == nullptr || entry.text->source() != bytes)
+        entry.text = std::make_shared<const Text>(std::move(bytes));
+    Keep(std::move(entry));
     return m_entries.back().text.get();
 }
 
@@ -46,9 +57,9 @@ void Cache::Keep(Entry entry) {
     });
     m_entries.push_back(std::move(entry));
     std::size_t bytes = 0;
-    for (const Entry& kept : m_entries) bytes += kept.text->sourceSize();
+    for (const Entry& kept : m_entries) bytes += kept.text->source().size();
     while (m_entries.size() > 1 && (m_entries.size() > kEntriesKept || bytes > kBytesKept)) {
-        bytes -= m_entries.front().text->sourceSize();
+        bytes -= m_entries.front().text->source().size();
         m_entries.erase(m_entries.begin());
     }
 }

@@ -24,6 +24,7 @@ class Cache {
     struct Entry {
         system::FileStamp stamp;
         std::shared_ptr<const Text> text;
+        int youngReads = 0;  // how often it was read while its stamp was not settled
     };
     const Text* Read(const std::filesystem::path& file, system::FileStamp& stamp);
     void Keep(Entry entry);

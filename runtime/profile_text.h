@@ -75,7 +75,8 @@ class Text {
 
     /// The bytes of the whole file.
     std::string Bytes() const;
-    std::size_t sourceSize() const { return m_source.size(); }
+    /// The bytes that it was made of.
+    const std::string& source() const { return m_source; }
 
  private:
     struct Line {

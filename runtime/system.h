@@ -21,7 +21,8 @@ struct FileStamp {
     std::uint64_t size = 0;
     std::int64_t modified = 0;  // nanoseconds
     std::int64_t changed = 0;
-    bool settled = false;  // false: so young that a further change need not show in the stamp
+    bool settled = false;        // false: so young that a further change need not show in the stamp
+    std::int64_t settlesIn = 0;  // nanoseconds until it is settled
 
     bool SameAs(const FileStamp& other) const {
         return device == other.device && number == other.number && size == other.size && modified == other.modified &&
@@ -53,8 +54,8 @@ class WriteLock {
     int m_handle = -1;
 };
 
-/// Replaces the content of a file, or makes it, so that at every moment the old or the new one stands there whole: a new
-/// file, synchronised, renamed to the old name. Mode and owner stay. The caller holds the lock of its directory.
+/// Replaces the content of a file, or makes it, so that at every moment the old or the new one stands there whole: a
+/// new file, synchronised, renamed to the old name. Mode and owner stay. The caller holds the lock of its directory.
 /// False where that failed; the old content stands then.
 bool ReplaceFile(const std::filesystem::path& target, std::string_view bytes);
 

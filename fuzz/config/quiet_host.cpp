@@ -42,7 +42,10 @@ void StartFamily() {
     numbers::Print(runtime::Project().moduleDirectory, 256, "%s", files::PathText(Root() / "module").c_str());
     std::string name = files::PathText(Root() / "project" / "map");
     std::string ext = "ini";
+    const fs::path before = fs::current_path();
     _LFInit(name.data(), ext.data(), nullptr);
+    fs::current_path(before);  // the corpus may be given by relative paths
+    PutFile("module", "neworv.ini", "[PenWidth]\nDefault=20\n5=300\n");
 }
 
 void PutFile(const char* folder, const char* name, std::string_view bytes) {

@@ -64,7 +64,9 @@ void Fill(FileStamp& stamp, const struct stat& st) {
     ::clock_gettime(CLOCK_REALTIME, &now);
     const bool coarse = st.st_mtim.tv_nsec == 0 && st.st_ctim.tv_nsec == 0;
     const std::int64_t age = Nanoseconds(now) - std::max(stamp.modified, stamp.changed);
-    stamp.settled = age > (coarse ? kCoarseTick : kTick);
+    const std::int64_t tick = coarse ? kCoarseTick : kTick;
+    stamp.settled = age > tick;
+    stamp.settlesIn = stamp.settled ? 0 : std::min(tick - age, tick) + kNanosecond;
 }
 
 bool WriteAll(int fd, std::string_view bytes) {

@@ -193,6 +193,24 @@ TEST_F(ProfileFile, ASettledFileIsNotOpenedAgainForEachKey) {
     EXPECT_EQ(wrong, 0);
 }
 
+TEST_F(ProfileFile, AFileWrittenThisMomentIsOpenedAHandfulOfTimesForAllItsKeys) {
+    std::string text = "[PenWidth]\r\n";
+    for (int i = 1; i <= 999; ++i) text += Text("%d=%d\r\n", i, i % 250);
+    zm::test::WriteFile(path(), text);
+    for (int i = 1; i <= 6; ++i) zm::profile::GetInt("PenWidth", Text("%d", i).c_str(), 255, file());
+    rlimit before{};
+    ::getrlimit(RLIMIT_NOFILE, &before);
+    rlimit none = before;
+    none.rlim_cur = 0;
+    ::setrlimit(RLIMIT_NOFILE, &none);
+    int wrong = 0;
+    for (int i = 1; i <= 999; ++i)
+        if (zm::profile::GetInt("PenWidth", Text("%d", i).c_str(), 255, file()) != static_cast<unsigned>(i % 250))
+            ++wrong;
+    ::setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_EQ(wrong, 0);
+}
+
 TEST_F(ProfileFile, AMissingFileIsNotSearchedForAgainForEachKey) {
     EXPECT_EQ(Get("a", "k"), "*");
     Settle();

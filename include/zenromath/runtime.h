@@ -6,7 +6,7 @@
 #include "zenromath/platform.h"
 
 /// Where a CLMsg goes.
-enum CLMsgOutTo {
+enum CLMsgOutTo : int {
     CLMsgToPane0 = 0,  ///< pane 0 of the main frame's status bar
     CLMsgToPane1 = 1,  ///< pane 1
     CLMsgToPane2 = 2,  ///< pane 2

@@ -14,27 +14,27 @@ const char* TextOf(Limit limit) {
         case Limit::closed:
             return texts::kClosed;
         case Limit::layers:
-            return "The drawing holds 200 layers, no more fit. Entities of further layers go to the layer before.";
+            return texts::kTooManyLayers;
         case Limit::linetypes:
-            return "The drawing holds 100 linetypes, no more fit. The linetype before stays selected.";
+            return texts::kTooManyLinetypes;
         case Limit::styles:
-            return "The drawing holds 10 text styles, no more fit. The style before stays selected.";
+            return texts::kTooManyStyles;
         case Limit::name:
-            return "A layer, linetype or style name is longer than 31 bytes. It is cut there; choose shorter names.";
+            return texts::kLongName;
         case Limit::blockName:
-            return "A block name is longer than 31 bytes. The block is left out; rename its file.";
+            return texts::kLongBlockName;
         case Limit::font:
-            return "A font file name is longer than 63 bytes. It is cut there; choose a shorter name.";
+            return texts::kLongFont;
         case Limit::pattern:
-            return "A linetype of ACAD.LIN has more than 12 elements. The elements behind the twelfth are left out.";
+            return texts::kLongPattern;
         case Limit::text:
-            return "A text is longer than 32697 bytes. It is cut there.";
+            return texts::kLongText;
         case Limit::file:
-            return "The drawing has reached 4 GiB, the most its offsets can tell. Everything further is left out.";
+            return texts::kLongFile;
         case Limit::coordinate:
-            return "An entity has a coordinate that is no finite number. Such entities are left out.";
+            return texts::kNoCoordinate;
         case Limit::attribute:
-            return "An elevation, thickness or text width that is no finite number was given. The value before stays.";
+            return texts::kNoAttribute;
         case Limit::count:
             break;
     }

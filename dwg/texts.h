@@ -38,4 +38,26 @@ inline constexpr char kTemplateFault[] = "acad.dwg cannot be used as a template:
 inline constexpr char kBlockFault[] = "%s.dwg is damaged at offset %lu: %s. The block is left out.";
 inline constexpr char kBlockLimit[] = "%s.dwg does not fit: %s. The block is left out.";
 
+// Limits of a drawing, told once in a session.
+inline constexpr char kTooManyLayers[] =
+    "The drawing holds 200 layers, no more fit. Entities of further layers go to the layer before.";
+inline constexpr char kTooManyLinetypes[] =
+    "The drawing holds 100 linetypes, no more fit. The linetype before stays selected.";
+inline constexpr char kTooManyStyles[] =
+    "The drawing holds 10 text styles, no more fit. The style before stays selected.";
+inline constexpr char kLongName[] =
+    "A layer, linetype or style name is longer than 31 bytes. It is cut there; choose shorter names.";
+inline constexpr char kLongBlockName[] =
+    "A block name is longer than 31 bytes. The block is left out; rename its file.";
+inline constexpr char kLongFont[] = "A font file name is longer than 63 bytes. It is cut there; choose a shorter name.";
+inline constexpr char kLongPattern[] =
+    "A linetype of ACAD.LIN has more than 12 elements. The elements behind the twelfth are left out.";
+inline constexpr char kLongText[] = "A text is longer than 32697 bytes. It is cut there.";
+inline constexpr char kLongFile[] =
+    "The drawing has reached 4 GiB, the most its offsets can tell. Everything further is left out.";
+inline constexpr char kNoCoordinate[] =
+    "An entity has a coordinate that is no finite number. Such entities are left out.";
+inline constexpr char kNoAttribute[] =
+    "An elevation, thickness or text width that is no finite number was given. The value before stays.";
+
 }  // namespace zm::dwg::texts

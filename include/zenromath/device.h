@@ -26,7 +26,7 @@ namespace zm {
 
 /// The selected pen, resolved.
 struct Stroke {
-    int style = 0;            ///< PS_SOLID .. PS_INSIDEFRAME; a style beyond 6 arrives as PS_SOLID. Never PS_NULL.
+    int style = 0;            ///< PS_SOLID .. PS_INSIDEFRAME, dashed ones at any width. Never PS_NULL.
     int width = 1;            ///< device pixels, 1 or more; a created width of 0 arrives as 1
     COLORREF color = 0;       ///< 0x00BBGGRR
     bool opaqueGaps = false;  ///< the gaps of a dashed style take the background colour

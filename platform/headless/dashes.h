@@ -8,8 +8,8 @@
 
 namespace zm::platform {
 
-/// Lengths of strokes and gaps in turn, in pixels of a pen of width 1; a wider pen has them wider in proportion.
-/// They begin anew where a line does not go on from the end of the last one. Empty for a style without gaps.
+/// Lengths of strokes and gaps in turn, in pixels whatever the width of the pen: a wide pen keeps the rhythm of a thin
+/// one. They begin anew where a line does not go on from the end of the last one. Empty for a style without gaps.
 inline std::span<const int> DashesOf(int style) {
     static constexpr std::array<int, 2> kDash = {18, 6};
     static constexpr std::array<int, 2> kDot = {3, 3};

@@ -14,6 +14,8 @@
 namespace zm::platform {
 namespace {
 
+constexpr double kMillimetresPerInch = 25.4;
+constexpr double kScreenDotsPerInch = 96.0;
 constexpr int kDefaultHeight = 16;             // pixels, of a font that leaves its height to the device
 constexpr double kAscent = 0.86;               // of the cell height above the base line, as the Chinese faces have it
 constexpr double kAverageWidth = 0.5;          // of the cell height: the average width of an unstretched face
@@ -53,17 +55,6 @@ std::string Escaped(std::string_view gbkText) {
         }
     }
     return escaped;
-}
-
-std::string StrokeStyle(const Stroke& stroke) {
-    std::string style = " stroke=\"" + Color(stroke.color) + "\"";
-    if (stroke.width != 1) style += numbers::Text(" stroke-width=\"%d\"", stroke.width);
-    const auto dashes = DashesOf(stroke.style);
-    if (dashes.empty()) return style;
-    style += " stroke-linecap=\"butt\" stroke-dasharray=\"";
-    for (std::size_t i = 0; i < dashes.size(); ++i)
-        style += numbers::Text(i == 0 ? "%d" : " %d", dashes[i] * stroke.width);
-    return style + "\"";
 }
 
 std::string PathOf(const Region::Outline& outline) {
@@ -126,7 +117,24 @@ std::string TilePath(const Fill& fill) {
 }  // namespace
 
 SvgDevice::SvgDevice(int width, int height, double widthMm, double heightMm)
-    : m_width(std::max(width, 1)), m_height(std::max(height, 1)), m_widthMm(widthMm), m_heightMm(heightMm) {}
+    : m_width(std::max(width, 1)),
+      m_height(std::max(height, 1)),
+      m_widthMm(widthMm),
+      m_heightMm(heightMm),
+      m_unit(1.0) {
+    if (widthMm > 0.0) m_unit = std::max(m_width / widthMm * kMillimetresPerInch / kScreenDotsPerInch, 1.0);
+}
+
+// The attributes of a stroke.
+std::string SvgDevice::StyleOf(const Stroke& stroke) const {
+    std::string style = " stroke=\"" + Color(stroke.color) + "\"";
+    if (stroke.width != 1) style += numbers::Text(" stroke-width=\"%d\"", stroke.width);
+    const auto dashes = DashesOf(stroke.style);
+    if (dashes.empty()) return style;
+    style += " stroke-linecap=\"butt\" stroke-dasharray=\"";
+    for (std::size_t i = 0; i < dashes.size(); ++i) style += (i == 0 ? "" : " ") + Number(dashes[i] * m_unit);
+    return style + "\"";
+}
 
 std::string SvgDevice::Document() const {
     const bool onPaper = m_widthMm > 0.0 && m_heightMm > 0.0;
@@ -148,7 +156,7 @@ std::string SvgDevice::OpenPath() const {
     Stroke under = m_lastStroke;
     under.style = PS_SOLID;
     under.color = m_lastStroke.gapColor;
-    return element(StrokeStyle(under)) + element(m_pathStyle);
+    return element(StyleOf(under)) + element(m_pathStyle);
 }
 
 void SvgDevice::EndPath() {
@@ -166,7 +174,7 @@ void SvgDevice::Put(const std::string& element) {
 void SvgDevice::Draw(const Stroke& stroke, const std::string& path) {
     if (!m_path.empty() && (!m_pathIsLine || !(stroke == m_lastStroke) || m_path.size() > kLongestPath)) EndPath();
     if (m_path.empty()) {
-        m_pathStyle = StrokeStyle(stroke);
+        m_pathStyle = StyleOf(stroke);
         m_lastStroke = stroke;
         m_pathIsLine = true;
     }
@@ -212,7 +220,7 @@ int SvgDevice::Box(const Stroke* stroke, const Fill& fill, const RECT& box) {
     if (fill.kind != Fill::Kind::none) FillRegion(Region::Rectangle(r.left, r.top, r.right, r.bottom), fill);
     if (stroke == nullptr) return 1;
     const double inset = stroke->style == PS_INSIDEFRAME ? (stroke->width - 1) / 2.0 : 0.0;
-    Put("<rect" + StrokeStyle(*stroke) + " x=\"" + Number(r.left + inset) + "\" y=\"" + Number(r.top + inset) +
+    Put("<rect" + StyleOf(*stroke) + " x=\"" + Number(r.left + inset) + "\" y=\"" + Number(r.top + inset) +
         "\" width=\"" + Number(std::max(r.right - 1.0 - r.left - 2.0 * inset, 0.0)) + "\" height=\"" +
         Number(std::max(r.bottom - 1.0 - r.top - 2.0 * inset, 0.0)) + "\"/>");
     return 1;
@@ -256,10 +264,9 @@ std::string SvgDevice::PaintOf(const Fill& fill) {
     auto& id = m_paints[content];
     if (id.empty()) {
         id = numbers::Text("p%d", ++m_ids);
-        Put("<pattern id=\"" + id +
-            "\" patternUnits=\"userSpaceOnUse\" x=\"-0.5\" y=\"-0.5\" width=\"8\" height=\"8\" "
-            "viewBox=\"-0.5 -0.5 8 8\">" +
-            content + "</pattern>");
+        const std::string side = Number(8.0 * m_unit);
+        Put("<pattern id=\"" + id + "\" patternUnits=\"userSpaceOnUse\" x=\"-0.5\" y=\"-0.5\" width=\"" + side +
+            "\" height=\"" + side + "\" viewBox=\"-0.5 -0.5 8 8\">" + content + "</pattern>");
     }
     return "url(#" + id + ")";
 }

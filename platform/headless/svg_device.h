@@ -11,7 +11,9 @@ namespace zm::platform {
 class ZM_API SvgDevice : public Device {
  public:
     /// \param width, height      pixels, the extent of the picture; below 1 counts as 1
-    /// \param widthMm, heightMm  its size on paper in millimetres; 0 leaves it to the reader, one unit for each pixel
+    /// \param widthMm, heightMm  its size on paper in millimetres; 0 leaves it to the reader, one unit for each pixel.
+    ///                           On paper of more than 96 dots an inch a pixel of a dash or of a brush's tile takes so
+    ///                           many more dots, and is as large as on a screen.
     SvgDevice(int width, int height, double widthMm = 0.0, double heightMm = 0.0);
 
     /// The whole document in UTF-8, of what was drawn so far on white paper.
@@ -26,6 +28,7 @@ class ZM_API SvgDevice : public Device {
     int Text(const TextStyle& style, int x, int y, std::string_view text) override;
 
  private:
+    std::string StyleOf(const Stroke& stroke) const;
     void Draw(const Stroke& stroke, const std::string& path);
     void Put(const std::string& element);
     std::string OpenPath() const;
@@ -36,6 +39,7 @@ class ZM_API SvgDevice : public Device {
 
     int m_width, m_height;
     double m_widthMm, m_heightMm;
+    double m_unit;  // device pixels that one pixel of a dash or a tile takes
     std::string m_body;
     // The path that lines are still being added to, and the stroke or dot colour that it has.
     std::string m_path;

@@ -292,9 +292,19 @@ TEST(Svg, DashesRunOnAlongConnectedStrokesOverTheirOpaqueGaps) {
     const std::string document = svg.Document();
     EXPECT_NE(document.find("<path stroke=\"#ffffff\" stroke-width=\"2\" d=\"M0 5L10 5L20 5L30 5\"/>\n"
                             "<path stroke=\"#ff0000\" stroke-width=\"2\" stroke-linecap=\"butt\" "
-                            "stroke-dasharray=\"36 12\" d=\"M0 5L10 5L20 5L30 5\"/>"),
+                            "stroke-dasharray=\"18 6\" d=\"M0 5L10 5L20 5L30 5\"/>"),
               std::string::npos)
         << document;
+    device::DeleteObject(pen);
+}
+
+TEST(Svg, OnPaperADashIsAsLongAsOnAScreen) {
+    SvgDevice svg(1920, 960, 254.0, 127.0);  // 192 dots an inch
+    const HPEN pen = device::CreatePen(PS_DOT, 1, 0);
+    device::SelectObject(&svg, pen);
+    device::LineTo(&svg, 100, 5);
+    EXPECT_NE(svg.Document().find("stroke-dasharray=\"6 6\""), std::string::npos);
+    EXPECT_NE(svg.Document().find("width=\"254mm\" height=\"127mm\" viewBox=\"0 0 1920 960\""), std::string::npos);
     device::DeleteObject(pen);
 }
 

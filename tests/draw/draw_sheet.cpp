@@ -1,4 +1,5 @@
-// draw_sheet: draws the sheet to SVG, turned SVG, monochrome SVG, DWG and recording in a directory, to be looked at.
+// draw_sheet: draws the sheet to SVG, turned SVG, monochrome SVG, DWG and recording in a directory, with Qt also to PNG
+// and PDF, to be looked at side by side.
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -17,11 +18,22 @@
 #include "zenromath/dwg.h"
 #include "zenromath/runtime.h"
 
+#if defined(ZM_HAVE_QT)
+#include <QImage>
+#include <QPageSize>
+#include <QPdfWriter>
+
+#include "platform/qt/application.h"
+#include "platform/qt/qt_device.h"
+#endif
+
 namespace fs = std::filesystem;
 
 namespace {
 
 constexpr double kPixelsPerMetre = 5.0;
+constexpr int kWidth = static_cast<int>(zm::test::kSheetWidth * kPixelsPerMetre);
+constexpr int kHeight = static_cast<int>(zm::test::kSheetHeight * kPixelsPerMetre);
 
 std::string PathText(const fs::path& path) {
     std::string text = zm::gbk::FromUtf8(fs::absolute(path).string());
@@ -35,8 +47,7 @@ void Draw(int type, int flip, HDC dc, const fs::path& recording) {
     SelectWorkingTqDC(nullptr);
     CTqDraw context(type);
     ReadCengCi();
-    context.SetViewDrawDC(dc, kPixelsPerMetre, 0.0, 0.0, static_cast<int>(zm::test::kSheetWidth * kPixelsPerMetre),
-                          static_cast<int>(zm::test::kSheetHeight * kPixelsPerMetre), flip);
+    context.SetViewDrawDC(dc, kPixelsPerMetre, 0.0, 0.0, kWidth, kHeight, flip);
     zm::test::DrawSheet(context);
     if (!recording.empty()) {
         std::ofstream out(recording, std::ios::binary);
@@ -46,10 +57,30 @@ void Draw(int type, int flip, HDC dc, const fs::path& recording) {
     SelectWorkingTqDC(nullptr);
 }
 
+#if defined(ZM_HAVE_QT)
+void DrawQt(const fs::path& directory) {
+    zm::qt::EnsureApplication();
+    QImage image(kWidth, kHeight, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    zm::qt::QtDevice onImage(&image);
+    zm::device::SetBkMode(&onImage, TRANSPARENT);
+    Draw(0, 0, &onImage, {});
+    onImage.Finish();
+    image.save(QString::fromStdString((directory / "sheet.png").string()));
+
+    QPdfWriter writer(QString::fromStdString((directory / "sheet.pdf").string()));
+    writer.setPageSize(QPageSize(QSizeF(zm::test::kSheetWidth, zm::test::kSheetHeight), QPageSize::Millimeter));
+    writer.setPageMargins(QMarginsF(0, 0, 0, 0));
+    writer.setResolution(static_cast<int>(kPixelsPerMetre * 25.4));  // at 1:1000 a metre is a millimetre
+    zm::qt::QtDevice onPage(&writer, zm::qt::Rendering::smooth, kPixelsPerMetre * 25.4 / 96.0);
+    zm::device::SetBkMode(&onPage, TRANSPARENT);
+    Draw(0, 0, &onPage, {});
+    onPage.Finish();
+}
+#endif
+
 void DrawSvg(int type, int flip, const fs::path& file) {
-    zm::platform::SvgDevice device(static_cast<int>(zm::test::kSheetWidth * kPixelsPerMetre),
-                                   static_cast<int>(zm::test::kSheetHeight * kPixelsPerMetre), zm::test::kSheetWidth,
-                                   zm::test::kSheetHeight);
+    zm::platform::SvgDevice device(kWidth, kHeight, zm::test::kSheetWidth, zm::test::kSheetHeight);
     zm::device::SetBkMode(&device, TRANSPARENT);
     Draw(type, flip, &device, {});
     zm::test::WriteFile(file, device.Document());
@@ -76,6 +107,9 @@ int main(int argc, char** argv) {
     DrawSvg(0, 0, directory / "sheet.svg");
     DrawSvg(0, 1, directory / "sheet_turned.svg");
     DrawSvg(2, 0, directory / "sheet_mono.svg");
+#if defined(ZM_HAVE_QT)
+    DrawQt(directory);
+#endif
     zm::platform::SvgDevice unused(10, 10);
     Draw(3, 0, &unused, directory / "sheet.rec");
     std::string drawing = "sheet.dwg";

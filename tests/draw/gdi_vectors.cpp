@@ -1,19 +1,24 @@
-// Recorded pixels of drawing operations: the handle layer and the regions against another implementation.
+// Recorded pixels of drawing operations: the handle layer, the regions and the device adapters against another
+// implementation.
 #include "tests/vector_runner/registry.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <map>
+#include <memory>
 #include <set>
 #include <stdexcept>
 
 #include "draw/device.h"
+#include "tests/draw/gdi_surface.h"
 #include "tests/draw/raster_device.h"
 
 namespace {
 
 using namespace zm::vectors;
+using zm::test::GdiSurface;
+using zm::test::GdiSurfaceKind;
 using zm::test::RasterDevice;
 namespace device = zm::device;
 
@@ -40,9 +45,36 @@ POINT Point(const Json& at) {
     return {at.at(0).get<int>(), at.at(1).get<int>()};
 }
 
+struct Kind {
+    std::string name;
+    GdiSurfaceKind::Maker make;
+};
+std::vector<Kind>& Kinds() {
+    static std::vector<Kind> kinds;
+    return kinds;
+}
+
+// The plain pixel device of the tests.
+class RasterSurface : public GdiSurface {
+ public:
+    RasterSurface(int width, int height) : m_device(width, height) {}
+    HDC dc() override { return &m_device; }
+    int width() const override { return m_device.width(); }
+    int height() const override { return m_device.height(); }
+    COLORREF At(int x, int y) override { return m_device.At(x, y); }
+    bool KeepsColours() const override { return true; }
+
+ private:
+    RasterDevice m_device;
+};
+
+const GdiSurfaceKind kRaster("plain pixels", [](int width, int height, bool) {
+    return std::make_unique<RasterSurface>(width, height);
+});
+
 class Player {
  public:
-    explicit Player(const Json& record) : m_surface(record.at("width").get<int>(), record.at("height").get<int>()) {}
+    explicit Player(GdiSurface& surface) : m_surface(surface), m_dc(surface.dc()) {}
     ~Player() {
         for (const auto& [name, region] : m_regions) device::DeleteObject(region);
     }
@@ -54,43 +86,41 @@ class Player {
         if (name == "pen") {
             const HPEN pen =
                 device::CreatePen(op.at("style").get<int>(), op.at("width").get<int>(), Color(op.at("colour")));
-            const int done = device::SelectObject(&m_surface, pen) != nullptr ? 1 : 0;
+            const int done = device::SelectObject(m_dc, pen) != nullptr ? 1 : 0;
             device::DeleteObject(pen);
             return done;
         }
         if (name == "brush") {
             const HBRUSH brush = Brush(op.at("brush"));
-            const int done = device::SelectObject(&m_surface, brush) != nullptr ? 1 : 0;
+            const int done = device::SelectObject(m_dc, brush) != nullptr ? 1 : 0;
             device::DeleteObject(brush);
             return done;
         }
-        if (name == "moveto") return device::MoveToEx(&m_surface, Point(op.at("at")).x, Point(op.at("at")).y, nullptr);
-        if (name == "lineto") return device::LineTo(&m_surface, Point(op.at("at")).x, Point(op.at("at")).y);
+        if (name == "moveto") return device::MoveToEx(m_dc, Point(op.at("at")).x, Point(op.at("at")).y, nullptr);
+        if (name == "lineto") return device::LineTo(m_dc, Point(op.at("at")).x, Point(op.at("at")).y);
         if (name == "arc") {
             const Json& b = op.at("box");
             const POINT s = Point(op.at("start"));
             const POINT e = Point(op.at("end"));
-            return device::Arc(&m_surface, b.at(0), b.at(1), b.at(2), b.at(3), s.x, s.y, e.x, e.y);
+            return device::Arc(m_dc, b.at(0), b.at(1), b.at(2), b.at(3), s.x, s.y, e.x, e.y);
         }
         if (name == "rectangle") {
             const Json& b = op.at("box");
-            return device::Rectangle(&m_surface, b.at(0), b.at(1), b.at(2), b.at(3));
+            return device::Rectangle(m_dc, b.at(0), b.at(1), b.at(2), b.at(3));
         }
         if (name == "setpixel") {
             const POINT p = Point(op.at("at"));
-            return ColorText(device::SetPixel(&m_surface, p.x, p.y, Color(op.at("colour"))));
+            return ColorText(device::SetPixel(m_dc, p.x, p.y, Color(op.at("colour"))));
         }
         if (name == "getpixel") {
             const POINT p = Point(op.at("at"));
             return ColorText(m_surface.At(p.x, p.y));
         }
-        if (name == "textcolor") return ColorText(device::SetTextColor(&m_surface, Color(op.at("colour"))));
-        if (name == "bkcolor") return ColorText(device::SetBkColor(&m_surface, Color(op.at("colour"))));
-        if (name == "bkmode") return device::SetBkMode(&m_surface, op.at("mode").get<int>());
+        if (name == "textcolor") return ColorText(device::SetTextColor(m_dc, Color(op.at("colour"))));
+        if (name == "bkcolor") return ColorText(device::SetBkColor(m_dc, Color(op.at("colour"))));
+        if (name == "bkmode") return device::SetBkMode(m_dc, op.at("mode").get<int>());
         return PlayRegion(name, op);
     }
-
-    const RasterDevice& surface() const { return m_surface; }
 
  private:
     Json PlayRegion(const std::string& name, const Json& op) {
@@ -115,7 +145,7 @@ class Player {
         }
         if (name == "fillrgn") {
             const HBRUSH brush = Brush(op.at("brush"));
-            const int done = device::FillRgn(&m_surface, m_regions.at(op.at("region")), brush);
+            const int done = device::FillRgn(m_dc, m_regions.at(op.at("region")), brush);
             device::DeleteObject(brush);
             return done;
         }
@@ -145,7 +175,8 @@ class Player {
         return made;
     }
 
-    RasterDevice m_surface;
+    GdiSurface& m_surface;
+    HDC m_dc;
     std::map<std::string, HRGN> m_regions;
 };
 
@@ -161,7 +192,7 @@ std::map<COLORREF, Pixels> Recorded(const Json& pixels) {
     return colors;
 }
 
-std::map<COLORREF, Pixels> Drawn(const RasterDevice& surface) {
+std::map<COLORREF, Pixels> Drawn(GdiSurface& surface) {
     std::map<COLORREF, Pixels> colors;
     for (int y = 0; y < surface.height(); ++y)
         for (int x = 0; x < surface.width(); ++x)
@@ -188,8 +219,8 @@ bool HasReason(const Json& record, const char* reason) {
     return std::find(why.begin(), why.end(), reason) != why.end();
 }
 
-Outcome RunGdi(const Json& record) {
-    Player player(record);
+Outcome RunOn(GdiSurface& surface, const Json& record) {
+    Player player(surface);
     const Json& ops = record.at("ops");
     for (std::size_t i = 0; i < ops.size(); ++i) {
         const Json result = player.Play(ops[i]);
@@ -199,8 +230,9 @@ Outcome RunGdi(const Json& record) {
                                record.at("results")[i].dump() + ", found " + result.dump()};
     }
     auto expected = Recorded(record.at("pixels"));
-    auto found = Drawn(player.surface());
+    auto found = Drawn(surface);
     if (HasReason(record, "mono-colour")) {
+        if (!surface.KeepsColours()) return {};
         // How other colours are reduced to two is open; where something is drawn is not.
         Pixels all;
         for (const auto& [color, pixels] : found) all.insert(pixels.begin(), pixels.end());
@@ -219,8 +251,22 @@ Outcome RunGdi(const Json& record) {
     return {};
 }
 
+Outcome RunGdi(const Json& record) {
+    for (const Kind& kind : Kinds()) {
+        const auto surface =
+            kind.make(record.at("width").get<int>(), record.at("height").get<int>(), record.at("surface") == "mono");
+        Outcome outcome = RunOn(*surface, record);
+        if (!outcome.passed) return {false, "on " + kind.name + ": " + outcome.message};
+    }
+    return {};
+}
+
 const Format kGdi(
     "gdi", [](const std::string&, const Json& record) { return record.contains("ops") && record.contains("pixels"); },
     [](const std::string&, const Json& record) { return RunGdi(record); });
 
 }  // namespace
+
+zm::test::GdiSurfaceKind::GdiSurfaceKind(const char* name, Maker make) {
+    Kinds().push_back({name, std::move(make)});
+}

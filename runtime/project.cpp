@@ -108,7 +108,12 @@ const char* DirectoryOf(int where) {
 }
 
 void SetSection(const char* section) {
-    if (section != nullptr && Fits(section)) Put(Project().currentSection, section);
+    if (section == nullptr) return;
+    if (std::strlen(section) <= files::kPathLimit)
+        Put(Project().currentSection, section);
+    else
+        _LMsg("The name of a section is longer than 255 bytes and cannot be used. The section before it stays.",
+              nullptr, 0);
 }
 
 }  // namespace

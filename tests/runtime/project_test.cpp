@@ -247,6 +247,21 @@ TEST_F(ProjectFiles, SetExtChangesTheFileForEverybodyAfterIt) {
     EXPECT_FALSE(fs::exists(dirs.Project("map.ini")));
 }
 
+TEST_F(ProjectFiles, ASectionNameBeyond255BytesIsRefusedWithAMessage) {
+    std::string section = "A";
+    _LFRcd(section.data());
+    section.assign(256, 'x');
+    _LFRcd(section.data());
+    EXPECT_THAT(Project().currentSection, StrEq("A"));
+    ASSERT_EQ(host.boxes.size(), 1u);
+    EXPECT_THAT(host.boxes[0].text, HasSubstr("section"));
+    section.assign(255, 'x');
+    _LFRcd(section.data());
+    EXPECT_EQ(std::string(Project().currentSection), section);
+    _LFRcd(nullptr);
+    EXPECT_THAT(Project().currentSection, StrEq(""));
+}
+
 // ---- _LFWholeName ----
 
 TEST_F(ProjectFiles, WholeNameTakesTheFilePartBehindTheLastBackslash) {

@@ -9,6 +9,7 @@
 #include "dwg/reader/drawing.h"
 #include "dwg/reader/layout.h"
 #include "tests/draw/fixture.h"
+#include "tests/draw/sheet.h"
 #include "tests/support/random.h"
 #include "tools/make_template/template_drawing.h"
 #include "zenromath/dwg.h"
@@ -20,7 +21,7 @@ using zm::test::Lines;
 using zm::test::Random;
 using zm::test::Writable;
 
-constexpr double kSixDecimals = 5.1e-7;  // half a unit of the sixth decimal
+constexpr double kSixDecimals = 5.1e-7;             // half a unit of the sixth decimal
 constexpr double kWriterDegrees = 180 / 3.1415926;  // the short constant with which the writer stores arcs
 
 // One stroke of a random figure, drawn again with each sink.
@@ -237,6 +238,40 @@ TEST_F(Agreement, OfARecordingDrawnAgainAndADevice) {
         ASSERT_EQ(device.lines().size(), direct.size());
         for (std::size_t i = 0; i < direct.size(); ++i) ExpectSamePixels(direct[i], device.lines()[i]);
     }
+}
+
+TEST_F(Agreement, OfTheSheetOnEverySink) {
+    LoadFonts();
+    const auto ready = [this](int type, int flip) -> CTqDraw& {
+        CTqDraw& dc = MakeContext(type);
+        dc.SetViewDrawDC(&device, 5.0, 0.0, 0.0, 1400, 1000, flip);
+        device.Clear();
+        return dc;
+    };
+    const auto count = [](const Lines& lines, const char* name) {
+        return std::count_if(lines.begin(), lines.end(),
+                             [name](const std::string& line) { return line.rfind(name, 0) == 0; });
+    };
+    zm::test::DrawSheet(ready(0, 0));
+    const Lines onDevice = device.lines();
+    zm::test::DrawSheet(ready(0, 1));
+    const Lines turned = device.lines();
+    EXPECT_EQ(turned.size(), onDevice.size());
+    zm::test::DrawSheet(ready(2, 0));
+    EXPECT_EQ(device.lines(), onDevice);  // black or not, the same strokes
+
+    CTqDraw& dc = ready(3, 0);
+    zm::test::DrawSheet(dc);
+    const Lines recorded = Recorded(dc);
+    EXPECT_EQ(count(recorded, "Line2"), count(onDevice, "LineTo") + 4);  // the null pen draws nothing
+    EXPECT_EQ(count(recorded, "Arc"), count(onDevice, "Arc") + count(onDevice, "SetPixel") - 4 - 4 - 4);
+    EXPECT_EQ(count(recorded, "Text") + 2, count(onDevice, "TextOut"));  // textRout is not recorded
+
+    zm::test::DrawSheet(ready(1, 0));
+    EXPECT_EQ(count(writer.calls, "arc"), count(recorded, "Arc"));
+    EXPECT_EQ(count(writer.calls, "text"), count(onDevice, "TextOut"));
+    EXPECT_EQ(count(writer.calls, "point"), count(recorded, "Pixel"));
+    EXPECT_TRUE(host.boxes.empty());
 }
 
 TEST_F(Agreement, OfPolylinesInsideTheArea) {

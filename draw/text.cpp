@@ -31,6 +31,12 @@ int Length(const char* s) {
     return s != nullptr ? static_cast<int>(std::strlen(s)) : 0;
 }
 
+// The same, but no more than most: a run of a long text is not measured to its end.
+int LengthUpTo(const char* s, int most) {
+    const void* end = std::memchr(s, '\0', static_cast<std::size_t>(most));
+    return end != nullptr ? static_cast<int>(static_cast<const char*>(end) - s) : most;
+}
+
 // Ends a text behind len bytes while it lives.
 class ScopedEnd {
  public:
@@ -100,8 +106,7 @@ int CTqDraw::textout(double x, double y, char* s, int len, int rotate) {
     if (s == nullptr) return 0;
     if (rotate != 0) GetRMCoord(x, y);
     if (cutpoint(x, y) == 0) return 0;
-    const int whole = Length(s);
-    if (len <= 0 || len > whole) len = whole;
+    len = len > 0 ? LengthUpTo(s, len) : Length(s);
     switch (SinkOf(m_type)) {
         case Sink::dwg: {
             const ScopedEnd end(s, len);

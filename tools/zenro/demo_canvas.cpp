@@ -43,7 +43,8 @@ bool Near(const Line& a, const Line& b, double distance) {
     for (std::size_t i = 0; i < a.size(); ++i)
         for (std::size_t k = 0; k < b.size(); ++k) {
             const Pt a1 = a[i], a2 = a[(i + 1) % a.size()], b1 = b[k], b2 = b[(k + 1) % b.size()];
-            if (Cross(a1, a2, b1, b2) || Distance(a1, b1, b2) < distance || Distance(b1, a1, a2) < distance) return true;
+            if (Cross(a1, a2, b1, b2) || Distance(a1, b1, b2) < distance || Distance(b1, a1, a2) < distance)
+                return true;
         }
     return false;
 }
@@ -58,7 +59,8 @@ std::string Number(double value, int decimals) {
     return Fixed(value, decimals);
 }
 
-void Canvas::Add(const std::string& file, const std::string& kind, const std::string& geometry, const Attributes& more) {
+void Canvas::Add(const std::string& file, const std::string& kind, const std::string& geometry,
+                 const Attributes& more) {
     std::string text = "{\"type\":\"Feature\",\"properties\":{\"kind\":" + Quoted(kind);
     for (const auto& [key, value] : more) text += "," + Quoted(key) + ":" + value;
     m_features[file].push_back(text + "},\"geometry\":" + geometry + "}");
@@ -85,7 +87,8 @@ std::map<std::string, std::string> Canvas::Documents() const {
         std::string text = "{\"type\":\"FeatureCollection\",\"name\":" + Quoted(file) +
                            ",\n\"crs\":{\"type\":\"name\",\"properties\":{\"name\":\"urn:ogc:def:crs:EPSG::4528\"}},\n"
                            "\"features\":[\n";
-        for (std::size_t i = 0; i < features.size(); ++i) text += features[i] + (i + 1 < features.size() ? ",\n" : "\n");
+        for (std::size_t i = 0; i < features.size(); ++i)
+            text += features[i] + (i + 1 < features.size() ? ",\n" : "\n");
         documents[file] = text + "]}\n";
     }
     return documents;
@@ -144,9 +147,12 @@ std::vector<Line> Clipped(const Line& line, double x1, double y1, double x2, dou
         const double p[] = {-dx, dx, -dy, dy}, q[] = {a.x - x1, x2 - a.x, a.y - y1, y2 - a.y};
         bool out = false;
         for (int k = 0; k < 4 && !out; ++k) {
-            if (p[k] == 0.0) out = q[k] < 0.0;
-            else if (p[k] < 0.0) t0 = std::max(t0, q[k] / p[k]);
-            else t1 = std::min(t1, q[k] / p[k]);
+            if (p[k] == 0.0)
+                out = q[k] < 0.0;
+            else if (p[k] < 0.0)
+                t0 = std::max(t0, q[k] / p[k]);
+            else
+                t1 = std::min(t1, q[k] / p[k]);
         }
         if (out || t0 >= t1) {
             if (piece.size() > 1) pieces.push_back(piece);

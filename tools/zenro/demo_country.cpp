@@ -23,7 +23,8 @@ void AddRoads(Canvas& canvas) {
     for (const double side : {-1.0, 1.0}) {
         const double x = kRoadX + side * kRoadHalf;
         if (side > 0) {
-            canvas.Polyline("traffic", "kerb", {{x + 3, top}, {x, top - 8}, {x, kFarmRoadY + 2.4}, {424, kFarmRoadY + 2.4}}, {});
+            canvas.Polyline("traffic", "kerb",
+                            {{x + 3, top}, {x, top - 8}, {x, kFarmRoadY + 2.4}, {424, kFarmRoadY + 2.4}}, {});
             canvas.Polyline("traffic", "kerb", {{424, kFarmRoadY - 2.4}, {x, kFarmRoadY - 2.4}, {x, 0}}, {});
         } else {
             canvas.Polyline("traffic", "kerb", {{x - 3, top}, {x, top - 8}, {x, 0}}, {});
@@ -31,7 +32,8 @@ void AddRoads(Canvas& canvas) {
     }
     canvas.Polyline("names", "street", {{kRoadX, 120}, {kRoadX, 20}}, {{"name", Quoted("清凤公路")}});
     canvas.Area("structures", "level_crossing",
-                {{424, kFarmRoadY - 2.4}, {440, kFarmRoadY - 2.4}, {440, kFarmRoadY + 2.4}, {424, kFarmRoadY + 2.4}}, {});
+                {{424, kFarmRoadY - 2.4}, {440, kFarmRoadY - 2.4}, {440, kFarmRoadY + 2.4}, {424, kFarmRoadY + 2.4}},
+                {});
     canvas.Polyline("traffic", "cart_road", {{440, kFarmRoadY}, {470, 70}, {500, 66}}, {});
     canvas.Polyline("traffic", "railway", {{330, 0}, {412, RailAt(412)}, {500, 118}}, {});
     canvas.Polyline("traffic", "embankment", {{344, RailAt(344) + 5}, {408, RailAt(408) + 5}}, {});
@@ -44,7 +46,8 @@ void AddRoads(Canvas& canvas) {
 }
 
 void AddWater(Canvas& canvas) {
-    canvas.Area("water", "pond", {{272, 88}, {300, 84}, {318, 94}, {314, 114}, {288, 120}, {268, 108}}, {{"name", Quoted("塘")}});
+    canvas.Area("water", "pond", {{272, 88}, {300, 84}, {318, 94}, {314, 114}, {288, 120}, {268, 108}},
+                {{"name", Quoted("塘")}});
     canvas.Area("water", "fish_farm", {{270, 125}, {312, 124}, {312, 133}, {270, 136}}, {});
     // A ditch from the river to the fields: sluice at its mouth, culvert under the road.
     canvas.Polyline("water", "ditch", {{340, SouthBank(340) - 8}, {340, 77}}, {});
@@ -53,8 +56,10 @@ void AddWater(Canvas& canvas) {
     canvas.Area("structures", "culvert", {{338.6, 67}, {338.6, 77}, {341.4, 77}, {341.4, 67}}, {});
     const double mouth = SouthBank(340);
     canvas.Area("structures", "sluice", {{334, mouth - 8}, {346, mouth - 8}, {346, mouth - 1}, {334, mouth - 1}}, {});
-    canvas.Polyline("water", "dike", {{262, SouthBank(262) - 6}, {290, SouthBank(290) - 6}, {330, SouthBank(330) - 9}}, {});
-    canvas.Polyline("water", "dike", {{350, SouthBank(350) - 9}, {380, SouthBank(380) - 7}, {420, SouthBank(420) - 7}}, {});
+    canvas.Polyline("water", "dike", {{262, SouthBank(262) - 6}, {290, SouthBank(290) - 6}, {330, SouthBank(330) - 9}},
+                    {});
+    canvas.Polyline("water", "dike", {{350, SouthBank(350) - 9}, {380, SouthBank(380) - 7}, {420, SouthBank(420) - 7}},
+                    {});
     canvas.Point("water", "pumping_station", {352, SouthBank(352) - 16}, {{"name", Quoted("抽")}});
     canvas.Area("structures", "aqueduct", Turned({386, RailAt(386)}, 26, 3, 124.8), {});
     canvas.Polyline("water", "ditch", {{378.6, RailAt(386) + 10.7}, {366, 56}, {356, 67}}, {});
@@ -70,11 +75,14 @@ void AddFields(Canvas& canvas) {
     canvas.Area("vegetation", "vegetables", {{262, 44}, {326, 48}, {326, 64}, {262, 64}}, {});
     canvas.Area("vegetation", "orchard", {{372, 4}, {440, 4}, {474, 34}, {420, 52}}, {});
     canvas.Area("vegetation", "greenhouse", {{446, 6}, {494, 6}, {494, 24}, {464, 24}}, {});
-    canvas.Area("vegetation", "reeds", {{12, SouthBank(12) - 2}, {40, SouthBank(40) - 2}, {40, SouthBank(40) - 11}, {12, SouthBank(12) - 11}}, {});
+    canvas.Area("vegetation", "reeds",
+                {{12, SouthBank(12) - 2}, {40, SouthBank(40) - 2}, {40, SouthBank(40) - 11}, {12, SouthBank(12) - 11}},
+                {});
     canvas.Polyline("vegetation", "land_use_boundary", {{420, 80}, {448, 80}, {448, 118}}, {});
     canvas.Polyline("boundaries", "village", {{360, 0}, {362, 24}, {378, 62}, {430, 62}, {436, 66}}, {});
     canvas.Polyline("boundaries", "parcel", {{446, 28}, {480, 28}, {496, 44}, {496, 58}, {446, 58}, {446, 28}}, {});
-    for (const Pt p : {Pt{446, 28}, Pt{480, 28}, Pt{496, 44}, Pt{496, 58}, Pt{446, 58}}) canvas.Point("boundaries", "parcel_corner", p, {});
+    for (const Pt p : {Pt{446, 28}, Pt{480, 28}, Pt{496, 44}, Pt{496, 58}, Pt{446, 58}})
+        canvas.Point("boundaries", "parcel_corner", p, {});
 }
 
 void AddHamlet(Canvas& canvas) {

@@ -5,10 +5,10 @@
 namespace zm::tool::demo {
 namespace {
 
-constexpr double kInterval = 1.0;      // metres between contours
-constexpr double kGrid = 5.0;          // of the contouring
-constexpr double kHillX2 = 232.0;      // contours are drawn west of it and south of the river
-constexpr double kSimple = 9.0;        // least distance of the points of a contour
+constexpr double kInterval = 1.0;  // metres between contours
+constexpr double kGrid = 5.0;      // of the contouring
+constexpr double kHillX2 = 232.0;  // contours are drawn west of it and south of the river
+constexpr double kSimple = 9.0;    // least distance of the points of a contour
 
 struct Segment {
     Pt a, b;
@@ -51,11 +51,16 @@ std::vector<Line> Joined(std::vector<Segment> segments) {
             grown = false;
             for (std::size_t i = 0; i < segments.size() && !grown; ++i) {
                 const Segment s = segments[i];
-                if (Same(s.a, line.back())) line.push_back(s.b);
-                else if (Same(s.b, line.back())) line.push_back(s.a);
-                else if (Same(s.a, line.front())) line.insert(line.begin(), s.b);
-                else if (Same(s.b, line.front())) line.insert(line.begin(), s.a);
-                else continue;
+                if (Same(s.a, line.back()))
+                    line.push_back(s.b);
+                else if (Same(s.b, line.back()))
+                    line.push_back(s.a);
+                else if (Same(s.a, line.front()))
+                    line.insert(line.begin(), s.b);
+                else if (Same(s.b, line.front()))
+                    line.insert(line.begin(), s.a);
+                else
+                    continue;
                 segments.erase(segments.begin() + static_cast<std::ptrdiff_t>(i));
                 grown = true;
             }
@@ -80,8 +85,10 @@ Line Simplified(const Line& line) {
 std::vector<Line> HillParts(const Line& line) {
     std::vector<Line> parts(1);
     for (const Pt& p : line) {
-        if (OnHill(p)) parts.back().push_back(p);
-        else if (!parts.back().empty()) parts.emplace_back();
+        if (OnHill(p))
+            parts.back().push_back(p);
+        else if (!parts.back().empty())
+            parts.emplace_back();
     }
     return parts;
 }
@@ -124,8 +131,10 @@ void AddHill(Canvas& canvas) {
     canvas.Polyline("terrain", "reinforced_scarp", {{196, 8}, {202, 24}, {200, 42}}, {});
     canvas.Polyline("terrain", "cliff", {{62, 92}, {72, 86}, {84, 88}, {92, 84}}, {});
     canvas.Polyline("terrain", "ticked_scarp", {{206, 104}, {218, 100}, {228, 106}}, {});
-    canvas.Polyline("traffic", "path", {{222, 40}, {208, 50}, {196, 48}, {182, 52}, {170, 48}, {150, 42}, {132, 40},
-                                        {112, 40}, {98, 36}, {90, 34}}, {});
+    canvas.Polyline(
+        "traffic", "path",
+        {{222, 40}, {208, 50}, {196, 48}, {182, 52}, {170, 48}, {150, 42}, {132, 40}, {112, 40}, {98, 36}, {90, 34}},
+        {});
     canvas.Area("structures", "steps", {{106, 37}, {114, 41.5}, {112, 45}, {104, 40.5}}, {});
     canvas.Point("buildings", "pavilion", {94.0, 40.0}, {});
     canvas.Point("buildings", "pagoda", {74.0, 26.0}, {{"name", Quoted("凤凰塔")}});

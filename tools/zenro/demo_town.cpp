@@ -9,11 +9,11 @@ namespace zm::tool::demo {
 namespace {
 
 // Streets: their middle lines and half widths.
-constexpr double kMainX = 250.0, kMainHalf = 8.0;      // 人民路
-constexpr double kCrossY = 332.0, kCrossHalf = 6.0;    // 解放街
-constexpr double kEastX = 392.0, kEastHalf = 4.5;      // 学士街
-constexpr double kWestX = 122.0, kWestHalf = 2.5;      // 书院巷
-constexpr double kLaneY = 424.0, kLaneHalf = 2.0;      // 井亭巷, west of the main street
+constexpr double kMainX = 250.0, kMainHalf = 8.0;          // 人民路
+constexpr double kCrossY = 332.0, kCrossHalf = 6.0;        // 解放街
+constexpr double kEastX = 392.0, kEastHalf = 4.5;          // 学士街
+constexpr double kWestX = 122.0, kWestHalf = 2.5;          // 书院巷
+constexpr double kLaneY = 424.0, kLaneHalf = 2.0;          // 井亭巷, west of the main street
 constexpr double kRiverRoad = 17.0, kRiverRoadHalf = 4.0;  // 滨河路, from the bank
 constexpr double kEdge = 500.0;
 
@@ -130,12 +130,16 @@ void AddRiver(Canvas& canvas) {
     }
     // The bridge of the main street, with footways, and the old stone bridge of the lane.
     const double y = RiverAt(kMainX), h = RiverHalfWidth(kMainX) + 7;
-    canvas.Area("structures", "road_bridge", {{kMainX - 7, y - h}, {kMainX - 7, y + h}, {kMainX + 7, y + h}, {kMainX + 7, y - h}},
+    canvas.Area("structures", "road_bridge",
+                {{kMainX - 7, y - h}, {kMainX - 7, y + h}, {kMainX + 7, y + h}, {kMainX + 7, y - h}},
                 {{"name", Quoted("清溪桥")}});
     canvas.Point("names", "bridge", {kMainX + 22, y + 3}, {{"name", Quoted("清溪桥")}});
     const double y2 = RiverAt(kWestX), h2 = RiverHalfWidth(kWestX) + 4;
-    canvas.Area("structures", "stone_bridge", {{kWestX - 2.2, y2 - h2}, {kWestX - 2.2, y2 + h2}, {kWestX + 2.2, y2 + h2}, {kWestX + 2.2, y2 - h2}}, {});
-    canvas.Polyline("traffic", "path", {{kWestX, y2 - h2}, {126, 128}, {140, 118}, {160, 112}, {192, 110}, {222, 106}}, {});
+    canvas.Area("structures", "stone_bridge",
+                {{kWestX - 2.2, y2 - h2}, {kWestX - 2.2, y2 + h2}, {kWestX + 2.2, y2 + h2}, {kWestX + 2.2, y2 - h2}},
+                {});
+    canvas.Polyline("traffic", "path", {{kWestX, y2 - h2}, {126, 128}, {140, 118}, {160, 112}, {192, 110}, {222, 106}},
+                    {});
     // A landing stage and a groyne.
     const double x3 = 190.0, b3 = RiverAt(x3) + RiverHalfWidth(x3);
     canvas.Area("structures", "jetty", {{x3 - 2, b3}, {x3 - 2, b3 - 6}, {x3 + 2, b3 - 6}, {x3 + 2, b3}}, {});
@@ -146,7 +150,8 @@ void AddRiver(Canvas& canvas) {
 
 // A walled compound with its gate on the south side.
 void Compound(Canvas& canvas, double x1, double y1, double x2, double y2, double gate, double half) {
-    canvas.Polyline("buildings", "wall", {{gate + half, y1}, {x2, y1}, {x2, y2}, {x1, y2}, {x1, y1}, {gate - half, y1}}, {});
+    canvas.Polyline("buildings", "wall", {{gate + half, y1}, {x2, y1}, {x2, y2}, {x1, y2}, {x1, y1}, {gate - half, y1}},
+                    {});
     canvas.Point("buildings", "gate_pier", {gate - half, y1}, {});
     canvas.Point("buildings", "gate_pier", {gate + half, y1}, {});
 }
@@ -184,12 +189,13 @@ void AddSquare(Canvas& canvas) {
     canvas.Point("buildings", "monument", {302, 300}, {});
     canvas.Point("buildings", "fountain", {302, 274}, {});
     canvas.Point("buildings", "statue", {322, 304}, {});
-    canvas.Area("buildings", "public_building", {{344, 270}, {380, 270}, {380, 312}, {362, 312}, {362, 288}, {344, 288}},
-                Floors("砼", 8));
+    canvas.Area("buildings", "public_building",
+                {{344, 270}, {380, 270}, {380, 312}, {362, 312}, {362, 288}, {344, 288}}, Floors("砼", 8));
     canvas.Area("structures", "porch", {{352, 270}, {352, 265}, {364, 265}, {364, 270}}, {});
     canvas.Area("structures", "colonnade", {{346, 294}, {357, 294}, {357, 310}, {346, 310}}, {});
     canvas.Point("names", "unit", {362, 262.5}, {{"name", Quoted("清溪镇人民政府")}});
-    canvas.Point("control", "benchmark", {340, 322}, {{"name", Quoted("Ⅲ清3")}, {"height", Number(HeightAt({340, 322}), 3)}});
+    canvas.Point("control", "benchmark", {340, 322},
+                 {{"name", Quoted("Ⅲ清3")}, {"height", Number(HeightAt({340, 322}), 3)}});
     canvas.Reserve(Rectangle(264, 258, 384, 322));
 }
 
@@ -244,8 +250,12 @@ Line House(Canvas& canvas, double x, double y, double width, double depth, Pt ab
     Line house = Rectangle(x, y, x + width, y + depth);
     if (width > 9.5 && canvas.Int(0, 3) == 0) {
         const double wing = canvas.Real(3.0, 4.2), length = canvas.Real(2.0, 3.4);
-        house = {{x, y}, {x + width, y}, {x + width, y + depth + length}, {x + width - wing, y + depth + length},
-                 {x + width - wing, y + depth}, {x, y + depth}};
+        house = {{x, y},
+                 {x + width, y},
+                 {x + width, y + depth + length},
+                 {x + width - wing, y + depth + length},
+                 {x + width - wing, y + depth},
+                 {x, y + depth}};
     }
     const double a = degrees * 3.141592653589793 / 180.0, c = std::cos(a), s = std::sin(a);
     for (Pt& p : house) {
@@ -285,8 +295,10 @@ void AddHouses(Canvas& canvas) {
                     const int floors = canvas.Int(q.least, q.most);
                     const char* structure = floors >= 3 ? "砼" : floors == 2 ? "混" : "砖";
                     const bool simple = floors == 1 && canvas.Int(0, 9) == 0;
-                    if (simple) canvas.Area("buildings", "simple_house", house, {{"mark", Quoted("简")}});
-                    else canvas.Area("buildings", "house", house, Floors(structure, floors));
+                    if (simple)
+                        canvas.Area("buildings", "simple_house", house, {{"mark", Quoted("简")}});
+                    else
+                        canvas.Area("buildings", "house", house, Floors(structure, floors));
                 }
                 x += canvas.Real(1.5, 8.0);
             }
@@ -305,7 +317,8 @@ void AddStreetFurniture(Canvas& canvas) {
     }
     const char* manholes[] = {"sewer", "storm_sewer", "water_valve", "telecom", "gas"};
     for (int i = 0; i < 10; ++i)
-        canvas.Point("utilities", std::string("manhole_") + manholes[i % 5], {kMainX + (i % 2 == 0 ? 4.2 : -4.2), 216.0 + 28.5 * i}, {});
+        canvas.Point("utilities", std::string("manhole_") + manholes[i % 5],
+                     {kMainX + (i % 2 == 0 ? 4.2 : -4.2), 216.0 + 28.5 * i}, {});
     for (double x = 20; x < 490; x += 52) {
         if (std::fabs(x - kMainX) < 12 || std::fabs(x - kWestX) < 7 || std::fabs(x - kEastX) < 8) continue;
         canvas.Point("utilities", "grating", {x, kCrossY - kCrossHalf + 0.9}, {});
@@ -319,10 +332,14 @@ void AddStreetFurniture(Canvas& canvas) {
     canvas.Point("utilities", "telephone_box", {380, 322.5}, {});
     canvas.Point("water", "well", {110, 428}, {});
     canvas.Polyline("utilities", "telephone_line", {{116, 206}, {116, 260}, {116, 322}}, {});
-    canvas.Point("control", "gnss", {388.5, 330}, {{"name", Quoted("G021")}, {"height", Number(HeightAt({388, 330}), 3)}});
-    canvas.Point("control", "traverse", {258.0, 428.0}, {{"name", Quoted("D7")}, {"height", Number(HeightAt({258, 428}), 2)}});
-    canvas.Point("control", "traverse", {119.0, 334.0}, {{"name", Quoted("D5")}, {"height", Number(HeightAt({119, 334}), 2)}});
-    canvas.Point("control", "mapping_point", {244.0, 206.0}, {{"name", Quoted("T12")}, {"height", Number(HeightAt({244, 206}), 2)}});
+    canvas.Point("control", "gnss", {388.5, 330},
+                 {{"name", Quoted("G021")}, {"height", Number(HeightAt({388, 330}), 3)}});
+    canvas.Point("control", "traverse", {258.0, 428.0},
+                 {{"name", Quoted("D7")}, {"height", Number(HeightAt({258, 428}), 2)}});
+    canvas.Point("control", "traverse", {119.0, 334.0},
+                 {{"name", Quoted("D5")}, {"height", Number(HeightAt({119, 334}), 2)}});
+    canvas.Point("control", "mapping_point", {244.0, 206.0},
+                 {{"name", Quoted("T12")}, {"height", Number(HeightAt({244, 206}), 2)}});
     canvas.Point("names", "town", {180.0, 380.0}, {{"name", Quoted("清溪镇")}});
 }
 

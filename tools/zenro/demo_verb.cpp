@@ -55,7 +55,8 @@ void Demo(const DemoOptions& options, Context& context) {
         const DrawResult result = RunDrawJob(DemoJob(folder, data, options, context.report), context);
         files.insert(files.end(), result.files.begin(), result.files.end());
     }
-    if (context.json) std::printf("%s\n", nlohmann::json(files).dump(2).c_str());
+    if (context.json)
+        std::printf("%s\n", nlohmann::json(files).dump(2).c_str());
     else
         for (const std::string& file : files) std::printf("%s\n", file.c_str());
     context.status = context.report.status();

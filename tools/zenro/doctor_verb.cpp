@@ -48,7 +48,8 @@ Check FileCheck(const char* name, const char* file, const char* advice) {
 }
 
 Check TemplateCheck() {
-    Check check = FileCheck("DWG template", "acad.dwg", "Build the target that makes it, or install the data files again.");
+    Check check =
+        FileCheck("DWG template", "acad.dwg", "Build the target that makes it, or install the data files again.");
     if (!check.good) return check;
     const std::string bytes = ReadWholeFile(fs::path(ModuleDirectory()) / "acad.dwg", 1u << 24);
     if (bytes.substr(0, 6) == "AC1006") return check;
@@ -80,7 +81,8 @@ Check WritableCheck(const char* name, const fs::path& folder) {
 
 Check GdalCheck() {
     const int drivers = GDALGetDriverCount();
-    return {"GDAL", drivers > 0, std::string(GDALVersionInfo("RELEASE_NAME")) + ", " + std::to_string(drivers) + " drivers",
+    return {"GDAL", drivers > 0,
+            std::string(GDALVersionInfo("RELEASE_NAME")) + ", " + std::to_string(drivers) + " drivers",
             "Install GDAL."};
 }
 

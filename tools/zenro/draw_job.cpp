@@ -70,7 +70,8 @@ Page MakePage(const DrawJob& job, Source& source, Report& report) {
     if (data.empty() && job.sheet.empty())
         throw Failure(kFailed, "nothing drawn: the data holds no features with a place. Give --sheet or other data.");
     page.scale = job.scale > 0.0 ? job.scale : ScaleFor(job.sheet.empty() ? data : SheetOf(job));
-    if (job.scale <= 0.0) report.Note("scale 1:" + Fixed(page.scale, 0) + " by the size of the data; --scale sets another.");
+    if (job.scale <= 0.0)
+        report.Note("scale 1:" + Fixed(page.scale, 0) + " by the size of the data; --scale sets another.");
     if (!job.sheet.empty()) {
         page.sheet = SheetOf(job);
     } else {

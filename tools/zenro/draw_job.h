@@ -15,12 +15,12 @@ namespace zm::tool {
 struct DrawJob {
     SourceOptions source;
     LibraryOptions library;
-    std::string rules;               // file; empty: rules for any data
+    std::string rules;  // file; empty: rules for any data
     std::vector<std::string> outputs;
-    double scale = 0.0;              // denominator; 0: by the data
-    std::vector<double> sheet;       // x1, y1, x2, y2 in the plane; empty: by the data
-    std::string clip;                // file with an area
-    double rotation = 0.0;           // degrees
+    double scale = 0.0;         // denominator; 0: by the data
+    std::vector<double> sheet;  // x1, y1, x2, y2 in the plane; empty: by the data
+    std::string clip;           // file with an area
+    double rotation = 0.0;      // degrees
     bool frame = true;
     FrameTexts texts;
     SinkOptions sink;
@@ -28,7 +28,7 @@ struct DrawJob {
 
 /// What came of it.
 struct DrawResult {
-    long shapes = 0;                 // drawn, in one output
+    long shapes = 0;  // drawn, in one output
     std::size_t labels = 0;
     long labelsWithoutRoom = 0;
     double scale = 0.0;

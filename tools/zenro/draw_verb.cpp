@@ -32,9 +32,9 @@ nlohmann::ordered_json AsJson(const DrawResult& result, const Report& report) {
 
 void PrintResult(const DrawResult& result, const Context& context) {
     if (context.json) {
-        std::printf("%s\n", AsJson(result, context.report)
-                                .dump(2, ' ', false, nlohmann::json::error_handler_t::replace)
-                                .c_str());
+        std::printf(
+            "%s\n",
+            AsJson(result, context.report).dump(2, ' ', false, nlohmann::json::error_handler_t::replace).c_str());
         return;
     }
     for (const std::string& file : result.files) std::printf("%s\n", file.c_str());
@@ -79,7 +79,9 @@ void AddDrawVerb(CLI::App& app, Context& context) {
     verb.add_option("--scale", job->scale, "Denominator of the map scale")
         ->check(CLI::Range(10.0, 1e8))
         ->default_str("by the data");
-    verb.add_option("--sheet", job->sheet, "What the sheet covers: x1,y1,x2,y2 in the plane")->delimiter(',')->expected(4);
+    verb.add_option("--sheet", job->sheet, "What the sheet covers: x1,y1,x2,y2 in the plane")
+        ->delimiter(',')
+        ->expected(4);
     verb.add_option("--clip", job->clip, "Map data whose first area the map is clipped to");
     verb.add_option("--rotate", job->rotation, "Turn the map on its sheet, degrees counter-clockwise")
         ->check(CLI::Range(-360.0, 360.0));
@@ -87,14 +89,17 @@ void AddDrawVerb(CLI::App& app, Context& context) {
     verb.add_option("--notes", job->library.notes, "Note classes")->default_str("Orvnote.cod");
     verb.add_option("--project", job->library.project, "Project file with the layers");
     verb.add_option("--blocks", job->library.blocks, "Lines CODE NAME: DWG blocks in place of symbols");
-    verb.add_option("--encoding", job->source.encoding, "Encoding of attributes where the data tells it wrong (CP936 ...)");
+    verb.add_option("--encoding", job->source.encoding,
+                    "Encoding of attributes where the data tells it wrong (CP936 ...)");
     verb.add_option("--replace", *replacement, "Stands for characters that GBK lacks")->default_str("?");
     verb.add_option("--title", job->texts.title, "Title of the sheet")->default_str("the first input's name");
     verb.add_option("--number", job->texts.number, "Number of the sheet")->default_str("its south-west corner");
     verb.add_option("--remark", job->texts.remark, "Remark at the lower right, such as the source of the data");
     verb.add_flag("!--no-frame", job->frame, "The map alone, without frame");
     verb.add_flag("--mono", job->sink.monochrome, "Black on white");
-    verb.add_option("--dpi", job->sink.dpi, "Pixels an inch")->check(CLI::Range(10.0, 2540.0))->default_str("254, vectors 508");
+    verb.add_option("--dpi", job->sink.dpi, "Pixels an inch")
+        ->check(CLI::Range(10.0, 2540.0))
+        ->default_str("254, vectors 508");
     verb.add_flag("--overwrite", job->sink.overwrite, "Replace outputs that exist");
     AddPlaneOptions(verb, job->source.plane);
     AddCommonOptions(verb, context);

@@ -14,13 +14,13 @@ namespace {
 
 // Lengths in millimetres of paper, as large-scale sheets have them.
 constexpr double kGridStep = 100.0;
-constexpr double kCross = 5.0;         // half the length of a grid cross
-constexpr double kTick = 5.0;          // of a grid line, inside the neat line
-constexpr double kOuterFrame = 12.0;   // from the neat line
+constexpr double kCross = 5.0;        // half the length of a grid cross
+constexpr double kTick = 5.0;         // of a grid line, inside the neat line
+constexpr double kOuterFrame = 12.0;  // from the neat line
 constexpr double kNeatWidth = 0.15, kOuterWidth = 0.5, kThinWidth = 0.1;
 constexpr double kCoordinateHeight = 2.4;
 constexpr double kTitleHeight = 6.0, kNumberHeight = 3.4, kScaleHeight = 4.0, kSystemHeight = 2.8;
-constexpr double kSquare = 0.87;       // width to cell height that makes Chinese characters square
+constexpr double kSquare = 0.87;  // width to cell height that makes Chinese characters square
 constexpr double kArrowHeight = 12.0;
 constexpr int kFrameLayer = 999;
 constexpr double kMostGridLines = 400.0;

@@ -9,10 +9,10 @@
 namespace zm::tool {
 
 struct FrameTexts {
-    std::string title;    // UTF-8
-    std::string number;   // under the title; empty: made of the sheet's south-west corner
-    std::string system;   // lower left
-    std::string remark;   // lower right: source, date, whatever the user wants
+    std::string title;   // UTF-8
+    std::string number;  // under the title; empty: made of the sheet's south-west corner
+    std::string system;  // lower left
+    std::string remark;  // lower right: source, date, whatever the user wants
 };
 
 /// Draws the frame on the working context. Clipping is switched off meanwhile.

@@ -12,12 +12,12 @@ namespace {
 
 constexpr double kDegree = 3.141592653589793 / 180.0;
 constexpr double kPi = 3.141592653589793;
-constexpr double kCell = 0.5;            // millimetres of paper
+constexpr double kCell = 0.5;  // millimetres of paper
 constexpr double kMostCells = 16.0e6;
-constexpr double kGap = 0.5;             // millimetres between a symbol and its label
-constexpr double kRepeat = 90.0;         // millimetres between two labels of one name along lines
-constexpr double kBarGap = 0.3;          // millimetres between the two texts of a fraction and its bar
-constexpr double kDecimalInset = 1.0;    // widths: where a decimal point stands is for the library to say
+constexpr double kGap = 0.5;           // millimetres between a symbol and its label
+constexpr double kRepeat = 90.0;       // millimetres between two labels of one name along lines
+constexpr double kBarGap = 0.3;        // millimetres between the two texts of a fraction and its bar
+constexpr double kDecimalInset = 1.0;  // widths: where a decimal point stands is for the library to say
 constexpr std::uint8_t kLabel = 255;
 constexpr double kTaken = 2.0;
 
@@ -144,8 +144,10 @@ void Cover::MarkBox(double x, double y, double length, double height, double rad
         for (double v = 0.0; v <= height + step / 2; v += step) {
             std::uint8_t* cell = At(x + u * c - v * s, y + u * s + v * c);
             if (cell == nullptr) continue;
-            if (label) *cell = kLabel;
-            else if (*cell != kLabel) *cell = 1;
+            if (label)
+                *cell = kLabel;
+            else if (*cell != kLabel)
+                *cell = 1;
         }
 }
 
@@ -295,8 +297,8 @@ void LabelPlacer::Along(const Shape& shape, const Text& text) {
 void LabelPlacer::Decimal(const Shape& shape, const Text& text) {
     const double px = shape.chains.front().x.front(), py = shape.chains.front().y.front();
     const std::size_t point = text.use.label.rfind('.');
-    const double before = point == std::string::npos ? text.length / 2
-                                                     : (static_cast<double>(point) + 0.5) * text.lettering.width;
+    const double before =
+        point == std::string::npos ? text.length / 2 : (static_cast<double>(point) + 0.5) * text.lettering.width;
     if (!Try({{px - before, py - 0.2 * text.height * kDecimalInset, 0.0, 0.0}}, text)) {
         ++m_withoutRoom;
         return;
@@ -376,11 +378,16 @@ void LabelPlacer::Place(const Shape& shape, const Use& use) {
     if (text.place == LabelPlace::spread && gbk::ToUtf8(use.label).size() == use.label.size())
         text.place = LabelPlace::along;
     switch (text.place) {
-        case LabelPlace::spread: return line ? Spread(shape, text) : Centred(shape, text);
-        case LabelPlace::along: return line ? Along(shape, text) : Centred(shape, text);
-        case LabelPlace::decimal: return shape.kind == GeometryKind::point ? Decimal(shape, text) : Centred(shape, text);
-        case LabelPlace::beside: return shape.kind == GeometryKind::point ? Beside(shape, text) : Centred(shape, text);
-        default: return Centred(shape, text);
+        case LabelPlace::spread:
+            return line ? Spread(shape, text) : Centred(shape, text);
+        case LabelPlace::along:
+            return line ? Along(shape, text) : Centred(shape, text);
+        case LabelPlace::decimal:
+            return shape.kind == GeometryKind::point ? Decimal(shape, text) : Centred(shape, text);
+        case LabelPlace::beside:
+            return shape.kind == GeometryKind::point ? Beside(shape, text) : Centred(shape, text);
+        default:
+            return Centred(shape, text);
     }
 }
 

@@ -41,10 +41,10 @@ struct PlacedLabel {
     std::string text, under;  // GBK
     double x = 0.0, y = 0.0;
     double degrees = 0.0;
-    std::vector<PP> spots;    // of a spread label: the top left corner of each character
-    double length = 0.0;      // of the longer of the two texts
+    std::vector<PP> spots;  // of a spread label: the top left corner of each character
+    double length = 0.0;    // of the longer of the two texts
     LabelPlace place = LabelPlace::beside;
-    bool covers = false;      // strokes lie under it
+    bool covers = false;  // strokes lie under it
 };
 
 /// Finds places. Labels are tried in the order they come; one without room is left out and counted.

@@ -13,11 +13,11 @@ namespace zm::tool {
 struct Lettering {
     int fontNumber = 1;
     double height = 0.0;
-    double width = 0.0;     // of a Chinese character; of any character where the class is a narrow one
+    double width = 0.0;  // of a Chinese character; of any character where the class is a narrow one
     double interval = 0.0;
     int color = 1;
-    std::string layer;      // GBK
-    bool shown = true;      // the class's display switch
+    std::string layer;  // GBK
+    bool shown = true;  // the class's display switch
 };
 
 /// The lettering of a note class. Call setgscale before.
@@ -26,7 +26,7 @@ Lettering LetteringOf(TqNoteLayBase& notes, char note);
 /// A stretch of text of one kind: one-byte or two-byte characters.
 struct Run {
     std::string text;
-    double width;  // of a character
+    double width;        // of a character
     double spare = 0.0;  // room behind each character, as a part of its width
     double length() const;
     int characters() const;

@@ -112,8 +112,8 @@ void LibrarySession::ReloadLayers() {
 void LibrarySession::NameProject(const std::string& project) {
     std::error_code error;
     const fs::path here = fs::current_path(error);
-    std::string name = project.empty() ? LibraryPath(fs::path(ModuleDirectory()) / kDefaultProject)
-                                       : NamedFile("--project", project);
+    std::string name =
+        project.empty() ? LibraryPath(fs::path(ModuleDirectory()) / kDefaultProject) : NamedFile("--project", project);
     if (name.empty()) return;  // the library then works with its one default layer
     std::vector<char> text(name.c_str(), name.c_str() + name.size() + 1);
     char extension[] = ".ini";
@@ -123,10 +123,12 @@ void LibrarySession::NameProject(const std::string& project) {
 }
 
 void LibrarySession::ReadNotes(const std::string& file) {
-    const std::string name = NamedFile("--notes", file);
+    // The profile functions take a path that begins with two separators as it stands, one with a single one not.
+    const std::string name = "\\" + NamedFile("--notes", file);
     int total = 0;
     if (!ReadWhole(Trim(ProfileText(name, "NOTE CLASS", "TOTAL", "0")), total) || total < 1)
-        throw Failure(kNoInput, "--notes " + file + ": section [NOTE CLASS] has no TOTAL; this is no file of note classes.");
+        throw Failure(kNoInput,
+                      "--notes " + file + ": section [NOTE CLASS] has no TOTAL; this is no file of note classes.");
     auto& classes = *m_notes->GetNLayTbl();
     auto& fonts = *m_notes->GetFontTbl();
     std::vector<std::unique_ptr<NOTELAY>> read;
@@ -142,6 +144,8 @@ void LibrarySession::ReadNotes(const std::string& file) {
     if (read.empty()) throw Failure(kNoInput, "--notes " + file + ": none of its class lines can be read.");
     for (int i = 0; i < classes.GetSize(); ++i) delete classes[i];
     classes.RemoveAll();
+    for (int i = 0; i < fonts.GetSize(); ++i) delete fonts[i];
+    fonts.RemoveAll();
     for (auto& record : read) classes.Add(record.release());
     for (int i = 0; i < classes.GetSize(); ++i) {
         const int number = classes[i]->fontNumber;
@@ -168,7 +172,8 @@ void LibrarySession::ReadBlocks(const std::string& file) {
         const std::size_t blank = line.find_first_of(" \t");
         int code = 0;
         if (blank == std::string::npos || !ReadWhole(line.substr(0, blank), code) || code < 1 || code >= kCodes)
-            throw Failure(kUsage, file + ":" + std::to_string(number) + ": a line is CODE NAME, such as \"57 MONUMENT\".");
+            throw Failure(kUsage,
+                          file + ":" + std::to_string(number) + ": a line is CODE NAME, such as \"57 MONUMENT\".");
         int lost = 0;
         m_blockNames[static_cast<std::size_t>(code)] = ToLibraryText(Trim(line.substr(blank)), '_', lost);
     }

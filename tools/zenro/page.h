@@ -14,9 +14,9 @@ struct Margins {
 struct Page {
     double scale = 1000.0;  // denominator
     Box sheet;
-    Margins margins;        // all 0 without a frame
+    Margins margins;  // all 0 without a frame
     bool frame = true;
-    double rotation = 0.0;  // degrees, counter-clockwise
+    double rotation = 0.0;    // degrees, counter-clockwise
     std::vector<Chain> clip;  // at most one: the polygon that the map is clipped to, as drawn
 
     /// Ground metres of a length on paper.

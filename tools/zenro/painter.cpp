@@ -13,8 +13,8 @@ namespace zm::tool {
 namespace {
 
 constexpr int kDwg = 1;
-constexpr std::size_t kCurveRoom = 4000;   // PROCESSALL's curves take no more
-constexpr double kReach = 15.0;            // millimetres of paper that a symbol may reach beyond its feature
+constexpr std::size_t kCurveRoom = 4000;  // PROCESSALL's curves take no more
+constexpr double kReach = 15.0;           // millimetres of paper that a symbol may reach beyond its feature
 constexpr std::size_t kMaxOrnament = 120;
 
 }  // namespace
@@ -134,13 +134,15 @@ void Painter::DrawSymbol(const Shape& shape, const Use& use, int status, const s
     }
     if (status == SymbolStatusH) {
         if (shape.kind == GeometryKind::area) return DrawHatched(shape, code);
-        m_report.Skip("fills for lines", where + ": symbol " + std::to_string(code) +
-                                             " fills areas; nothing is drawn for a line.");
+        m_report.Skip("fills for lines",
+                      where + ": symbol " + std::to_string(code) + " fills areas; nothing is drawn for a line.");
         return;
     }
     for (const Chain& chain : shape.chains) {
-        if (status == SymbolStatusY) DrawOrnament(chain, shape.kind == GeometryKind::area, use, where);
-        else DrawChain(chain, use.rule->lineType, code);
+        if (status == SymbolStatusY)
+            DrawOrnament(chain, shape.kind == GeometryKind::area, use, where);
+        else
+            DrawChain(chain, use.rule->lineType, code);
     }
 }
 

@@ -37,8 +37,8 @@ class Painter {
 
     const Page& m_page;
     Report& m_report;
-    Box m_reach;                    // the sheet, widened by what a symbol may reach
-    std::vector<double> m_x, m_y;   // room for PROCESSALL, which writes into its arrays
+    Box m_reach;                               // the sheet, widened by what a symbol may reach
+    std::vector<double> m_x, m_y;              // room for PROCESSALL, which writes into its arrays
     std::array<signed char, 1000> m_status{};  // of each code; 0 not asked yet, -1 unknown
 };
 

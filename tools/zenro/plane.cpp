@@ -63,6 +63,14 @@ int TargetGeographicCode(int selector) {
     return selector == 54 ? 4214 : selector == 80 ? 4610 : 4490;
 }
 
+// PROJ's operation between two systems; null where it knows none. A change of datum that changes nothing is none.
+std::unique_ptr<OGRCoordinateTransformation> WayBetween(const OGRSpatialReference& from, const OGRSpatialReference& to,
+                                                        bool sameDatum) {
+    OGRCoordinateTransformationOptions options;
+    options.SetBallparkAllowed(sameDatum);
+    return std::unique_ptr<OGRCoordinateTransformation>(OGRCreateCoordinateTransformation(&from, &to, options));
+}
+
 const char* FamilyName(int selector) {
     return selector == 54 ? "54" : selector == 80 ? "80" : "2000";
 }
@@ -228,9 +236,17 @@ PlaneMap PlaneChooser::MapOf(const OGRSpatialReference* system, const std::strin
     }
     geographic->SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
     if (source->IsProjected() || !sameDatum) {
-        map.m_body->toGeographic.reset(OGRCreateCoordinateTransformation(source.get(), geographic.get()));
+        map.m_body->toGeographic = WayBetween(*source, *geographic, sameDatum);
+        // WGS 84 is of the 2000 family too; many a datum is tied to it alone.
+        if (map.m_body->toGeographic == nullptr && m_target.selector == 84) {
+            geographic->importFromEPSG(4326);
+            geographic->SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
+            map.m_body->toGeographic = WayBetween(*source, *geographic, sameDatum);
+        }
         if (map.m_body->toGeographic == nullptr)
-            throw Failure(kFailed, layer + ": no way is known from " + NameOf(*source) + " to the " + target + ".");
+            throw Failure(kFailed,
+                          layer + ": no way is known from " + NameOf(*source) + " to the " + target +
+                              "; --datum keep takes the positions as they are, or give --source with +towgs84.");
     }
     return map;
 }

@@ -48,8 +48,8 @@ const ZenroQtBridge& LoadQt() {
     if (const ZenroQtBridge* bridge = TryLoadQt()) return *bridge;
     std::string tried;
     Load(tried);
-    throw Failure(kFailed, std::string("PNG and PDF need the module ") + kModule + ", which cannot be loaded (" + tried +
-                               "). Install Qt 6 and build with ZM_BUILD_QT, or write .svg and .dwg.");
+    throw Failure(kFailed, std::string("PNG and PDF need the module ") + kModule + ", which cannot be loaded (" +
+                               tried + "). Install Qt 6 and build with ZM_BUILD_QT, or write .svg and .dwg.");
 }
 
 }  // namespace zm::tool

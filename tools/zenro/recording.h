@@ -36,7 +36,7 @@ struct Pen {
     COLORREF color;
 };
 struct Font {
-    LOGFONTA font;     // height and width in 0.1 mm of paper
+    LOGFONTA font;  // height and width in 0.1 mm of paper
 };
 struct Layer {
     int code;

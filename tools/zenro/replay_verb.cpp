@@ -46,7 +46,8 @@ void ForEachLine(const std::string& input, const Work& work) {
         if (!line.empty() && line.back() == '\r') line.pop_back();
         if (!line.empty()) work(number, line);
     }
-    if (std::ferror(file.get()) != 0) throw Failure(kNoInput, input + ": cannot be read: " + std::strerror(errno) + ".");
+    if (std::ferror(file.get()) != 0)
+        throw Failure(kNoInput, input + ": cannot be read: " + std::strerror(errno) + ".");
 }
 
 // What a recording covers: by its head, else by its commands.

@@ -78,12 +78,9 @@ class QtSink : public Sink {
                         " million pixels is too large; it is drawn at " + Fixed(dpi, 0) + " pixels an inch.");
         }
         const std::string path = m_file.path().string();
-        const ZenroQtPage qtPage = {path.c_str(),
-                                    format,
-                                    PixelsOf(page.paperWidth(), dpi),
-                                    PixelsOf(page.paperHeight(), dpi),
-                                    dpi,
-                                    options.title.c_str()};
+        const ZenroQtPage qtPage = {
+            path.c_str(),         format, PixelsOf(page.paperWidth(), dpi), PixelsOf(page.paperHeight(), dpi), dpi,
+            options.title.c_str()};
         char error[512] = {};
         m_device = m_qt.begin(&qtPage, error, sizeof error);
         if (m_device == nullptr) CannotWrite(m_file.target(), error);
@@ -132,7 +129,8 @@ class DwgSink : public Sink {
     void Finish() override {
         m_open = false;
         _LDBclosedwg();
-        if (!dwg::LastFileComplete()) CannotWrite(m_file.target(), "the file could not be written whole; is the disk full");
+        if (!dwg::LastFileComplete())
+            CannotWrite(m_file.target(), "the file could not be written whole; is the disk full");
         if (!m_detour.empty()) {
             std::error_code error;
             fs::copy_file(m_detour, m_file.path(), fs::copy_options::overwrite_existing, error);
@@ -222,11 +220,16 @@ void Sink::SetView(HDC device, const Page& page, double dpi) {
 
 std::unique_ptr<Sink> OpenSink(const fs::path& target, const SinkOptions& options, const Page& page, Report& report) {
     switch (FormatOf(target)) {
-        case Format::svg: return std::make_unique<SvgSink>(target, options, page);
-        case Format::png: return std::make_unique<QtSink>(target, options, page, "png", report);
-        case Format::pdf: return std::make_unique<QtSink>(target, options, page, "pdf", report);
-        case Format::dwg: return std::make_unique<DwgSink>(target, options, page);
-        case Format::recording: return std::make_unique<RecordingSink>(target, options, page);
+        case Format::svg:
+            return std::make_unique<SvgSink>(target, options, page);
+        case Format::png:
+            return std::make_unique<QtSink>(target, options, page, "png", report);
+        case Format::pdf:
+            return std::make_unique<QtSink>(target, options, page, "pdf", report);
+        case Format::dwg:
+            return std::make_unique<DwgSink>(target, options, page);
+        case Format::recording:
+            return std::make_unique<RecordingSink>(target, options, page);
     }
     throw Failure(kUsage, target.string() + ": no such output.");
 }

@@ -20,8 +20,8 @@ Format FormatOf(const std::filesystem::path& path);
 struct SinkOptions {
     bool overwrite = false;
     bool monochrome = false;
-    double dpi = 0.0;       // 0: the format's own
-    std::string title;      // UTF-8
+    double dpi = 0.0;   // 0: the format's own
+    std::string title;  // UTF-8
 };
 
 /// One output being drawn. While it exists its context is the working one; at its end the layers are gone, as they are

@@ -32,6 +32,9 @@ void BeSilent() {
     static const bool once = [] {
         CPLSetErrorHandler(CPLQuietErrorHandler);
         GDALAllRegister();
+        // A feature of a million points is no attack here; the user's own setting goes first.
+        if (CPLGetConfigOption("OGR_GEOJSON_MAX_OBJ_SIZE", nullptr) == nullptr)
+            CPLSetConfigOption("OGR_GEOJSON_MAX_OBJ_SIZE", "0");
         return true;
     }();
     static_cast<void>(once);
@@ -323,9 +326,10 @@ bool Source::Prepare(Layer& layer, void* raw, Feature& prepared) {
     for (const Rule* rule : fitting) {
         Use use;
         use.rule = rule;
-        int lost = 0;
+        int lost = 0, lostUnder = 0;
         use.label = ToLibraryText(LabelText(rule->label, feature), m_options.replacement, lost);
-        use.under = ToLibraryText(LabelText(rule->under, feature), m_options.replacement, lost);
+        use.under = ToLibraryText(LabelText(rule->under, feature), m_options.replacement, lostUnder);
+        lost += lostUnder;
         if (lost > 0 && tell)
             m_report.Warn("labels with characters outside GBK",
                           prepared.where + ": \"" + LabelText(rule->label, feature) + "\" has " + std::to_string(lost) +

@@ -31,8 +31,8 @@ struct NamedLibrary {
 };
 
 NamedLibrary LibraryOf(const SymbolsOptions& options) {
-    const std::filesystem::path file =
-        options.file.empty() ? std::filesystem::path(ModuleDirectory()) / "symbol.dat" : std::filesystem::path(options.file);
+    const std::filesystem::path file = options.file.empty() ? std::filesystem::path(ModuleDirectory()) / "symbol.dat"
+                                                            : std::filesystem::path(options.file);
     std::error_code error;
     NamedLibrary named{file.string(), LibraryPath(std::filesystem::absolute(file, error))};
     if (named.path.empty() || !std::filesystem::is_regular_file(file, error) || !lib::CanRead(named.path.c_str()))
@@ -49,8 +49,9 @@ void PrintJson(const nlohmann::ordered_json& j) {
 }
 
 nlohmann::ordered_json AsJson(const lib::Symbol& s) {
-    return {{"code", s.code}, {"kind", s.kind},           {"number", s.number},      {"note", s.note},
-            {"size", s.size}, {"first_line", s.firstLine}, {"last_line", s.lastLine}, {"source", s.source}};
+    return {{"code", s.code},          {"kind", s.kind},    {"number", s.number},
+            {"note", s.note},          {"size", s.size},    {"first_line", s.firstLine},
+            {"last_line", s.lastLine}, {"source", s.source}};
 }
 
 void List(const SymbolsOptions& options, Context& context) {
@@ -86,10 +87,13 @@ void LintFile(const SymbolsOptions& options, Context& context) {
                             {"code", f.code},
                             {"weight", f.weight == lib::Weight::lost ? "lost" : "doubtful"},
                             {"text", f.text}});
-        else Print(lib::FindingText(library.shown, f) + "\n");
+        else
+            Print(lib::FindingText(library.shown, f) + "\n");
     }
-    if (context.json) PrintJson(list);
-    else if (findings.empty()) Print(library.shown + ": nothing found\n");
+    if (context.json)
+        PrintJson(list);
+    else if (findings.empty())
+        Print(library.shown + ": nothing found\n");
     context.status = lost ? kFailed : kDone;
 }
 
@@ -126,7 +130,9 @@ void AddSymbolsVerb(CLI::App& app, Context& context) {
     CLI::App& sheet = AddVerb(symbols, context, *options, "sheet", "One HTML page with a picture of every symbol");
     sheet.add_option("-o,--output", options->output, "The page; stdout without it");
     sheet.add_option("--title", options->sheet.title, "Title of the page")->capture_default_str();
-    sheet.add_option("--pen", options->sheet.pen, "Pen width in millimetres")->check(CLI::Range(0.05, 5.0))->capture_default_str();
+    sheet.add_option("--pen", options->sheet.pen, "Pen width in millimetres")
+        ->check(CLI::Range(0.05, 5.0))
+        ->capture_default_str();
     sheet.add_flag("--overwrite", options->overwrite, "Replace an output that exists");
     sheet.callback([options] { Sheet(*options); });
 }

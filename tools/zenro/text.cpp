@@ -17,9 +17,9 @@ namespace {
 std::string PlainLetter(const std::string& utf8) {
     if (utf8.size() != 2 || static_cast<unsigned char>(utf8[0]) != 0xC3) return {};
     static constexpr const char* kPlain[64] = {
-        "A", "A", "A", "A", "A", "A", "AE", "C", "E", "E", "E", "E", "I", "I", "I", "I", "D", "N", "O", "O", "O", "O",
+        "A", "A", "A", "A", "A", "A", "AE", "C", "E", "E",  "E", "E", "I", "I", "I", "I", "D",  "N", "O", "O", "O", "O",
         "O", "",  "O", "U", "U", "U", "U",  "Y", "",  "ss", "a", "a", "a", "a", "a", "a", "ae", "c", "e", "e", "e", "e",
-        "i", "i", "i", "i", "d", "n", "o",  "o", "o", "o", "o", "", "o", "u", "u", "u", "u", "y", "", "y"};
+        "i", "i", "i", "i", "d", "n", "o",  "o", "o", "o",  "o", "",  "o", "u", "u", "u", "u",  "y", "",  "y"};
     return kPlain[static_cast<unsigned char>(utf8[1]) & 0x3FU];
 }
 

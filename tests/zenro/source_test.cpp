@@ -1,0 +1,97 @@
+#include "tools/zenro/source.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "tools/zenro/labels.h"
+#include "tools/zenro/painter.h"
+
+namespace {
+
+using namespace zm::tool;
+
+Chain Square(double x, double y, double side) {
+    return {{x, x + side, x + side, x, x}, {y, y, y + side, y + side, y}};
+}
+
+TEST(SeamedRing, ReachesEachHoleOnceAndReturns) {
+    Shape shape;
+    shape.kind = GeometryKind::area;
+    shape.chains = {Square(0, 0, 10), Square(4, 4, 2)};
+    const Chain ring = SeamedRing(shape);
+    ASSERT_EQ(ring.size(), 5u + 5u + 1u);
+    EXPECT_EQ(ring.x.front(), ring.x.back());
+    double area = 0.0;  // the hole runs the same way here, so its area adds; what counts is that nothing else does
+    for (std::size_t i = 0; i + 1 < ring.size(); ++i) area += ring.x[i] * ring.y[i + 1] - ring.x[i + 1] * ring.y[i];
+    EXPECT_DOUBLE_EQ(area / 2, 100.0 + 4.0);
+}
+
+TEST(InnerPoint, LiesInsideAHorseshoe) {
+    Shape shape;
+    shape.kind = GeometryKind::area;
+    shape.chains = {{{0, 10, 10, 7, 7, 3, 3, 0, 0}, {0, 0, 10, 10, 3, 3, 10, 10, 0}}};
+    double x = 0.0, y = 0.0;
+    InnerPoint(shape, x, y);
+    EXPECT_TRUE(y < 3.0 || x < 3.0 || x > 7.0) << x << " " << y;
+}
+
+TEST(PointAlong, FindsPlacesAndDirections) {
+    const Chain chain{{0, 10, 10}, {0, 0, 10}};
+    double x, y, direction;
+    PointAlong(chain, 15.0, x, y, direction);
+    EXPECT_DOUBLE_EQ(x, 10.0);
+    EXPECT_DOUBLE_EQ(y, 5.0);
+    EXPECT_DOUBLE_EQ(direction, std::acos(0.0));
+    EXPECT_DOUBLE_EQ(LengthOf(chain), 20.0);
+}
+
+Page SmallPage() {
+    Page page;
+    page.sheet = Box{0, 0, 100, 100};
+    return page;
+}
+
+TEST(Cover, KnowsFreeCoveredAndTakenPaper) {
+    Cover cover(SmallPage());
+    EXPECT_EQ(cover.Covered(10, 10, 20, 3, 0), 0.0);
+    cover.MarkLine({{0, 100}, {11, 11}});
+    EXPECT_GT(cover.Covered(10, 10, 20, 3, 0), 0.0);
+    EXPECT_LT(cover.Covered(10, 10, 20, 3, 0), 0.5);
+    EXPECT_EQ(cover.Covered(90, 10, 20, 3, 0), 2.0);  // leaves the sheet
+    cover.MarkBox(10, 50, 20, 3, 0, true);
+    EXPECT_EQ(cover.Covered(25, 52, 20, 3, 0), 2.0);
+    EXPECT_EQ(cover.Covered(10, 60, 20, 3, 0), 0.0);
+}
+
+TEST(Cover, AnEmptyAreaAndAChainOfOnePointMarkNothing) {
+    Cover cover(SmallPage());
+    Shape shape;
+    shape.chains = {Chain{}};
+    cover.MarkArea(shape);
+    cover.MarkLine({{5}, {5}});
+    EXPECT_EQ(cover.Covered(0, 0, 99, 99, 0), 0.0);
+}
+
+TEST(Page, TurnsAboutTheMiddleOfTheSheetAndBack) {
+    Page page = SmallPage();
+    page.rotation = 90.0;
+    double x = 60.0, y = 50.0;
+    page.Turn(x, y);
+    EXPECT_NEAR(x, 50.0, 1e-12);
+    EXPECT_NEAR(y, 60.0, 1e-12);
+    page.TurnBack(x, y);
+    EXPECT_NEAR(x, 60.0, 1e-12);
+}
+
+TEST(Page, TheSheetIsWholeCentimetresOfPaper) {
+    const Box sheet = SheetAround(Box{12.3, 45.6, 78.9, 123.4}, 1000.0);
+    EXPECT_EQ(sheet.x1, 10.0);
+    EXPECT_EQ(sheet.y1, 40.0);
+    EXPECT_EQ(sheet.x2, 80.0);
+    EXPECT_EQ(sheet.y2, 130.0);
+    EXPECT_EQ(ScaleFor(Box{0, 0, 250, 250}), 500.0);
+    EXPECT_EQ(ScaleFor(Box{0, 0, 1000, 10}), 2000.0);
+}
+
+}  // namespace

@@ -1,10 +1,13 @@
 // Layers, linetypes and text styles by name.
+#include <algorithm>
+
 #include "dwg/line_pattern.h"
 #include "dwg/output_file.h"
 #include "dwg/state.h"
 #include "dwg/texts.h"
 #include "dwg/writer.h"
 #include "tests/dwg/drawing.h"
+#include "tests/support/random.h"
 
 namespace zm::test {
 namespace {
@@ -260,6 +263,27 @@ TEST_F(Linetypes, WhatALineHasBehind159CharactersIsALineOfItsOwn) {
     dwg::LinePattern pattern;
     EXPECT_EQ(dwg::ReadLinePattern(stream.get(), "X", pattern), dwg::PatternResult::found);
     EXPECT_TRUE(pattern.cut);
+}
+
+TEST_F(Layers, ASelectionFindsWhatASearchFromTheFirstSlotFinds) {
+    ZM_TRACE_SEED();
+    Random random(6);
+    std::vector<std::string> slots = {"0"};
+    Open();
+    for (int i = 0; i < 2000; ++i) {
+        std::string name;
+        for (int length = random.Int(0, 3); length > 0; --length) name += "aAbB\xC2"[random.Int(0, 4)];
+        std::string upper = name;
+        for (char& c : upper) c = c == 'a' ? 'A' : c == 'b' ? 'B' : c;
+        auto found = std::find(slots.begin(), slots.end(), upper);
+        if (found == slots.end()) found = slots.insert(found, upper);
+        SetLay(name);
+        ASSERT_EQ(dwg::state().now.layer, found - slots.begin()) << i;
+    }
+    const Drawing drawing = Close();
+    ExpectSound(drawing);
+    ASSERT_EQ(drawing.u32(56), slots.size());
+    for (std::size_t i = 0; i < slots.size(); ++i) EXPECT_EQ(NameOf(drawing.Layer(i)), slots[i]);
 }
 
 struct StyleCase {

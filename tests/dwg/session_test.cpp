@@ -1,9 +1,12 @@
 // The drawing session: what comes from the template, which header fields move, what outlives a session.
+#include <algorithm>
+
 #include "dwg/state.h"
 #include "dwg/texts.h"
 #include "dwg/writer.h"
 #include "runtime/gbk.h"
 #include "tests/dwg/drawing.h"
+#include "tests/support/random.h"
 
 // A request for more memory than there is gives a null pointer under the address sanitizer too.
 extern "C" const char* __asan_default_options() {
@@ -171,6 +174,52 @@ TEST_F(Session, SetDwgElevationSetsTheElevationAlone) {
     const std::string record = Close().Entities().at(0);
     EXPECT_EQ(record.substr(10, 8), F64(4.0));
     EXPECT_EQ(record.substr(18, 8), F64(0.75));
+}
+
+TEST_F(Session, AnySequenceOfCallsGivesASoundDrawing) {
+    ZM_TRACE_SEED();
+    Random random(7);
+    for (int round = 0; round < 20; ++round) {
+        Open("round" + std::to_string(round) + ".dwg");
+        std::size_t records = 0;
+        for (int i = random.Int(0, 200); i > 0; --i) {
+            const double x = random.Real(-1e7, 1e7), y = random.Real(-1e7, 1e7);
+            const double xyz[] = {x, y, 1, y, x, 2, x, x, 3};
+            switch (random.Int(0, 7)) {
+                case 0:
+                    SetLay("L" + std::to_string(random.Int(0, 40)));
+                    break;
+                case 1:
+                    SetLtype(random.Int(0, 1) == 0 ? "DASHED" : "BORDER");
+                    break;
+                case 2:
+                    SetStyle(random.Int(0, 7), "S" + std::to_string(random.Int(0, 5)), "txt,hz");
+                    break;
+                case 3:
+                    _LDBpolyline(xyz, random.Int(0, 4));
+                    break;
+                case 4:
+                    _LDBtext(random.Int(0, 9), x, y, 2, random.Real(0, 360), "A\xC2\xB7");
+                    break;
+                case 5:
+                    _LDBsetelev(random.Real(-9, 9), random.Real(-9, 9));
+                    break;
+                default:
+                    _LDBline(x, y, y, x);
+                    ++records;
+                    break;
+            }
+        }
+        const Drawing drawing = Close();
+        ExpectSound(drawing);
+        const auto entities = drawing.Entities();
+        EXPECT_EQ(drawing.u32(32) - 0x40010000, entities.size());
+        EXPECT_EQ(records, static_cast<std::size_t>(std::count_if(entities.begin(), entities.end(), [](const auto& e) {
+                      return Drawing(e).u16(0) == 2817;
+                  })));
+        for (const std::string& entity : entities) EXPECT_LT(Drawing(entity).u16(4), 42u);
+    }
+    EXPECT_TRUE(host.boxes.empty());
 }
 
 TEST_F(Session, OpeningWhileOneIsOpenFinishesTheFirstAndTellsSo) {

@@ -142,7 +142,7 @@ void WriteCengCi(void) {
     s.layerCount = std::min(s.layerCount, kLayerLimit);
     // Without a table there are no layers to be saved, and those of the file stay.
     if (s.layers == nullptr) return;
-    const zm::profile::Batch file;
+    zm::profile::Batch file;
     zm::runtime::WriteInt(s.layerCount, kCountKey, kSection);
     for (int i = 0; i < s.layerCount; ++i) {
         const LayerCol& layer = s.layers[i];
@@ -151,6 +151,13 @@ void WriteCengCi(void) {
             zm::numbers::Text("%s %d %d %d %d", name.c_str(), layer.start, layer.end, layer.color, layer.show).c_str(),
             LayerKey(i + 1).c_str(), kSection);
     }
+    if (file.Commit()) return;
+    const std::string path = zm::runtime::Project().currentFile;
+    _LMsg(
+        (path +
+         " could not be written: the layers are not saved. Give the file and its folder write access, and save again.")
+            .c_str(),
+        nullptr, 0);
 }
 
 void Get_CengCi(LayerCol*& table, int*& count) {

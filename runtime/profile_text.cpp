@@ -187,9 +187,16 @@ void Text::AddLine(std::string_view raw, std::string_view text) {
             return;
         }
     }
-    Line& line = m_sections.back().lines.emplace_back();
+    std::vector<Line>& lines = m_sections.back().lines;
+    const bool says = !text.empty() && text.front() != ';';
+    if (!says && !lines.empty() && lines.back().kind == Line::Kind::other) {
+        // Lines that say nothing follow each other in the source and are kept as one: a file may be full of them.
+        lines.back().raw = {lines.back().raw.data(), lines.back().raw.size() + raw.size()};
+        return;
+    }
+    Line& line = lines.emplace_back();
     line.raw = raw;
-    if (text.empty() || text.front() == ';') return;
+    if (!says) return;
     const std::size_t equals = text.find('=');  // no second byte of a character is an equals sign
     line.kind = equals == std::string_view::npos ? Line::Kind::word : Line::Kind::key;
     line.key = WithoutBlanks(text.substr(0, equals));

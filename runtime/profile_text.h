@@ -80,9 +80,9 @@ class Text {
 
  private:
     struct Line {
-        enum class Kind { other, word, key };  // blank or comment; no equals sign; key and value
+        enum class Kind { other, word, key };  // blanks and comments; no equals sign; key and value
         Kind kind = Kind::other;
-        std::string_view raw;    // bytes of the file, line end included
+        std::string_view raw;    // bytes of the file, line ends included
         std::string_view key;    // GBK
         std::string_view value;  // GBK
     };

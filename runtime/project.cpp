@@ -94,6 +94,7 @@ void FindModuleDirectory(TqFileContext& project) {
     }
 }
 
+// Required: not the table of GetZenroINIPath. Unknown values mean the project directory here.
 const char* DirectoryOf(int where) {
     switch (where) {
         case 1:

@@ -40,7 +40,8 @@ std::string ProgressLine(int percent, const char* text) {
     return line;
 }
 
-// Lets the waiting messages of the thread run. Clicks made during the wait are lost on purpose.
+// Lets the waiting messages of the thread run.
+// Required: quit and mouse messages are dropped, so that clicks made during the wait start nothing afterwards.
 void PumpMessages(zm::Host& host) {
     zm::QueueMessage message;
     while (host.TakeMessage(message, nullptr, 0, 0)) {

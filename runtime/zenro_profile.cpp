@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Not the table of _LFWholeName: 0 is the project directory here, all unknown values the module directory.
+// Required: not the table of _LFWholeName. The library's own files are asked for with -1 and lie beside the module.
 const char* DirectoryOf(int where) {
     switch (where) {
         case 0:
@@ -69,6 +69,7 @@ bool CopyBytes(std::FILE* source, std::FILE* copy, std::uintmax_t left) {
 CString GetZenroINIPath(const char* name, int where) {
     if (name == nullptr || *name == '\0') return {};
     if (IsPath(name)) return name;
+    // Required: a separator always, so that a name with a leading one has two in a row; callers compare such paths.
     const std::string path = std::string(DirectoryOf(where)) + '\\' + name;
     if (path.size() <= zm::files::kPathLimit) return path.c_str();
     _LMsg(("The path is longer than 255 bytes and cannot be used. Use a shorter directory.\n" + path).c_str(), nullptr,

@@ -239,6 +239,14 @@ TEST_F(Layers, WithoutATableNothingIsSaved) {
     EXPECT_EQ(ReadFile(dirs.Project("map.ini")), "[LayerSet]\r\nLayers=1\r\nLayer1=AAA 1 1 1 1\r\n");
 }
 
+TEST_F(Layers, AFileThatCannotBeWrittenIsToldWithItsPath) {
+    ReadCengCi();
+    std::filesystem::create_directory(dirs.Project("map.ini"));
+    WriteCengCi();
+    ASSERT_EQ(host.boxes.size(), 1u);
+    EXPECT_THAT(host.boxes[0].text, HasSubstr("map.ini could not be written"));
+}
+
 TEST_F(Layers, WithoutMemoryTheProcessEndsWithStatus13) {
     for (const int failing : {1, 2}) {
         static int left = 0;

@@ -70,35 +70,37 @@ void AddWater(Canvas& canvas) {
 }
 
 void AddFields(Canvas& canvas) {
-    canvas.Area("vegetation", "paddy", {{348, 80}, {420, 80}, {420, 128}, {348, 124}}, {});
+    canvas.Area("vegetation", "paddy", {{348, 80}, {418, 80}, {418, 108}, {380, 115}, {348, 120}}, {});
     canvas.Area("vegetation", "dry_field", {{262, 6}, {322, 6}, {330, 36}, {262, 36}}, {});
     canvas.Area("vegetation", "vegetables", {{262, 44}, {326, 48}, {326, 64}, {262, 64}}, {});
-    canvas.Area("vegetation", "orchard", {{372, 4}, {440, 4}, {474, 34}, {420, 52}}, {});
+    canvas.Area("vegetation", "orchard", {{372, 4}, {436, 4}, {441, 28}, {418, 50}}, {});
     canvas.Area("vegetation", "greenhouse", {{446, 6}, {494, 6}, {494, 24}, {464, 24}}, {});
     canvas.Area("vegetation", "reeds",
                 {{12, SouthBank(12) - 2}, {40, SouthBank(40) - 2}, {40, SouthBank(40) - 11}, {12, SouthBank(12) - 11}},
                 {});
-    canvas.Polyline("vegetation", "land_use_boundary", {{420, 80}, {448, 80}, {448, 118}}, {});
+    canvas.Polyline("vegetation", "land_use_boundary", {{448, 62}, {448, 70}, {500, 64}}, {});
     canvas.Polyline("boundaries", "village", {{360, 0}, {362, 24}, {378, 62}, {430, 62}, {436, 66}}, {});
     canvas.Polyline("boundaries", "parcel", {{446, 28}, {480, 28}, {496, 44}, {496, 58}, {446, 58}, {446, 28}}, {});
     for (const Pt p : {Pt{446, 28}, Pt{480, 28}, Pt{496, 44}, Pt{496, 58}, Pt{446, 58}})
         canvas.Point("boundaries", "parcel_corner", p, {});
 }
 
+// Between the railway and the river, its houses along the line.
 void AddHamlet(Canvas& canvas) {
-    for (int i = 0; i < 4; ++i) {
-        const double x = 450.0 + i * 11.5;
-        canvas.Area("buildings", "house", Turned({x + 5, 94.0 + i * 1.2}, 10, 8.5, 6),
+    constexpr double kAlongTheLine = 34.8;  // degrees
+    for (int i = 0; i < 3; ++i)
+        canvas.Area("buildings", "house", Turned({430.0 + i * 9.8, 98.0 + i * 6.6}, 10, 8.5, kAlongTheLine),
                     {{"structure", Quoted("混")}, {"floors", "2"}, {"mark", Quoted("混2")}});
-    }
-    canvas.Area("buildings", "ruined_house", Turned({462, 110}, 9, 7, 6), {});
-    canvas.Area("buildings", "house_under_construction", Turned({484, 108}, 11, 8, 6), {{"mark", Quoted("建")}});
-    canvas.Polyline("buildings", "hedge", {{446, 86}, {446, 102}, {492, 106}}, {});
-    canvas.Polyline("buildings", "fence", {{430, 84}, {430, 124}, {446, 128}}, {});
-    canvas.Point("names", "village", {472, 82.5}, {{"name", Quoted("小园村")}});
-    canvas.Point("vegetation", "broadleaf", {440, 112}, {});
-    canvas.Point("vegetation", "fruit_tree", {500 - 8, 84}, {});
-    canvas.Reserve(Rectangle(428, 80, 500, 118));
+    canvas.Area("buildings", "ruined_house", Turned({450, 95}, 8, 6, kAlongTheLine), {});
+    canvas.Area("buildings", "house_under_construction", Turned({472, 112}, 9, 7, kAlongTheLine),
+                {{"mark", Quoted("建")}});
+    canvas.Polyline("buildings", "hedge", {{423, 90}, {423, 102}, {440, 115}}, {});
+    canvas.Polyline("buildings", "fence", {{452, 84.5}, {500, 84.5}}, {});
+    canvas.Point("names", "village", {437, 87}, {{"name", Quoted("小园村")}});
+    canvas.Point("vegetation", "broadleaf", {480, 122}, {});
+    canvas.Point("vegetation", "fruit_tree", {476, 89}, {});
+    canvas.Point("vegetation", "fruit_tree", {486, 94}, {});
+    canvas.Reserve({{420, 80}, {444, 82}, {496, 116}, {496, 128}, {420, 118}});
 }
 
 void AddPower(Canvas& canvas) {
@@ -110,7 +112,7 @@ void AddPower(Canvas& canvas) {
     canvas.Polyline("utilities", "distribution_line", poles, {});
     for (const Pt& p : poles) canvas.Point("utilities", "pole", p, {});
     canvas.Point("utilities", "pole_transformer", {424, 78.5}, {});
-    canvas.Point("utilities", "mast", {436, 134}, {});
+    canvas.Point("utilities", "mast", {490, 126}, {});
 }
 
 }  // namespace

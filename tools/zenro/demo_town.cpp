@@ -165,12 +165,12 @@ void AddSchool(Canvas& canvas) {
     canvas.Area("structures", "overhead_corridor", {{298, 386}, {298, 404}, {302, 404}, {302, 386}}, {});
     Line track;  // two straights and two half circles
     const double cx1 = 300, cx2 = 346, cy = 456, r = 28;
-    for (int i = 0; i <= 16; ++i) {
-        const double a = -1.5707963 + 3.14159265 * i / 16;
+    for (int i = 0; i <= 32; ++i) {
+        const double a = -1.5707963 + 3.14159265 * i / 32;
         track.push_back({cx2 + r * std::cos(a), cy + r * std::sin(a)});
     }
-    for (int i = 0; i <= 16; ++i) {
-        const double a = 1.5707963 + 3.14159265 * i / 16;
+    for (int i = 0; i <= 32; ++i) {
+        const double a = 1.5707963 + 3.14159265 * i / 32;
         track.push_back({cx1 + r * std::cos(a), cy + r * std::sin(a)});
     }
     canvas.Area("buildings", "sports_ground", track, {{"name", Quoted("操场")}});
@@ -178,7 +178,7 @@ void AddSchool(Canvas& canvas) {
     canvas.Point("buildings", "flagpole", {300, 360}, {});
     for (double x = 272; x <= 376; x += 8) canvas.Point("vegetation", "row_tree", {x, 491}, {});
     canvas.Area("vegetation", "flower_bed", Rectangle(312, 350, 336, 362), {});
-    canvas.Point("names", "unit", {302, 394.5}, {{"name", Quoted("清溪中学")}});
+    canvas.Point("names", "unit", {324, 395}, {{"name", Quoted("清溪中学")}});
     canvas.Reserve(Rectangle(263, 340, 384, 496));
 }
 
@@ -215,7 +215,7 @@ void AddFactory(Canvas& canvas) {
     canvas.Area("buildings", "building", Rectangle(470, 458, 490, 484), Floors("砖", 1));
     canvas.Polyline("utilities", "overhead_pipe", {{412, 430}, {470, 430}, {484, 428}, {484, 420}}, {});
     canvas.Point("utilities", "substation", {492, 348}, {});
-    canvas.Point("names", "unit", {440, 391}, {{"name", Quoted("东风机械厂")}});
+    canvas.Point("names", "unit", {454, 391}, {{"name", Quoted("东风机械厂")}});
     canvas.Reserve(Rectangle(399, 340, 500, 496));
 }
 

@@ -16,12 +16,6 @@ Library::Library() {
     lineClasses.reserve(kLineClasses);
 }
 
-Body Library::BodyOf(int code) {
-    const SymbolHead& head = heads[static_cast<std::size_t>(std::clamp(code, 0, kLastCode))];
-    if (head.status != SymbolStatusG && head.status != SymbolStatusH) return {};
-    return {body.data() + head.position, bodySizes[static_cast<std::size_t>(std::clamp(code, 0, kLastCode))]};
-}
-
 void Library::CountBodies() {
     const int total = static_cast<int>(body.size());
     for (std::size_t code = 0; code < heads.size(); ++code) {
@@ -65,7 +59,7 @@ int NextRecord(const Body& body, int from) {
 }
 
 Body CurrentBody() {
-    return {TheBody, TheBody != nullptr ? nBody : 0};
+    return {TheBody, TheBody != nullptr ? nBody : 0, state().library};
 }
 
 }  // namespace zm::symbol
@@ -93,7 +87,7 @@ int getsymbody(int code) {
         case SymbolStatusG:
         case SymbolStatusH: {
             TheBody = library->body.data() + library->current.position;
-            nBody = library->BodyOf(known).size;
+            nBody = library->bodySizes[static_cast<std::size_t>(known)];
             return 1;
         }
         case SymbolStatusLC:

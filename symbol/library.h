@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -21,12 +22,6 @@ constexpr float kTerminator = -100.0F;
 // Marker of an arc polyline: its x, metres on the paper; y is the sweep in degrees.
 constexpr float kArcMarker = -10000.0F;
 
-/// A run of records that belongs to one symbol.
-struct Body {
-    const SYMBODY* records = nullptr;
-    int size = 0;  // records up to the last terminator that the lookup counts
-};
-
 struct ZM_API Library {
     Library();
 
@@ -39,10 +34,16 @@ struct ZM_API Library {
     std::array<std::string, kHeads> notes;
     std::array<int, kHeads> bodySizes{};  // records of each graphic and hatch symbol, counted once after reading
 
-    /// The records of a head of kind G or H: none for other kinds.
-    Body BodyOf(int code);
     /// Counts the records of all graphic and hatch symbols.
     void CountBodies();
+};
+
+/// A run of records that belongs to one symbol, and the library that they stand in: a message may let the application
+/// load another one meanwhile.
+struct Body {
+    const SYMBODY* records = nullptr;
+    int size = 0;  // records up to the last terminator that the lookup counts
+    std::shared_ptr<const Library> library;
 };
 
 SYMBODY PointRecord(float x, float y);

@@ -11,7 +11,7 @@
 namespace zm::symbol {
 
 struct State {
-    std::unique_ptr<Library> library;         // TsymbolInit, TsymbolClose
+    std::shared_ptr<Library> library;         // TsymbolInit; a symbol being drawn keeps its own
     int lastCode = 0;                         // the last code looked up; cleared by TsymbolInit only
     const char* const* blockTable = nullptr;  // SetSymbolBlockTable; the caller's
     int frameSwitch = 0;                      // _LDExText draws a frame if it is on; nothing in the library sets it

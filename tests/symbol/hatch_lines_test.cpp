@@ -132,8 +132,8 @@ TEST(GenerateHatchLines, GivesTheLinesOfThePlainFormBitForBit) {
     zm::test::Random random(51);
     for (int round = 0; round < 400; ++round) {
         const int n = random.Int(3, round % 20 == 0 ? 1000 : 60);
-        const double far = round % 3 == 0 ? 500000.0 : 0.0;
-        const auto xy = Star(random, n, far, 3.0 * far, random.Real(1.0, 200.0));
+        const double away = round % 3 == 0 ? 500000.0 : 0.0;
+        const auto xy = Star(random, n, away, 3.0 * away, random.Real(1.0, 200.0));
         const double a1 = random.Real(0.02, 1.5) + (round % 2 == 0 ? 1.6 : 0.0);
         const double a2 = random.Real(0.02, 1.5);
         const double d1 = random.Real(0.2, 5.0);

@@ -207,6 +207,14 @@ TEST_F(Pattern, ThatNamesItselfOrHugeCodesDoesNoHarm) {
     SUCCEED();
 }
 
+TEST_F(Pattern, VertexSymbolsThatNameThemselvesOrNothingDoNoHarm) {
+    Begin(1);
+    EXPECT_EQ(1, Lay("G80 G80 G80", {0, 0, 10, 0}, "D3 A1"));
+    EXPECT_THAT(m_writer.calls, ElementsAre("line 0.000 0.000 10.000 0.000"));
+    EXPECT_EQ(1, Lay("G1000 G-1 G99999999999", {0, 0, 10, 0}, "D3 A1"));
+    EXPECT_EQ(1, Lay("G G G", {0, 0, 10, 0}, "D99999999999 A1"));
+}
+
 TEST_F(Pattern, OfFewerThanTwoPointsReturnsZero) {
     EXPECT_EQ(0, Lay("+5", {0, 0}));
     EXPECT_EQ(0, NewLC(nullptr, nullptr, 5, 80));

@@ -2,10 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
-
-#include "runtime/files.h"
 
 namespace zm::dwg::reader {
 namespace {
@@ -140,22 +137,6 @@ bool Extents(const Drawing& drawing, Point& low, Point& high) {
         return true;
     });
     return any;
-}
-
-bool ReadWholeFile(const char* path, std::vector<std::uint8_t>& bytes) {
-    std::FILE* file = files::Open(path, "rb");
-    if (file == nullptr) return false;
-    bytes.clear();
-    constexpr std::size_t kChunk = 1 << 20;
-    std::size_t got = 0;
-    do {
-        bytes.resize(bytes.size() + kChunk);
-        got = std::fread(bytes.data() + bytes.size() - kChunk, 1, kChunk, file);
-        bytes.resize(bytes.size() - kChunk + got);
-    } while (got == kChunk);
-    const bool sound = std::ferror(file) == 0;
-    std::fclose(file);
-    return sound;
 }
 
 }  // namespace zm::dwg::reader

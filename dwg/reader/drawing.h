@@ -101,7 +101,4 @@ bool ReadBlockRecord(const Drawing& drawing, std::uint64_t offset, Record& recor
 /// nothing.
 bool Extents(const Drawing& drawing, Point& low, Point& high);
 
-/// Reads a file whole. path is GBK as everywhere inside; false if it cannot be read.
-bool ReadWholeFile(const char* path, std::vector<std::uint8_t>& bytes);
-
 }  // namespace zm::dwg::reader

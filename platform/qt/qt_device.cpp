@@ -8,7 +8,11 @@
 #include <cmath>
 #include <cstdlib>
 #include <numbers>
+#include <numeric>
+#include <span>
 
+#include "platform/headless/arc_figure.h"
+#include "platform/headless/dashes.h"
 #include "platform/qt/application.h"
 #include "platform/qt/qt_text.h"
 
@@ -24,26 +28,19 @@ QColor ColorOf(COLORREF color) {
                   static_cast<int>(color >> 16 & 0xFF));
 }
 
-// Dashes and gaps of the styles PS_DASH to PS_DASHDOTDOT in pixels along the longer axis.
-struct DashPattern {
-    int count;
-    int lengths[6];
-};
-constexpr DashPattern kDashes[] = {{0, {}}, {2, {18, 6}}, {2, {3, 3}}, {4, {9, 6, 3, 6}}, {6, {9, 3, 3, 3, 3, 3}}};
-
 bool Dashed(const Stroke& stroke) {
-    return stroke.style >= PS_DASH && stroke.style <= PS_DASHDOTDOT;
+    return !platform::DashesOf(stroke.style).empty();
 }
 
-// Whether the dash is down at a step of the pattern.
+// Whether the dash is down at a step along the longer axis.
 bool DashDown(int style, unsigned step) {
-    const DashPattern& pattern = kDashes[style];
-    int total = 0;
-    for (int i = 0; i < pattern.count; ++i) total += pattern.lengths[i];
-    int at = static_cast<int>(step % static_cast<unsigned>(total));
-    for (int i = 0; i < pattern.count; ++i) {
-        if (at < pattern.lengths[i]) return i % 2 == 0;
-        at -= pattern.lengths[i];
+    const std::span<const int> dashes = platform::DashesOf(style);
+    int at = static_cast<int>(step % static_cast<unsigned>(std::accumulate(dashes.begin(), dashes.end(), 0)));
+    bool down = true;
+    for (const int length : dashes) {
+        if (at < length) return down;
+        at -= length;
+        down = !down;
     }
     return false;
 }
@@ -116,8 +113,7 @@ void QtDevice::TakePen(const Stroke& stroke) {
     if (Dashed(stroke)) {
         // Qt's pattern counts in pen widths. A wide dashed pen keeps the rhythm of a thin one at its own weight.
         QList<qreal> pattern;
-        const DashPattern& dashes = kDashes[stroke.style];
-        for (int i = 0; i < dashes.count; ++i) pattern.append(dashes.lengths[i] * m_unit / stroke.width);
+        for (const int length : platform::DashesOf(stroke.style)) pattern.append(length * m_unit / stroke.width);
         pen.setDashPattern(pattern);
         pen.setCapStyle(Qt::FlatCap);
     } else if (!wide) {
@@ -213,25 +209,16 @@ int QtDevice::Arc(const Stroke& stroke, const RECT& box, POINT start, POINT end)
     if (!m_painter.isActive()) return 0;
     Flush();
     TakePen(stroke);
-    const QRect around = Normalised(box);
-    if (around.width() < 1 || around.height() < 1) return 1;
-    // The right column and the lower row are out: the ellipse passes through the middles of the pixels inside.
-    const QRectF ellipse(around.left() + m_shift, around.top() + m_shift, around.width() - 1, around.height() - 1);
-    const double cx = around.left() + around.width() / 2.0;
-    const double cy = around.top() + around.height() / 2.0;
+    if (box.left == box.right || box.top == box.bottom) return 1;
+    const platform::ArcFigure arc = platform::FigureOfArc(box, start, end);
+    const QRectF ellipse(arc.cx - arc.rx + m_shift, arc.cy - arc.ry + m_shift, 2.0 * arc.rx, 2.0 * arc.ry);
     constexpr double kDegrees = 180.0 / std::numbers::pi;
-    // Angles of the parametric form, from directions of the radial lines.
-    const auto angle = [&](POINT p) {
-        return std::atan2((cy - p.y) * around.width(), (p.x - cx) * around.height()) * kDegrees;
-    };
-    const double from = angle(start);
-    double sweep = angle(end) - from;
-    while (sweep <= 0.0) sweep += 360.0;
-    while (sweep > 360.0) sweep -= 360.0;
-    if (start.x == end.x && start.y == end.y) sweep = 360.0;
+    const double from = arc.start * kDegrees;
+    double sweep = arc.sweep * kDegrees;
     // As of a line, the last pixel is left out.
-    if (m_rendering == Rendering::pixels && sweep < 360.0)
-        sweep = std::max(0.0, sweep - 2.0 * kDegrees / std::max(around.width(), around.height()));
+    const double radius = std::max(arc.rx, arc.ry);
+    if (m_rendering == Rendering::pixels && sweep < 360.0 && radius > 0.0)
+        sweep = std::max(0.0, sweep - kDegrees / radius);
     QPainterPath path;
     path.arcMoveTo(ellipse, from);
     path.arcTo(ellipse, from, sweep);
@@ -285,7 +272,9 @@ QBrush QtDevice::BrushOf(const Fill& fill) const {
     if (fill.kind == Fill::Kind::solid) return QBrush(ColorOf(fill.color));
     QImage tile(8, 8, QImage::Format_ARGB32);
     const QColor ink = ColorOf(fill.color);
-    const QColor rest = fill.opaque ? ColorOf(fill.background) : QColor(Qt::transparent);
+    // What lets the ground through has the ink's colour too: pages blend a tile's neighbours into each other.
+    QColor rest = fill.opaque ? ColorOf(fill.background) : ink;
+    if (!fill.opaque) rest.setAlpha(0);
     for (int y = 0; y < 8; ++y)
         for (int x = 0; x < 8; ++x) tile.setPixelColor(x, y, fill.Inked(x, y) ? ink : rest);
     const int enlarged = std::max(1, static_cast<int>(std::lround(m_unit)));

@@ -29,12 +29,9 @@ struct DwgOptions {
 };
 
 reader::Drawing Open(const std::string& file) {
-    std::vector<std::uint8_t> bytes;
-    const std::string path = LibraryPath(file);
-    if (path.empty() || !reader::ReadWholeFile(path.c_str(), bytes))
-        throw Failure(kNoInput, file + ": cannot be read; give the path of a drawing file.");
-    reader::Drawing drawing(std::move(bytes));
-    return drawing;
+    constexpr std::size_t kLargest = std::size_t{4} << 30;  // the offsets of the format have 32 bits
+    const std::string bytes = ReadWholeFile(file, kLargest);
+    return reader::Drawing(std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
 }
 
 reader::Drawing OpenKnown(const std::string& file) {

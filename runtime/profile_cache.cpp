@@ -10,8 +10,7 @@ namespace zm::profile {
 namespace {
 
 constexpr std::size_t kEntriesKept = 8;
-constexpr std::size_t kBytesKept = 32u << 20;  // of source text; the file read last is kept whatever its size
-constexpr int kYoungReads = 4;
+constexpr std::size_t kBytesKept = 32u << 20;      // of source text; the file read last is kept whatever its size
 constexpr std::int64_t kLongestWait = 50'000'000;  // nanoseconds
 
 }  // namespace
@@ -40,7 +39,7 @@ const Text* Cache::Read(const std::filesystem::path& file, system::FileStamp& st
         if (m_entries.back().stamp.settled) return m_entries.back().text.get();
         entry = m_entries.back();
         // Who reads many keys of a file that was written this moment waits once for a stamp that can be relied on.
-        if (++entry.youngReads > kYoungReads && stamp.settlesIn <= kLongestWait)
+        if (++entry.youngReads > youngReadsBeforeWait && stamp.settlesIn <= kLongestWait)
             std::this_thread::sleep_for(std::chrono::nanoseconds(stamp.settlesIn));
     }
     std::string bytes;

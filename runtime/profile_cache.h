@@ -20,6 +20,9 @@ class Cache {
     /// The same for a GBK path text that has a separator.
     const Text* Read(const char* path);
 
+    /// How often a file whose stamp is not settled is read before a reader waits until it is.
+    int youngReadsBeforeWait = 4;
+
  private:
     struct Entry {
         system::FileStamp stamp;

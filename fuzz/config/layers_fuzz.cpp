@@ -24,7 +24,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const int written = *count;
     const int color = GetColorNo1(150);
     ReadCengCi();
-    if (*count != written && written > 0) std::abort();
-    static_cast<void>(color);
+    if (*count != written || GetColorNo1(150) != color) std::abort();
     return 0;
 }

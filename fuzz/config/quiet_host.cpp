@@ -3,11 +3,13 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <string>
 
 #include "runtime/files.h"
 #include "runtime/numbers.h"
 #include "runtime/project.h"
+#include "runtime/state.h"
 #include "zenromath/host.h"
 #include "zenromath/runtime.h"
 
@@ -38,6 +40,7 @@ void StartFamily() {
     std::atexit([] { fs::remove_all(Root()); });
     for (const char* folder : {"project", "module", "config"}) fs::create_directory(Root() / folder);
     ::setenv("XDG_CONFIG_HOME", (Root() / "config").c_str(), 1);
+    runtime::state().profiles.youngReadsBeforeWait = std::numeric_limits<int>::max();  // each input is a new file
     runtime::StartProjectFiles();
     numbers::Print(runtime::Project().moduleDirectory, 256, "%s", files::PathText(Root() / "module").c_str());
     std::string name = files::PathText(Root() / "project" / "map");

@@ -60,7 +60,15 @@ int Clamped(int value) {
 QtDevice::QtDevice(QPaintDevice* target, Rendering rendering, double unit)
     : m_rendering(rendering), m_unit(unit > 0.0 ? unit : 1.0), m_shift(rendering == Rendering::smooth ? 0.5 : 0.0) {
     EnsureApplication();
-    if (target == nullptr || !m_painter.begin(target)) return;
+    if (target == nullptr) return;
+    // Thin strokes go straight to the pixels of an image; the pointer is taken before the painter shares it.
+    if (auto* image = dynamic_cast<QImage*>(target);
+        image != nullptr && rendering == Rendering::pixels &&
+        (image->format() == QImage::Format_RGB32 || image->format() == QImage::Format_ARGB32)) {
+        m_bits = image->bits();
+        m_bytesPerLine = image->bytesPerLine();
+    }
+    if (!m_painter.begin(target)) return;
     m_bounds = QRect(0, 0, target->width(), target->height());
     m_painter.setRenderHint(QPainter::Antialiasing, rendering == Rendering::smooth);
     m_painter.setRenderHint(QPainter::TextAntialiasing, rendering == Rendering::smooth);
@@ -166,36 +174,54 @@ void QtDevice::ThinLine(const Stroke& stroke, int x1, int y1, int x2, int y2) {
     const int step = to > from ? 1 : -1;
     const int low = steep ? m_bounds.top() : m_bounds.left();
     const int high = steep ? m_bounds.bottom() : m_bounds.right();
-    const auto at = [&](std::int64_t i) {
-        // ceil(across + rise * i / length - 1/2)
-        const std::int64_t numerator = 2 * rise * i - length;
-        const std::int64_t denominator = 2 * length;
-        std::int64_t quotient = numerator / denominator;
-        if (numerator % denominator != 0 && numerator > 0) ++quotient;
-        return across + static_cast<int>(quotient);
-    };
-    const auto add = [&](QVector<QRect>& runs, int a, int b, int place) {
+    const auto add = [&](bool down, int a, int b, int place) {
         const int first = std::max(std::min(a, b), low);
         const int last = std::min(std::max(a, b), high);
-        if (first > last) return;
-        runs.append(steep ? QRect(place, first, 1, last - first + 1) : QRect(first, place, last - first + 1, 1));
+        if (first > last || (!down && !stroke.opaqueGaps)) return;
+        PutRun(down, steep ? QRect(place, first, 1, last - first + 1) : QRect(first, place, last - first + 1, 1));
     };
+    // The place across at step i is across + ceil((2 rise i - length) / (2 length)) = across + q, where
+    // q * 2 length - rest is the numerator and 0 <= rest < 2 length.
+    const std::int64_t turn = 2 * length;
+    int place = across;
+    std::int64_t rest = length;
     const bool dashed = Dashed(stroke);
-    std::int64_t i = 0;
-    while (i < length) {
-        const int place = at(i);
+    std::int64_t begin = 0;
+    int runPlace = place;
+    bool runDown = !dashed || DashDown(stroke.style, m_dashStep);
+    for (std::int64_t i = 1; i < length; ++i) {
+        rest -= 2 * rise;
+        if (rest < 0) {
+            ++place;
+            rest += turn;
+        } else if (rest >= turn) {
+            --place;
+            rest -= turn;
+        }
         const bool down = !dashed || DashDown(stroke.style, m_dashStep + static_cast<unsigned>(i));
-        std::int64_t j = i + 1;
-        while (j < length && at(j) == place &&
-               (!dashed || DashDown(stroke.style, m_dashStep + static_cast<unsigned>(j)) == down))
-            ++j;
-        if (down)
-            add(m_runs, from + step * static_cast<int>(i), from + step * static_cast<int>(j - 1), place);
-        else if (stroke.opaqueGaps)
-            add(m_gapRuns, from + step * static_cast<int>(i), from + step * static_cast<int>(j - 1), place);
-        i = j;
+        if (place == runPlace && down == runDown) continue;
+        add(runDown, from + step * static_cast<int>(begin), from + step * static_cast<int>(i - 1), runPlace);
+        begin = i;
+        runPlace = place;
+        runDown = down;
     }
+    if (length > 0)
+        add(runDown, from + step * static_cast<int>(begin), from + step * static_cast<int>(length - 1), runPlace);
     m_dashStep += static_cast<unsigned>(length);
+}
+
+void QtDevice::PutRun(bool down, const QRect& wanted) {
+    const QRect run = wanted & m_bounds;
+    if (run.isEmpty()) return;
+    if (m_bits == nullptr) {
+        (down ? m_runs : m_gapRuns).append(run);
+        return;
+    }
+    const QRgb color = ColorOf(down ? m_stroke.color : m_stroke.gapColor).rgb();
+    for (int y = run.top(); y <= run.bottom(); ++y) {
+        auto* row = reinterpret_cast<QRgb*>(m_bits + static_cast<std::ptrdiff_t>(y) * m_bytesPerLine);
+        std::fill(row + run.left(), row + run.right() + 1, color);
+    }
 }
 
 COLORREF QtDevice::Dot(int x, int y, COLORREF color) {
@@ -252,8 +278,8 @@ int QtDevice::Box(const Stroke* stroke, const Fill& fill, const RECT& box) {
         ThinLine(*stroke, right, bottom, around.left(), bottom);
         ThinLine(*stroke, around.left(), bottom, around.left(), around.top());
         const bool onePixel = around.width() == 1 && around.height() == 1;  // draws nothing
-        if (around.width() == 1 && !onePixel) m_runs.append(QRect(around.left(), bottom, 1, 1));
-        if (around.height() == 1 && !onePixel) m_runs.append(QRect(right, around.top(), 1, 1));
+        if (around.width() == 1 && !onePixel) PutRun(true, QRect(around.left(), bottom, 1, 1));
+        if (around.height() == 1 && !onePixel) PutRun(true, QRect(right, around.top(), 1, 1));
         m_dashStep = 0;
         Flush();
         return 1;

@@ -43,11 +43,14 @@ class QtDevice : public Device {
     bool Thin(const Stroke& stroke) const { return m_rendering == Rendering::pixels && stroke.width <= 1; }
     void TakePen(const Stroke& stroke);
     void ThinLine(const Stroke& stroke, int x1, int y1, int x2, int y2);
+    void PutRun(bool down, const QRect& wanted);
     void EndChain();
     QPointF At(double x, double y) const { return QPointF(x + m_shift, y + m_shift); }
     QBrush BrushOf(const Fill& fill) const;
 
     QPainter m_painter;
+    uchar* m_bits = nullptr;  // of an image, for thin strokes; null: through the painter
+    std::ptrdiff_t m_bytesPerLine = 0;
     QRect m_bounds;
     Rendering m_rendering;
     double m_unit;

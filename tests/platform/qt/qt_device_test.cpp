@@ -5,6 +5,7 @@
 #include <QFontDatabase>
 #include <QImage>
 #include <QPdfWriter>
+#include <array>
 #include <climits>
 #include <cstring>
 
@@ -85,6 +86,22 @@ TEST(QtDevice, HugeCoordinatesStayInside) {
         dc.Finish();
         EXPECT_EQ(image.size(), QSize(20, 20));
     }
+}
+
+TEST(QtDevice, ThinFiguresOutsideAnImageTouchNoMemoryBesideIt) {
+    QImage image = White(20, 20);
+    QtDevice dc(&image, Rendering::pixels);
+    for (const int far : {-30000, -1, 20, 30000}) {
+        for (const auto& [x1, y1, x2, y2] : {std::array{far, 3, far, 9}, std::array{3, far, 9, far},
+                                             std::array{far, far, 5, 5}, std::array{far, -far, -far, far}}) {
+            device::MoveToEx(&dc, x1, y1, nullptr);
+            device::LineTo(&dc, x2, y2);
+        }
+        device::Rectangle(&dc, far, 3, far + 1, 9);
+        device::Rectangle(&dc, 3, far, 9, far + 1);
+        device::SetPixel(&dc, far, far, 0);
+    }
+    EXPECT_TRUE(dc.Finish());
 }
 
 TEST(QtDevice, DashesGoOnAlongAPolyline) {

@@ -42,6 +42,10 @@ class Progress {
     }
 };
 
+std::string Shown(const Box& b) {
+    return Fixed(b.x1, 1) + "," + Fixed(b.y1, 1) + "," + Fixed(b.x2, 1) + "," + Fixed(b.y2, 1);
+}
+
 std::string PlainName(const std::string& input) {
     return fs::path(input).stem().string();
 }
@@ -95,8 +99,9 @@ Page MakePage(const DrawJob& job, Source& source, Report& report) {
     }
     const double largest = std::max(page.paperWidth(), page.paperHeight());
     if (largest > kLargestPaper)
-        throw Failure(kUsage, "the sheet would be " + Fixed(largest / 1000.0, 1) + " m of paper at 1:" +
-                                  Fixed(page.scale, 0) + "; give --sheet for a part of it, or a smaller --scale.");
+        throw Failure(kUsage, "the sheet would be " + Fixed(largest / 1000.0, 1) +
+                                  " m of paper at 1:" + Fixed(page.scale, 0) + "; give --sheet for a part of " +
+                                  Shown(page.sheet) + ", or a smaller scale.");
     if (!clip.x.empty()) {
         page.Turn(clip);
         page.clip.push_back(std::move(clip));
@@ -118,6 +123,7 @@ void SetClip(CTqDraw& context, const Page& page) {
 // What one look at all features tells: the levels in use, and which paper is covered.
 struct Survey {
     std::set<int> levels;
+    std::set<GeometryKind> labelled;
     std::vector<PlacedLabel> labels;
     long labelsWithoutRoom = 0;
     long shapes = 0;
@@ -134,7 +140,10 @@ void Look(Source& source, const Page& page, const Painter& painter, Cover& cover
             const Shape shape = painter.Turned(raw);
             if (!painter.OnSheet(shape)) continue;
             ++survey.shapes;
-            for (const Use* use : uses) survey.levels.insert(use->rule->LevelOf(raw.kind));
+            for (const Use* use : uses) {
+                survey.levels.insert(use->rule->LevelOf(raw.kind));
+                if (!use->label.empty()) survey.labelled.insert(raw.kind);
+            }
             for (const Chain& chain : shape.chains) cover.MarkLine(chain);
             if (raw.kind == GeometryKind::area)
                 for (const Use* use : uses)
@@ -154,6 +163,7 @@ void PlaceLabels(Source& source, const Page& page, const Painter& painter, TqNot
     LabelPlacer placer(page, notes, cover);
     const Progress progress;
     for (const GeometryKind kind : {GeometryKind::point, GeometryKind::line, GeometryKind::area}) {
+        if (survey.labelled.count(kind) == 0) continue;
         long long done = 0;
         source.ForEach([&](const Feature& feature) {
             progress.Step(survey.features, ++done, "zenro: placing labels");
@@ -248,11 +258,10 @@ DrawResult RunDrawJob(const DrawJob& job, Context& context) {
         Look(source, page, painter, cover, survey);
         if (survey.shapes == 0) {
             const Box& b = source.box();
-            throw Failure(kFailed, "nothing drawn: the sheet meets no data" +
-                                       (b.empty() ? std::string(".")
-                                                  : ", which lies in " + Fixed(b.x1, 1) + "," + Fixed(b.y1, 1) + "," +
-                                                        Fixed(b.x2, 1) + "," + Fixed(b.y2, 1) + " (" +
-                                                        source.plane().Describe() + ")."));
+            throw Failure(kFailed,
+                          "nothing drawn: the sheet meets no data" +
+                              (b.empty() ? std::string(".")
+                                         : ", which lies in " + Shown(b) + " (" + source.plane().Describe() + ")."));
         }
         PlaceLabels(source, page, painter, session.notes(), cover, survey);
     }

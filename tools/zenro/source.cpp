@@ -333,7 +333,8 @@ bool Source::Prepare(Layer& layer, void* raw, Feature& prepared) {
         if (lost > 0 && tell)
             m_report.Warn("labels with characters outside GBK",
                           prepared.where + ": \"" + LabelText(rule->label, feature) + "\" has " + std::to_string(lost) +
-                              " characters that GBK lacks; each became \"" + m_options.replacement + "\" (--replace).");
+                              " characters that GBK lacks; each became its plain letter or \"" + m_options.replacement +
+                              "\" (--replace).");
         const auto number = [&](const std::string& field, double& value) {
             const int index = field.empty() ? -1 : FieldOf(*feature.GetDefnRef(), field);
             return index >= 0 && feature.IsFieldSetAndNotNull(index) &&

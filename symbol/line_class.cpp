@@ -32,7 +32,7 @@ class PatternWalk {
     int Run(int flip, int sidesOff);
 
  private:
-    double Length(int token) const { return m_g * m_values[token] / 1000.0; }
+    double Length(int token) const { return m_lengths[token]; }
     bool IsRun(int token) const { return m_letters[token] == '+' || m_letters[token] == '-'; }
     void ReadPattern(int sidesOff);
     bool DrawSolid();
@@ -40,8 +40,22 @@ class PatternWalk {
     int Walk(int flip);
     void WalkRun(double distance);
     void Mark(int flip);
-    // Asked for where a token ends only: it costs more than all the rest of a step.
-    double BearingAt(int i) const { return Bearing({m_x[i], m_y[i]}, {m_x[i + 1], m_y[i + 1]}); }
+    // Distance and bearing from the place reached to the next vertex, known until the place changes. The bearing is
+    // asked for where a token ends or a symbol stands: it costs more than all the rest of a step.
+    double Ahead() {
+        if (!m_aheadKnown) m_ahead = geometry::Distance(m_x[m_at], m_y[m_at], m_x[m_at + 1], m_y[m_at + 1]);
+        m_aheadKnown = true;
+        return m_ahead;
+    }
+    double BearingAhead() {
+        if (!m_bearingKnown) m_bearing = Bearing({m_x[m_at], m_y[m_at]}, {m_x[m_at + 1], m_y[m_at + 1]}, Ahead());
+        m_bearingKnown = true;
+        return m_bearing;
+    }
+    void MovedTo(int vertex) {
+        m_at = vertex;
+        m_aheadKnown = m_bearingKnown = false;
+    }
     void Advance() {
         if (++m_token > m_tokens - 1) m_token %= m_tokens;
         m_rest = Length(m_token);
@@ -57,6 +71,12 @@ class PatternWalk {
     int m_n;
     double m_g;
     int m_code;
+
+    double m_lengths[kPatternTokens] = {};  // of the tokens on the ground
+    double m_ahead = 0.0;
+    double m_bearing = 0.0;
+    bool m_aheadKnown = false;
+    bool m_bearingKnown = false;
 
     int m_side = kNoSide;
     double m_width = 0.0;
@@ -76,6 +96,7 @@ class PatternWalk {
 
 void PatternWalk::ReadPattern(int sidesOff) {
     for (int i = 0; i < m_tokens; ++i) {
+        m_lengths[i] = m_g * m_values[i] / 1000.0;
         if (m_letters[i] == '-') m_solid = false;
         if (IsRun(i)) m_cycle += Length(i);
         if (sidesOff != 0) continue;
@@ -133,20 +154,21 @@ int PatternWalk::Walk(int flip) {
     m_rest = Length(0);
     while (m_at < m_n - 1) {
         if (m_at == 0 && m_marks == kMarksInARow) return TellBadSymbol();
-        const double distance = geometry::Distance(m_x[m_at], m_y[m_at], m_x[m_at + 1], m_y[m_at + 1]);
-        if (Stuck(distance)) {
+        if (Stuck(Ahead())) {
             if (state().patternStuckTold) return 0;
             state().patternStuckTold = true;
             return _LMsg(numbers::Text(texts::kPatternStuck, m_code).c_str(), nullptr, 0);
         }
         if (IsRun(m_token))
-            WalkRun(distance);
+            WalkRun(Ahead());
         else
             Mark(flip);
     }
     // The last step left the place at which it stood, so the bearing is still that of the last leg.
-    if (m_letters[0] == 'G' && m_width > kLeastWidth)
-        insert(m_x[m_n - 1], m_y[m_n - 1], Turned(BearingAt(m_n - 2), flip), ToInt(m_values[0]));
+    if (m_letters[0] == 'G' && m_width > kLeastWidth) {
+        MovedTo(m_n - 2);
+        insert(m_x[m_n - 1], m_y[m_n - 1], Turned(BearingAhead(), flip), ToInt(m_values[0]));
+    }
     return 2;
 }
 
@@ -157,19 +179,20 @@ void PatternWalk::WalkRun(double distance) {
     if (distance < m_rest) {
         if (drawn && m_at == m_n - 2) DrawPenRun(m_x, m_y, m_x[m_at + 1], m_y[m_at + 1], m_width, m_side, m_from, m_at);
         m_rest -= distance;
-        ++m_at;
+        MovedTo(m_at + 1);
         return;
     }
-    const Point end = At({m_x[m_at], m_y[m_at]}, m_rest, BearingAt(m_at));
+    const Point end = At({m_x[m_at], m_y[m_at]}, m_rest, BearingAhead());
     if (drawn) DrawPenRun(m_x, m_y, end.x, end.y, m_width, m_side, m_from, m_at);
     Advance();
     // Required: the new token's length against the old distance; where they are equal the walk goes on from the vertex
     // with the whole new length.
     if (m_rest == distance) {
-        ++m_at;
+        MovedTo(m_at + 1);
     } else {
         m_x[m_at] = end.x;
         m_y[m_at] = end.y;
+        MovedTo(m_at);
     }
     m_from = m_at;
 }
@@ -177,7 +200,7 @@ void PatternWalk::WalkRun(double distance) {
 void PatternWalk::Mark(int flip) {
     const double x = m_x[m_at];
     const double y = m_y[m_at];
-    if (m_letters[m_token] == 'G') insert(x, y, Turned(BearingAt(m_at), flip), ToInt(m_values[m_token]));
+    if (m_letters[m_token] == 'G') insert(x, y, Turned(BearingAhead(), flip), ToInt(m_values[m_token]));
     if (m_letters[m_token] == 'P') TqDC->pixel(x, y, 0, 1);
     Advance();
     ++m_marks;

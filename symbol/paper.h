@@ -4,6 +4,7 @@
 #include <climits>
 #include <cmath>
 
+#include "geometry/state.h"
 #include "zenromath/draw.h"
 #include "zenromath/geometry.h"
 
@@ -62,6 +63,13 @@ inline Point At(const Point& from, double distance, double bearing) {
     Point point;
     XYSA(from.x, from.y, &point.x, &point.y, &distance, &bearing, 1);
     return point;
+}
+
+/// The bearing that XYSA gives from a to b, whose distance is known.
+inline double Bearing(const Point& a, const Point& b, double distance) {
+    if (geometry::state().mini >= distance) return 0.0;
+    const double angle = std::acos((b.x - a.x) / distance);
+    return a.y > b.y ? kTwoPi - angle : angle;
 }
 
 inline Point Middle(const Point& a, const Point& b) {

@@ -4,6 +4,8 @@
 #include <limits>
 
 #include "symbol/line_class.h"
+#include "symbol/paper.h"
+#include "tests/support/random.h"
 #include "tests/symbol/symbol_test.h"
 
 using testing::ElementsAre;
@@ -295,6 +297,19 @@ TEST_F(Pattern, VertexModePlacesBlocksOfItsOwnCodeOnAllVertices) {
     EXPECT_EQ(1, NewLC(x.data(), y.data(), 2, 42));
     EXPECT_THAT(m_writer.calls, ElementsAre("insert 10.000 0.000 1 1 0.000 TREE", "insert 0.000 0.000 1 1 0.000 TREE",
                                             "point 0.000 0.000", "line 0.000 0.000 10.000 0.000"));
+}
+
+TEST(Bearing, OfAKnownDistanceIsThatOfXysaToTheLastBit) {
+    ZM_TRACE_SEED();
+    zm::test::Random random(54);
+    for (int round = 0; round < 100000; ++round) {
+        const zm::symbol::Point a = {random.Real(-9.0, 9.0), random.Real(-9.0, 9.0)};
+        const double reach = round % 3 == 0 ? 1e-8 : 5.0;
+        const zm::symbol::Point b = {a.x + random.Int(-1, 1) * reach * random.Real(0.0, 2.0),
+                                     a.y + random.Int(-1, 1) * reach * random.Real(0.0, 2.0)};
+        const auto polar = zm::symbol::PolarOf(a, b);
+        ASSERT_EQ(polar.bearing, zm::symbol::Bearing(a, b, polar.distance));
+    }
 }
 
 }  // namespace

@@ -114,7 +114,8 @@ class Hatch {
 };
 
 int Hatch::Draw() {
-    // The entities that follow carry the code as elevation and thickness.
+    // Required: the entities that follow carry the code as elevation and thickness; readers of the file tell hatches by
+    // it.
     if (OnDwg()) _LDBsetelev(m_code, m_code);
     const int type = TypeAt(1);
     if (type == kBrush || type == kBitmap) return Fill(type);

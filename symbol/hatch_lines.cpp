@@ -289,7 +289,8 @@ int GenerateHatchLines(int n, const double* xy, double a1, double d1, double a2,
     if (!std::isfinite(box.width()) || !std::isfinite(box.height())) return 0;
     box = {box.left - kMargin, box.bottom - kMargin, box.right + kMargin, box.top + kMargin};
 
-    // Family A runs from the bottom to the top, family B from left to right.
+    // Family A runs from the bottom to the top, family B from left to right. Required: a single family has no second
+    // angle, so it always changes places and runs as family B, up to its own vertical.
     int mode = type == 2 ? 1 : 0;
     if (IsWhole(a1 / kPi) || IsWhole(2.0 * a2 / kPi)) {
         std::swap(a1, a2);

@@ -85,6 +85,10 @@ class QtSink : public Sink {
         m_device = m_qt.begin(&qtPage, error, sizeof error);
         if (m_device == nullptr) CannotWrite(m_file.target(), error);
         SetView(m_device, page, dpi);
+        if (*m_qt.chineseFace() == '\0')
+            report.Warn("no font for Chinese",
+                        target.string() + ": no installed font covers Chinese; such text is drawn as boxes. Install " +
+                            "fonts-wqy-zenhei or fonts-noto-cjk.");
     }
     ~QtSink() override {
         m_context->ResetHdc(nullptr);

@@ -1,4 +1,5 @@
-// Whole runs of zenro beside ogr2ogr, which writes the same features to DXF without any symbol. Items are features.
+// Whole runs of zenro beside ogr2ogr, which writes the same features to DXF without any symbol, and beside Mapnik,
+// which draws them with a like pattern of dashes and markers to an image of the same size. Items are features.
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
@@ -14,6 +15,21 @@ namespace fs = std::filesystem;
 
 constexpr int kLines = 20000;  // of 20 vertices each
 constexpr int kVertices = 20;
+
+// A fence at 1:5000 on 10 pixels a millimetre: dashes with a marker every 10 mm. Antialiased as zenro's images are.
+constexpr char kMapnikStyle[] =
+    R"(<Map srs="+proj=merc +a=6378137 +b=6378137 +units=m +no_defs" background-color="white"><Style name="fence"><Rule>)"
+    R"(<LineSymbolizer stroke="black" stroke-width="1.5" stroke-dasharray="80,20"/>)"
+    R"(<MarkersSymbolizer placement="line" spacing="100" width="10" height="10" allow-overlap="true" )"
+    R"(ignore-placement="true"/></Rule></Style><Layer name="lines" srs="+proj=merc +a=6378137 +b=6378137 +units=m +no_defs"><StyleName>fence</StyleName>)"
+    R"(<Datasource><Parameter name="type">geojson</Parameter><Parameter name="file">lines.geojson</Parameter>)"
+    R"(</Datasource></Layer></Map>)";
+constexpr char kMapnikScript[] =
+    "import mapnik\n"
+    "m = mapnik.Map(3800, 3800)\n"
+    "mapnik.load_map(m, 'style.xml')\n"
+    "m.zoom_all()\n"
+    "mapnik.render_to_file(m, 'out.png', 'png')\n";
 
 // One folder for the program's life, with one file of lines like streets of a town.
 class Bench {
@@ -39,7 +55,11 @@ class Bench {
             out << "]}}";
         }
         out << "]}\n";
-        for (const auto& [name, rule] : {std::pair{"plain", "* -> symbol 250\n"}, {"pattern", "* -> symbol 241\n"}})
+        std::ofstream(m_folder / "picture.py") << kMapnikScript;
+        std::ofstream(m_folder / "style.xml") << kMapnikStyle;
+        for (const auto& [name, rule] : {std::pair{"plain", "* -> symbol 250\n"},
+                                         {"pattern", "* -> symbol 241\n"},
+                                         {"fence", "* -> symbol 208\n"}})
             std::ofstream(m_folder / (std::string(name) + ".rules")) << rule;
     }
     ~Bench() {
@@ -79,6 +99,16 @@ void BM_LinesToRecording(benchmark::State& state) {
     Run(state, ZENRO_PROGRAM " draw lines.geojson --rules ./plain.rules --scale 2000 -o out.rec", kLines);
 }
 BENCHMARK(BM_LinesToRecording)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void BM_LinesToPngAsAFence(benchmark::State& state) {
+    Run(state, ZENRO_PROGRAM " draw lines.geojson --rules ./fence.rules --scale 5000 --no-frame -o out.png", kLines);
+}
+BENCHMARK(BM_LinesToPngAsAFence)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void BM_LinesToPngByMapnik(benchmark::State& state) {
+    Run(state, "/usr/bin/python3 picture.py", kLines);
+}
+BENCHMARK(BM_LinesToPngByMapnik)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void BM_DemoSheetToDwg(benchmark::State& state) {
     Run(state, ZENRO_PROGRAM " draw " ZENRO_DEMO_DATA "/*.geojson --rules demo --scale 1000 -o out.dwg", 1);

@@ -18,7 +18,6 @@ namespace fs = std::filesystem;
 namespace zm::tool {
 namespace {
 
-constexpr int kLevels = 9;
 constexpr double kLargestPaper = 3000.0;  // millimetres; beyond it a scale was mistyped
 
 // Used where no rules are given: every feature in its plainest form.

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "zenromath/export.h"
+
 namespace zm::files {
 
 /// Bytes of a path text, without its end byte, that the fixed fields of the library hold.
@@ -27,7 +29,7 @@ std::string PathText(const std::filesystem::path& path, int* lost = nullptr);
 
 /// fopen on a GBK path text with fopen's modes ("t" is accepted and means nothing). Null where it cannot be opened; a
 /// directory cannot.
-std::FILE* Open(const char* path, const char* mode);
+ZM_API std::FILE* Open(const char* path, const char* mode);
 
 /// Open for a file that is only read, whatever the mode says: where write access is refused it opens for reading.
 std::FILE* OpenToRead(const char* path, const char* mode);

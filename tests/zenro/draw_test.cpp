@@ -7,6 +7,7 @@
 #include <set>
 #include <sstream>
 
+#include "tests/support/recorded_numbers.h"
 #include "tests/zenro/program.h"
 
 namespace {
@@ -335,10 +336,10 @@ TEST_F(Draw, HolesAreKeptFree) {
     int inside = 0, lines = 0;
     std::istringstream all(rec);
     for (std::string one; std::getline(all, one);) {
-        double x1, y1, x2, y2;
-        if (std::sscanf(one.c_str(), "Line2:%lf:%lf:%lf:%lf", &x1, &y1, &x2, &y2) != 4 || y1 != y2) continue;
+        const auto line = zm::test::NumbersOf(one, "Line2");
+        if (line.size() != 4 || line[1] != line[3]) continue;
         ++lines;
-        if (y1 > 3456041 && y1 < 3456059 && x1 < 40512039 && x2 > 40512061) ++inside;
+        if (line[1] > 3456041 && line[1] < 3456059 && line[0] < 40512039 && line[2] > 40512061) ++inside;
     }
     EXPECT_GT(lines, 10);
     EXPECT_EQ(inside, 0);

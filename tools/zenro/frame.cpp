@@ -164,7 +164,9 @@ void DrawNorthArrow(const Page& page, TqNoteLayBase& notes) {
     PutText(page, notes, "北", 3.0, north.x, north.y, Align::centre, page.rotation);
 }
 
+// Kilometres of the south-west corner; a turned sheet has no such number.
 std::string SheetNumber(const Page& page) {
+    if (page.rotation != 0.0) return {};
     const int decimals = std::max(1, std::max(KilometreDecimals(page.sheet.x1), KilometreDecimals(page.sheet.y1)));
     return Kilometres(page.sheet.y1, decimals, true) + "-" + Kilometres(std::fmod(page.sheet.x1, 1e6), decimals, true);
 }

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <new>
 #include <sstream>
 
 #include "tools/zenro/text.h"
@@ -58,6 +60,19 @@ void UsePaperColours() {
     const int count = Get_SysColor(palette);
     if (palette == nullptr || count != 10 || !std::equal(kScreen, kScreen + 10, palette)) return;
     std::copy(kPaper, kPaper + 10, palette);
+}
+
+// The lists of the note classes own their records and free them as C does.
+struct Free {
+    void operator()(void* record) const { std::free(record); }
+};
+template <class Kind>
+using Record = std::unique_ptr<Kind, Free>;
+template <class Kind>
+Record<Kind> NewRecord() {
+    Record<Kind> record(static_cast<Kind*>(std::calloc(1, sizeof(Kind))));
+    if (record == nullptr) throw std::bad_alloc();
+    return record;
 }
 
 // The form of a font line: screen font, text style, font name, slant.
@@ -131,27 +146,26 @@ void LibrarySession::ReadNotes(const std::string& file) {
                       "--notes " + file + ": section [NOTE CLASS] has no TOTAL; this is no file of note classes.");
     auto& classes = *m_notes->GetNLayTbl();
     auto& fonts = *m_notes->GetFontTbl();
-    std::vector<std::unique_ptr<NOTELAY>> read;
+    std::vector<Record<NOTELAY>> read;
     for (int i = 1; i <= std::min(total, kMaxClasses); ++i) {
         char key[16];
         std::snprintf(key, sizeof key, "C%02d", i);
         std::string line = ProfileText(name, "NOTE CLASS", key, "");
         if (line.empty()) continue;
-        auto record = std::make_unique<NOTELAY>();
+        auto record = NewRecord<NOTELAY>();
         line.resize(line.size() + 160);
         if (m_notes->ReadOneClass(line.data(), record.get()) != 0) read.push_back(std::move(record));
     }
     if (read.empty()) throw Failure(kNoInput, "--notes " + file + ": none of its class lines can be read.");
-    for (int i = 0; i < classes.GetSize(); ++i) delete classes[i];
+    for (int i = 0; i < classes.GetSize(); ++i) std::free(classes[i]);
     classes.RemoveAll();
-    for (int i = 0; i < fonts.GetSize(); ++i) delete fonts[i];
+    for (int i = 0; i < fonts.GetSize(); ++i) std::free(fonts[i]);
     fonts.RemoveAll();
     for (auto& record : read) classes.Add(record.release());
     for (int i = 0; i < classes.GetSize(); ++i) {
         const int number = classes[i]->fontNumber;
         if (m_notes->GetFontInfo(number) != nullptr) continue;
-        auto font = std::make_unique<NOTEFONT>();
-        std::memset(font.get(), 0, sizeof *font);
+        auto font = NewRecord<NOTEFONT>();
         font->number = number;
         ReadFontLine(ProfileText(name, "FONT NAME", std::to_string(number).c_str(), "System,Standard,Hztxt,0"), *font);
         fonts.Add(font.release());

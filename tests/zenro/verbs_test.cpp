@@ -25,6 +25,20 @@ TEST(Doctor, TellsEachThingAndSaysAllIsWell) {
     EXPECT_GE(list.size(), 12u);
 }
 
+TEST(Doctor, AMissingFontForChineseIsToldAndPicturesSaySo) {
+    const Program zenro;
+    const std::string none = "FONTCONFIG_FILE=" + zenro.File("fonts.xml", "<fontconfig></fontconfig>");
+    const Outcome doctor = zenro.Run({"doctor"}, "", {none});
+    EXPECT_EQ(doctor.status, 1);
+    EXPECT_NE(doctor.out.find("LACKS font for Chinese     none is installed"), std::string::npos) << doctor.out;
+#if ZENRO_HAS_QT
+    zenro.File("in.geojson", Collection(LineFeature("[40512010,3456010],[40512090,3456080]", "\"a\":1")));
+    const Outcome draw = zenro.Run({"draw", "in.geojson", "-o", "a.png"}, "", {none});
+    EXPECT_EQ(draw.status, 0);
+    EXPECT_NE(draw.err.find("no installed font covers Chinese"), std::string::npos) << draw.err;
+#endif
+}
+
 TEST(Symbols, AreListedShownLintedAndPictured) {
     const Program zenro;
     const auto list = nlohmann::json::parse(zenro.Run({"symbols", "list", "--json", "--kind", "Y"}).out);

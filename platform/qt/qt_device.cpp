@@ -45,14 +45,18 @@ bool DashDown(int style, unsigned step) {
     return false;
 }
 
+int Clamped(int value) {
+    return std::clamp(value, -kFar, kFar);
+}
+
+RECT Clamped(const RECT& box) {
+    return {Clamped(box.left), Clamped(box.top), Clamped(box.right), Clamped(box.bottom)};
+}
+
 QRect Normalised(const RECT& box) {
     const int left = std::min(box.left, box.right);
     const int top = std::min(box.top, box.bottom);
     return QRect(left, top, std::abs(box.right - box.left), std::abs(box.bottom - box.top));
-}
-
-int Clamped(int value) {
-    return std::clamp(value, -kFar, kFar);
 }
 
 }  // namespace
@@ -236,7 +240,8 @@ int QtDevice::Arc(const Stroke& stroke, const RECT& box, POINT start, POINT end)
     Flush();
     TakePen(stroke);
     if (box.left == box.right || box.top == box.bottom) return 1;
-    const platform::ArcFigure arc = platform::FigureOfArc(box, start, end);
+    const platform::ArcFigure arc =
+        platform::FigureOfArc(Clamped(box), {Clamped(start.x), Clamped(start.y)}, {Clamped(end.x), Clamped(end.y)});
     const QRectF ellipse(arc.cx - arc.rx + m_shift, arc.cy - arc.ry + m_shift, 2.0 * arc.rx, 2.0 * arc.ry);
     constexpr double kDegrees = 180.0 / std::numbers::pi;
     const double from = arc.start * kDegrees;
@@ -255,7 +260,7 @@ int QtDevice::Arc(const Stroke& stroke, const RECT& box, POINT start, POINT end)
 int QtDevice::Box(const Stroke* stroke, const Fill& fill, const RECT& box) {
     if (!m_painter.isActive()) return 0;
     Flush();
-    const QRect around = Normalised(box);
+    const QRect around = Normalised(Clamped(box));
     if (around.width() < 1 || around.height() < 1) return 1;
     const int inset = stroke != nullptr ? 1 : 0;
     if (fill.kind != Fill::Kind::none) {

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 
+#include "runtime/gbk.h"
 #include "zenromath/config.h"
 #include "zenromath/runtime.h"
 
@@ -17,6 +18,7 @@ namespace {
 
 // What was there when main began, before any call.
 const std::string g_configHome = std::getenv("XDG_CONFIG_HOME") != nullptr ? std::getenv("XDG_CONFIG_HOME") : "";
+const std::string g_directoryAtLoad = fs::current_path().string();
 const bool g_probed = !g_configHome.empty() && fs::exists(g_configHome + "/zenromath/Zenro.ini");
 
 std::string WithBackslashes(std::string path) {
@@ -33,9 +35,8 @@ TEST(Load, ProbesTheMachineDirectoryBeforeAnyCall) {
 }
 
 TEST(Load, TakesTheCurrentDirectoryOfTheLoadForTheProject) {
-    const std::string atLoad = WithBackslashes(fs::current_path().string());
     fs::current_path("/");
-    EXPECT_THAT(_LFPrjDir(), StrEq(atLoad));
+    EXPECT_THAT(_LFPrjDir(), StrEq(zm::gbk::FromUtf8(WithBackslashes(g_directoryAtLoad))));
 }
 
 TEST(Load, FindsTheFolderOfTheLibraryFileFromAnyDirectory) {

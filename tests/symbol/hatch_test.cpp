@@ -5,6 +5,7 @@
 
 #include "symbol/hatch_fill.h"
 #include "symbol/limits.h"
+#include "tests/support/recorded_numbers.h"
 #include "tests/symbol/symbol_test.h"
 
 using testing::ElementsAre;
@@ -48,11 +49,11 @@ TEST_F(Hatch, TriangleHasLinesTheirSpacingApartAndAClosingStroke) {
     const auto drawn = Recorded();
     std::vector<double> distances;
     for (const auto& c : drawn) {
-        double x1, y1, x2, y2;
         if (c == "PlineBgn") break;
-        ASSERT_EQ(4, std::sscanf(c.c_str(), "Line2:%lf:%lf:%lf:%lf", &x1, &y1, &x2, &y2));
-        EXPECT_NEAR(x2 - x1, y2 - y1, 1e-5);  // 45 degrees
-        distances.push_back((y1 - x1) / 1.4142135623730951);
+        const auto line = zm::test::NumbersOf(c, "Line2");
+        ASSERT_THAT(line, SizeIs(4));
+        EXPECT_NEAR(line[2] - line[0], line[3] - line[1], 1e-5);  // 45 degrees
+        distances.push_back((line[1] - line[0]) / 1.4142135623730951);
     }
     ASSERT_GT(distances.size(), 10U);
     std::sort(distances.begin(), distances.end());

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "symbol/scratch.h"
+#include "tests/support/recorded_numbers.h"
 #include "tests/symbol/symbol_test.h"
 
 namespace {
@@ -39,8 +40,7 @@ TEST_F(Reentry, DuringAHatchLeavesItsLinesAlone) {
     std::size_t others = 0;
     bool inner = false;
     for (const auto& c : Recorded()) {
-        double x = 0.0;
-        if (std::sscanf(c.c_str(), "Line2:%lf", &x) == 1) inner = x > 400.0;
+        if (const auto line = zm::test::NumbersOf(c, "Line2"); !line.empty()) inner = line[0] > 400.0;
         if (inner || c.starts_with("Pline")) {
             ++others;
             continue;

@@ -59,7 +59,7 @@ TEST(Cover, KnowsFreeCoveredAndTakenPaper) {
     EXPECT_GT(cover.Covered(10, 10, 20, 3, 0), 0.0);
     EXPECT_LT(cover.Covered(10, 10, 20, 3, 0), 0.5);
     EXPECT_EQ(cover.Covered(90, 10, 20, 3, 0), 2.0);  // leaves the sheet
-    cover.MarkBox(10, 50, 20, 3, 0, true);
+    cover.MarkBox(10, 50, 20, 3, 0, Cover::label);
     EXPECT_EQ(cover.Covered(25, 52, 20, 3, 0), 2.0);
     EXPECT_EQ(cover.Covered(10, 60, 20, 3, 0), 0.0);
 }

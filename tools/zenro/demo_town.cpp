@@ -183,7 +183,7 @@ void AddSchool(Canvas& canvas) {
 }
 
 void AddSquare(Canvas& canvas) {
-    canvas.Area("traffic", "paved_square", Rectangle(268, 262, 336, 318), {{"name", Quoted("文化广场")}});
+    canvas.Area("traffic", "paved_square", Rectangle(268, 287, 336, 318), {{"name", Quoted("文化广场")}});
     canvas.Area("vegetation", "lawn", Rectangle(272, 266, 296, 284), {});
     canvas.Area("vegetation", "lawn", Rectangle(308, 266, 332, 284), {});
     canvas.Point("buildings", "monument", {302, 300}, {});

@@ -12,6 +12,7 @@
 #include "tools/zenro/tool_host.h"
 #include "zenromath/dwg.h"
 #include "zenromath/runtime.h"
+#include "zenromath/symbol.h"
 
 namespace fs = std::filesystem;
 
@@ -148,9 +149,12 @@ void Look(Source& source, const Page& page, const Painter& painter, Cover& cover
                 for (const Use* use : uses)
                     if (Painter::FillsWithLines(*use->rule)) cover.MarkArea(shape);
             if (raw.kind != GeometryKind::point) continue;
-            const double r = page.Ground(1.0);
             const Chain& point = shape.chains.front();
-            cover.MarkBox(point.x[0] - r, point.y[0] - r, 2 * r, 2 * r, 0.0, false);
+            for (const Use* use : uses) {
+                if (use->rule->symbol <= 0) continue;
+                const double r = page.Ground(std::clamp(Get_G_Size(use->rule->symbol) / 2.0, 0.3, 3.0));
+                cover.MarkBox(point.x[0] - r, point.y[0] - r, 2 * r, 2 * r, 0.0, Cover::symbol);
+            }
         }
     });
 }
@@ -254,6 +258,8 @@ DrawResult RunDrawJob(const DrawJob& job, Context& context) {
     {
         const Painter painter(page, context.report);
         Cover cover(page);
+        if (job.frame)
+            for (const Chain& stroke : GridCrosses(page)) cover.MarkLine(stroke);
         Look(source, page, painter, cover, survey);
         if (survey.shapes == 0) {
             const Box& b = source.box();

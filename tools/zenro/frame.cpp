@@ -173,10 +173,9 @@ std::string SheetNumber(const Page& page) {
 
 }  // namespace
 
-void DrawCrosses(const Page& page) {
-    const FramePen pen(page, kThinWidth);
+std::vector<Chain> GridCrosses(const Page& page) {
     const double step = page.Ground(kGridStep), half = page.Ground(kCross);
-    Box grid = page.sheet;  // what the sheet covers of the unturned grid
+    Box grid;  // what the sheet covers of the unturned grid
     for (const double x : {page.sheet.x1, page.sheet.x2})
         for (const double y : {page.sheet.y1, page.sheet.y2}) {
             double gx = x, gy = y;
@@ -184,6 +183,7 @@ void DrawCrosses(const Page& page) {
             grid.Add(gx, gy);
         }
     const double edge = page.Ground(0.5);
+    std::vector<Chain> strokes;
     for (const double gx : GridLines(grid.x1, grid.x2, step))
         for (const double gy : GridLines(grid.y1, grid.y2, step)) {
             double x = gx, y = gy;
@@ -191,12 +191,17 @@ void DrawCrosses(const Page& page) {
             if (x < page.sheet.x1 + edge || x > page.sheet.x2 - edge || y < page.sheet.y1 + edge ||
                 y > page.sheet.y2 - edge)
                 continue;
-            Chain across{{gx - half, gx + half}, {gy, gy}}, up{{gx, gx}, {gy - half, gy + half}};
-            page.Turn(across);
-            page.Turn(up);
-            TqDC->line(across.x[0], across.y[0], across.x[1], across.y[1]);
-            TqDC->line(up.x[0], up.y[0], up.x[1], up.y[1]);
+            for (Chain stroke : {Chain{{gx - half, gx + half}, {gy, gy}}, Chain{{gx, gx}, {gy - half, gy + half}}}) {
+                page.Turn(stroke);
+                strokes.push_back(std::move(stroke));
+            }
         }
+    return strokes;
+}
+
+void DrawCrosses(const Page& page) {
+    const FramePen pen(page, kThinWidth);
+    for (const Chain& stroke : GridCrosses(page)) TqDC->line(stroke.x[0], stroke.y[0], stroke.x[1], stroke.y[1]);
 }
 
 void DrawFrame(const Page& page, const FrameTexts& texts, TqNoteLayBase& notes) {

@@ -17,6 +17,8 @@ struct FrameTexts {
 
 /// Draws the frame on the working context. Clipping is switched off meanwhile.
 void DrawFrame(const Page& page, const FrameTexts& texts, TqNoteLayBase& notes);
+/// The strokes of the grid crosses, as they are drawn.
+std::vector<Chain> GridCrosses(const Page& page);
 /// Draws the grid crosses, which lie in the map and turn with it.
 void DrawCrosses(const Page& page);
 

@@ -14,11 +14,11 @@ constexpr double kDegree = 3.141592653589793 / 180.0;
 constexpr double kPi = 3.141592653589793;
 constexpr double kCell = 0.5;  // millimetres of paper
 constexpr double kMostCells = 16.0e6;
-constexpr double kGap = 0.5;           // millimetres between a symbol and its label
+constexpr double kGap = 0.8;           // millimetres between a symbol and its label
 constexpr double kRepeat = 90.0;       // millimetres between two labels of one name along lines
+constexpr double kPad = 0.4;           // millimetres that a label keeps off strokes where it can
 constexpr double kBarGap = 0.3;        // millimetres between the two texts of a fraction and its bar
 constexpr double kDecimalInset = 1.0;  // widths: where a decimal point stands is for the library to say
-constexpr std::uint8_t kLabel = 255;
 constexpr double kTaken = 2.0;
 
 // Crossings of a level line with an area, from left to right.
@@ -111,7 +111,7 @@ void Cover::MarkArea(const Shape& shape) {
         for (std::size_t i = 0; i + 1 < xs.size(); i += 2)
             for (double x = std::max(xs[i], m_sheet.x1); x < std::min(xs[i + 1], m_sheet.x2); x += m_cell) {
                 std::uint8_t* cell = At(x, y);
-                if (cell != nullptr && *cell != kLabel) *cell = 1;
+                if (cell != nullptr) *cell = std::max<std::uint8_t>(*cell, stroke);
             }
     }
 }
@@ -133,21 +133,17 @@ void Cover::MarkLine(const Chain& chain) {
         const int steps = static_cast<int>(length / m_cell) + 1;
         for (int k = 0; k <= steps; ++k) {
             std::uint8_t* cell = At(chain.x[i] + dx * k / steps, chain.y[i] + dy * k / steps);
-            if (cell != nullptr && *cell != kLabel) *cell = 1;
+            if (cell != nullptr) *cell = std::max<std::uint8_t>(*cell, stroke);
         }
     }
 }
 
-void Cover::MarkBox(double x, double y, double length, double height, double radians, bool label) {
+void Cover::MarkBox(double x, double y, double length, double height, double radians, Weight weight) {
     const double c = std::cos(radians), s = std::sin(radians), step = m_cell * 0.7;
     for (double u = 0.0; u <= length + step / 2; u += step)
         for (double v = 0.0; v <= height + step / 2; v += step) {
             std::uint8_t* cell = At(x + u * c - v * s, y + u * s + v * c);
-            if (cell == nullptr) continue;
-            if (label)
-                *cell = kLabel;
-            else if (*cell != kLabel)
-                *cell = 1;
+            if (cell != nullptr) *cell = std::max<std::uint8_t>(*cell, weight);
         }
 }
 
@@ -158,7 +154,7 @@ double Cover::Covered(double x, double y, double length, double height, double r
         for (double v = 0.0; v <= height + step / 2; v += step) {
             const double uu = std::min(u, length), vv = std::min(v, height);
             const std::uint8_t* cell = At(x + uu * c - vv * s, y + uu * s + vv * c);
-            if (cell == nullptr || *cell == kLabel) return kTaken;
+            if (cell == nullptr || *cell == label) return kTaken;
             ++all;
             covered += *cell;
         }
@@ -182,15 +178,18 @@ struct LabelPlacer::Text {
 bool LabelPlacer::Try(const std::vector<Candidate>& candidates, const Text& text) {
     double best = kTaken, coveredAtBest = 0.0;
     const Candidate* chosen = nullptr;
+    const double pad = m_page.Ground(kPad);
     for (const Candidate& c : candidates) {
-        const double covered = m_cover.Covered(c.x, c.y, text.length, text.height, c.radians);
+        const double cosine = std::cos(c.radians), sine = std::sin(c.radians);
+        const double covered = m_cover.Covered(c.x - pad * cosine + pad * sine, c.y - pad * sine - pad * cosine,
+                                               text.length + 2 * pad, text.height + 2 * pad, c.radians);
         if (covered >= kTaken || covered + c.penalty >= best) continue;
         best = covered + c.penalty;
-        coveredAtBest = covered;
+        coveredAtBest = m_cover.Covered(c.x, c.y, text.length, text.height, c.radians);
         chosen = &c;
     }
     if (chosen == nullptr) return false;
-    m_cover.MarkBox(chosen->x, chosen->y, text.length, text.height, chosen->radians, true);
+    m_cover.MarkBox(chosen->x, chosen->y, text.length, text.height, chosen->radians, Cover::label);
     PlacedLabel label;
     label.rule = text.use.rule;
     label.text = text.use.label;
@@ -349,7 +348,7 @@ void LabelPlacer::Spread(const Shape& shape, const Text& text) {
         ++m_withoutRoom;
         return;
     }
-    for (const PP& spot : chosen) m_cover.MarkBox(spot.x, spot.y - h, w, h, 0.0, true);
+    for (const PP& spot : chosen) m_cover.MarkBox(spot.x, spot.y - h, w, h, 0.0, Cover::label);
     PlacedLabel label;
     label.rule = text.use.rule;
     label.text = text.use.label;

@@ -20,9 +20,12 @@ class Cover {
     void MarkArea(const Shape& shape);
     /// Covers the cells that a chain runs through.
     void MarkLine(const Chain& chain);
+    /// What a cell may hold: the weight of its cover.
+    enum Weight : std::uint8_t { stroke = 1, symbol = 4, label = 255 };
     /// Covers a box turned about its lower left corner by an angle in radians.
-    void MarkBox(double x, double y, double length, double height, double radians, bool label);
-    /// The covered part of such a box, from 0 to 1; 2 where a label stands or the box leaves the sheet.
+    void MarkBox(double x, double y, double length, double height, double radians, Weight weight);
+    /// How far such a box is covered, 0 to 1 by strokes, more by symbols; 2 and above where a label stands, too much
+    /// of symbols, or the box leaves the sheet.
     double Covered(double x, double y, double length, double height, double radians) const;
 
  private:

@@ -84,9 +84,11 @@ bool Painter::OnSheet(const Shape& shape) const {
 }
 
 bool Painter::FillsWithLines(const Rule& rule) {
-    constexpr float kLineFamily = 2.0F;
+    constexpr float kGrid = 1.0F, kLineFamily = 2.0F;
+    constexpr float kDense = 0.005F;  // metres of paper between the symbols of a grid
     if (rule.symbol <= 0 || KindOfSymbol(rule.symbol).status != SymbolStatusH) return false;
-    return TheBody != nullptr && nBody > 1 && TheBody[1].op.op == kLineFamily;
+    if (TheBody == nullptr || nBody < 3) return false;
+    return TheBody[1].op.op == kLineFamily || (TheBody[1].op.op == kGrid && TheBody[2].point.y < kDense);
 }
 
 long Painter::Draw(const Feature& feature, int level) {

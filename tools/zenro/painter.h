@@ -21,7 +21,7 @@ class Painter {
     static std::vector<const Use*> UsesOf(const Feature& feature, GeometryKind kind);
     /// True if a shape, turned as it is drawn, may touch the sheet.
     bool OnSheet(const Shape& shape) const;
-    /// True if a rule fills an area with lines.
+    /// True if a rule fills an area with lines, or with a grid as dense.
     static bool FillsWithLines(const Rule& rule);
     /// A shape as it is drawn: turned by the page's rotation.
     Shape Turned(const Shape& shape) const;

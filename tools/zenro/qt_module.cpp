@@ -20,7 +20,7 @@ constexpr char kModule[] = "libzenro_qt.so";
 
 const ZenroQtBridge* Load(std::string& tried) {
     std::error_code error;
-    // Where a session has no directory of its own Qt takes this one, and says so on stderr each time.
+    // Where the user has no runtime directory Qt takes this one, and says so on stderr each time.
     setenv("XDG_RUNTIME_DIR", (fs::temp_directory_path(error) / ("runtime-" + std::to_string(getuid()))).c_str(), 0);
     const fs::path program = fs::read_symlink("/proc/self/exe", error).parent_path();
     const std::vector<fs::path> places = {fs::path(ModuleDirectory()) / kModule, program / kModule,

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <utility>
 
 #include "tools/zenro/text.h"
 #include "tools/zenro/tool_host.h"
@@ -323,6 +324,7 @@ bool Source::Prepare(Layer& layer, void* raw, Feature& prepared) {
             return skip("features outside the projection",
                         "lies where the projection has no place for it; it is not drawn.");
     }
+    bool toldLost = false;
     for (const Rule* rule : fitting) {
         Use use;
         use.rule = rule;
@@ -330,7 +332,7 @@ bool Source::Prepare(Layer& layer, void* raw, Feature& prepared) {
         use.label = ToLibraryText(LabelText(rule->label, feature), m_options.replacement, lost);
         use.under = ToLibraryText(LabelText(rule->under, feature), m_options.replacement, lostUnder);
         lost += lostUnder;
-        if (lost > 0 && tell)
+        if (lost > 0 && tell && !std::exchange(toldLost, true))
             m_report.Warn("labels with characters outside GBK",
                           prepared.where + ": \"" + LabelText(rule->label, feature) + "\" has " + std::to_string(lost) +
                               " characters that GBK lacks; each became its plain letter or \"" + m_options.replacement +

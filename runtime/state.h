@@ -12,9 +12,9 @@
 namespace zm::runtime {
 
 struct State {
-    Host* host = nullptr;  // null: the console host
+    Host* host = nullptr;                                                  // null: the console host
     int (*messageBox)(const char*, unsigned int, unsigned int) = nullptr;  // Set_MessageBox_Process
-    const char* (*stringTable)(int) = nullptr;                              // SetStringTable
+    const char* (*stringTable)(int) = nullptr;                             // SetStringTable
     int (*sendMessage)(CWnd*, unsigned int, UInt64, Int64) = nullptr;      // Set_WindowSendMeassageEx
 
     TqFileContext project;

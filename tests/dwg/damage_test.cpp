@@ -161,37 +161,24 @@ TEST_F(DrawingTest, ARecordThatRunsPastTheEndOfTheEntitySectionIsToldAndTheBlock
     EXPECT_EQ(Close().bytes(), drawingTemplate);
 }
 
-TEST_F(DrawingTest, ANestedBlockThatDoesNotBeginWithItsBlockRecordIsLeftOut) {
+TEST_F(DrawingTest, ANestedBlockThatIsNoWholeBlockIsLeftOut) {
     BlockFile file;
-    file.blocks = {{"LEAF", file.Record(2, 4, kPoint) + file.Record(13, 0, "")}};
-    file.entities = file.Reference(0, 1, 2);
-    Write("BAD.dwg", file.Bytes());
-    Open();
-    _LDBinsert(1, 2, 1, 1, 0, "BAD");
-    EXPECT_EQ(Messages().size(), 1u);
-    EXPECT_EQ(Close().bytes(), drawingTemplate);
-}
-
-TEST_F(DrawingTest, ABlockThatNeverEndsIsLeftOut) {
-    BlockFile file;
-    file.blocks = {{"LEAF", file.Record(12, 0, kPoint)}};
-    file.entities = file.Reference(0, 1, 2);
-    Write("BAD.dwg", file.Bytes());
-    Open();
-    _LDBinsert(1, 2, 1, 1, 0, "BAD");
-    EXPECT_EQ(Messages().size(), 1u);
-    EXPECT_EQ(Close().bytes(), drawingTemplate);
-}
-
-TEST_F(DrawingTest, ABlockEndThatClaimsABodyIsLeftOut) {
-    BlockFile file;
-    file.blocks = {{"LEAF", file.Record(12, 0, kPoint) + file.Record(13, 0, "body")}};
-    file.entities = file.Reference(0, 1, 2);
-    Write("BAD.dwg", file.Bytes());
-    Open();
-    _LDBinsert(1, 2, 1, 1, 0, "BAD");
-    EXPECT_EQ(Messages().size(), 1u);
-    EXPECT_EQ(Close().bytes(), drawingTemplate);
+    const std::pair<const char*, std::string> leaves[] = {
+        {"without its BLOCK record", file.Record(2, 4, kPoint) + file.Record(13, 0, "")},
+        {"without an end", file.Record(12, 0, kPoint)},
+        {"with a body in its end", file.Record(12, 0, kPoint) + file.Record(13, 0, "body")},
+    };
+    int shown = 0;
+    for (const auto& [name, leaf] : leaves) {
+        SCOPED_TRACE(name);
+        file.blocks = {{"LEAF", leaf}};
+        file.entities = file.Reference(0, 1, 2);
+        Write("BAD.dwg", file.Bytes());
+        Open();
+        _LDBinsert(1, 2, 1, 1, 0, "BAD");
+        EXPECT_EQ(Messages().size(), static_cast<std::size_t>(++shown));
+        EXPECT_EQ(Close().bytes(), drawingTemplate);
+    }
 }
 
 TEST_F(DrawingTest, AnEntitySectionThatEndsBeforeItBeginsIsLeftOut) {

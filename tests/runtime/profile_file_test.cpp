@@ -65,6 +65,21 @@ const std::string kTail(3000, 't');
 
 }  // namespace
 
+// Asks for the 999 pen widths while no descriptor is left, so that nothing can be opened; how many are not as written.
+int WrongPenWidthsWithoutDescriptors(const char* file) {
+    rlimit before{};
+    ::getrlimit(RLIMIT_NOFILE, &before);
+    rlimit none = before;
+    none.rlim_cur = 0;
+    ::setrlimit(RLIMIT_NOFILE, &none);
+    int wrong = 0;
+    for (int i = 1; i <= 999; ++i)
+        if (zm::profile::GetInt("PenWidth", Text("%d", i).c_str(), 255, file) != static_cast<unsigned>(i % 250))
+            ++wrong;
+    ::setrlimit(RLIMIT_NOFILE, &before);
+    return wrong;
+}
+
 TEST_F(ProfileFile, AKilledWriterNeverLeavesAFileLostOrHalfWritten) {
     ZM_TRACE_SEED();
     zm::test::Random random(5);
@@ -180,18 +195,7 @@ TEST_F(ProfileFile, ASettledFileIsNotOpenedAgainForEachKey) {
     zm::test::WriteFile(path(), text);
     Settle();
     EXPECT_EQ(zm::profile::GetInt("PenWidth", "1", 255, file()), 1u);
-    // With no descriptor left nothing can be opened, and every key still answers.
-    rlimit before{};
-    ::getrlimit(RLIMIT_NOFILE, &before);
-    rlimit none = before;
-    none.rlim_cur = 0;
-    ::setrlimit(RLIMIT_NOFILE, &none);
-    int wrong = 0;
-    for (int i = 1; i <= 999; ++i)
-        if (zm::profile::GetInt("PenWidth", Text("%d", i).c_str(), 255, file()) != static_cast<unsigned>(i % 250))
-            ++wrong;
-    ::setrlimit(RLIMIT_NOFILE, &before);
-    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(WrongPenWidthsWithoutDescriptors(file()), 0);
 }
 
 TEST_F(ProfileFile, AFileWrittenThisMomentIsOpenedAHandfulOfTimesForAllItsKeys) {
@@ -199,17 +203,7 @@ TEST_F(ProfileFile, AFileWrittenThisMomentIsOpenedAHandfulOfTimesForAllItsKeys) 
     for (int i = 1; i <= 999; ++i) text += Text("%d=%d\r\n", i, i % 250);
     zm::test::WriteFile(path(), text);
     for (int i = 1; i <= 6; ++i) zm::profile::GetInt("PenWidth", Text("%d", i).c_str(), 255, file());
-    rlimit before{};
-    ::getrlimit(RLIMIT_NOFILE, &before);
-    rlimit none = before;
-    none.rlim_cur = 0;
-    ::setrlimit(RLIMIT_NOFILE, &none);
-    int wrong = 0;
-    for (int i = 1; i <= 999; ++i)
-        if (zm::profile::GetInt("PenWidth", Text("%d", i).c_str(), 255, file()) != static_cast<unsigned>(i % 250))
-            ++wrong;
-    ::setrlimit(RLIMIT_NOFILE, &before);
-    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(WrongPenWidthsWithoutDescriptors(file()), 0);
 }
 
 TEST_F(ProfileFile, AMissingFileIsNotSearchedForAgainForEachKey) {

@@ -27,6 +27,7 @@ struct Variable {
     const char* text;
 };
 
+// clang-format off
 // Lengths in metres. The extents say that nothing is drawn yet; limits and view show 420 x 297 m from the origin.
 inline constexpr Variable kVariables[] = {
     {94, 24, Type::f64x3, "INSBASE", {}, ""},  // insertion base point
@@ -189,5 +190,6 @@ inline constexpr Variable kVariables[] = {
     {1298, 10, Type::table, "APPID table", {33}, ""},  // record size 33, count, 0, address
     {1308, 2, Type::u16, "WORLDVIEW", {1}, ""},  // view commands in world coordinates
 };
+// clang-format on
 
 }  // namespace zm::tools

@@ -1,5 +1,5 @@
 // The layout of drawings of version digits 1006 and 1009, as data: header fields, record kinds and their fields.
-// docs/dwg/format.md tells what the fields mean.
+// docs/dwg/writer.md and docs/dwg/template.md tell what the fields mean.
 #pragma once
 
 #include <array>

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/recorded_numbers.h"
 #include "tests/zenro/program.h"
 
 namespace {
@@ -68,6 +69,23 @@ TEST(Replay, WorksWithoutAHeadAndTellsBadLines) {
     EXPECT_NE(r.err.find("x.rec:3: no command of a recording"), std::string::npos);
     EXPECT_NE(r.err.find("says no scale; 1:1000 is taken"), std::string::npos);
     EXPECT_TRUE(zenro.Has("x.svg"));
+}
+
+TEST(Replay, AnglesOfArcsCountModuloATurn) {
+    const Program zenro;
+    zenro.File("x.rec",
+               "Arc:50:50:20:0:480\nArc:50:50:20:350:10\nArc:50:50:20:30:390\nArc:50:50:20:400:30\nLine2:0:0:99:99\n");
+    ASSERT_EQ(zenro.Run({"replay", "x.rec", "y.rec"}).status, 0);
+    const std::string again = ReadFile(zenro / "y.rec");
+    std::vector<double> sweeps;
+    std::istringstream lines(again);
+    for (std::string line; std::getline(lines, line);)
+        if (const auto arc = zm::test::NumbersOf(line, "Arc"); arc.size() == 5) sweeps.push_back(arc[4] - arc[3]);
+    ASSERT_EQ(sweeps.size(), 4u);
+    EXPECT_NEAR(sweeps[0], 120.0, 1e-5);
+    EXPECT_NEAR(sweeps[1], 20.0, 1e-5);
+    EXPECT_NEAR(sweeps[2], 360.0, 1e-5);
+    EXPECT_NEAR(sweeps[3], 350.0, 1e-5);
 }
 
 TEST(Replay, WhatIsNoRecordingIs3) {

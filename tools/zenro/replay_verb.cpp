@@ -127,9 +127,9 @@ class Player {
     }
     void On(const command::PolylineEnd&) { EndPolyline(); }
     void On(const command::Arc& c) {
-        // A recorded arc may pass a full turn; angles count modulo a turn.
-        double sweep = c.to - c.from;
-        if (std::fabs(sweep) >= 360.0 - 1e-6) sweep = 0.0;
+        // A recorded arc may pass a full turn: angles count modulo a turn, and none at all is the whole circle.
+        double sweep = std::fmod(c.to - c.from, 360.0);
+        if (360.0 - std::fabs(sweep) < 1e-6) sweep = 0.0;
         const double from = std::fmod(c.from, 360.0) * kDegree;
         TqDC->drawarc(c.cx, c.cy, c.r, from, from + sweep * kDegree);
     }

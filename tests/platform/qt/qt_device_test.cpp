@@ -53,6 +53,7 @@ LOGFONTA FontOf(int height, int width, int escapement = 0) {
 }
 
 bool HasChineseFont() {
+    zm::qt::EnsureApplication();
     return !QFontDatabase::families(QFontDatabase::SimplifiedChinese).isEmpty();
 }
 

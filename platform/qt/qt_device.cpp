@@ -308,9 +308,13 @@ QBrush QtDevice::BrushOf(const Fill& fill) const {
     if (!fill.opaque) rest.setAlpha(0);
     for (int y = 0; y < 8; ++y)
         for (int x = 0; x < 8; ++x) tile.setPixelColor(x, y, fill.Inked(x, y) ? ink : rest);
+    // Enlarged by whole pixels so that it stays crisp, and by what is left so that it is as large on every paper.
     const int enlarged = std::max(1, static_cast<int>(std::lround(m_unit)));
     if (enlarged > 1) tile = tile.scaled(8 * enlarged, 8 * enlarged);
-    return QBrush(tile);
+    QBrush brush(tile);
+    const double left = m_unit / enlarged;
+    brush.setTransform(QTransform::fromScale(left, left));
+    return brush;
 }
 
 int QtDevice::FillRegion(const Region& region, const Fill& fill) {

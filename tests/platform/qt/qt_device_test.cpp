@@ -178,6 +178,25 @@ TEST(QtDevice, UnitStretchesTheDashesOfPaper) {
     EXPECT_NE(image.pixel(110, 4) & 0xFFFFFF, 0xFFFFFFu);
 }
 
+TEST(QtDevice, UnitSpacesTheHatchesOfPaper) {
+    for (const double unit : {1.0, 2.65, 5.29}) {
+        const int width = static_cast<int>(80.0 * unit);  // ten tiles
+        QImage image = White(width, 20);
+        QtDevice dc(&image, Rendering::smooth, unit);
+        device::SetBkMode(&dc, TRANSPARENT);
+        HRGN region = device::CreateRectRgn(0, 0, width, 20);
+        HBRUSH brush = device::CreateHatchBrush(HS_VERTICAL, 0);
+        device::FillRgn(&dc, region, brush);
+        device::DeleteObject(brush);
+        device::DeleteObject(region);
+        dc.Finish();
+        int lines = 0;
+        for (int x = 1; x < width; ++x)
+            lines += (image.pixel(x, 10) & 0xFF) < 128 && (image.pixel(x - 1, 10) & 0xFF) >= 128;
+        EXPECT_EQ(lines, 10) << unit;
+    }
+}
+
 TEST(QtDevice, ChineseTextFillsTwoWidthsForEachCharacter) {
     if (!HasChineseFont()) GTEST_SKIP() << "no font that covers Chinese: install fonts-wqy-zenhei";
     QImage image = White(400, 80);

@@ -31,5 +31,7 @@ configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/ZenroMathConfig.cmake.
 write_basic_package_version_file(ZenroMathConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/ZenroMathConfig.cmake ${PROJECT_BINARY_DIR}/ZenroMathConfigVersion.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/ZenroMath)
+# The file tells its prefix from its own place, so that an installed tree can be moved.
+file(RELATIVE_PATH ZM_PREFIX_FROM_PC /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/zenromath.pc.in zenromath.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/zenromath.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -67,6 +67,15 @@ class OnTerminal {
     std::string m_seen;
 };
 
+class ConsoleProgress : public testing::Test {
+ protected:
+    void SetUp() override {
+        const int probe = ::posix_openpt(O_RDWR | O_NOCTTY);
+        if (probe < 0) GTEST_SKIP() << "NOT CHECKED: no terminal can be made here; is devpts mounted?";
+        ::close(probe);
+    }
+};
+
 // Works until it is told to stop: 1 if it was, 0 if it came to its end.
 int WorkUntilEsc() {
     _LWaitMsg("\xB6\xC1\xC8\xEB", nullptr);
@@ -81,7 +90,7 @@ int WorkUntilEsc() {
 
 }  // namespace
 
-TEST(ConsoleProgress, IsOneLineThatIsWrittenOverAndTakenOff) {
+TEST_F(ConsoleProgress, IsOneLineThatIsWrittenOverAndTakenOff) {
     OnTerminal terminal([] {
         _LWaitMsg("\xB6\xC1\xC8\xEB", nullptr);
         _LWaitReMsgEsc2(100, 50, "%s", "\xB6\xC1\xC8\xEB");
@@ -95,7 +104,7 @@ TEST(ConsoleProgress, IsOneLineThatIsWrittenOverAndTakenOff) {
                                    "读入  ________________^o^________________  50%\033[K\r\033[Kend");
 }
 
-TEST(ConsoleProgress, EscStopsTheWork) {
+TEST_F(ConsoleProgress, EscStopsTheWork) {
     OnTerminal terminal(WorkUntilEsc);
     EXPECT_TRUE(terminal.Await("item"));
     terminal.Type("x");
@@ -104,7 +113,7 @@ TEST(ConsoleProgress, EscStopsTheWork) {
     EXPECT_EQ(WEXITSTATUS(terminal.Wait()), 1);
 }
 
-TEST(ConsoleProgress, AnArrowKeyDoesNotStopTheWork) {
+TEST_F(ConsoleProgress, AnArrowKeyDoesNotStopTheWork) {
     OnTerminal terminal([] {
         _LWaitMsg("x", nullptr);
         ::write(1, "ready", 5);
@@ -118,7 +127,7 @@ TEST(ConsoleProgress, AnArrowKeyDoesNotStopTheWork) {
     EXPECT_EQ(WEXITSTATUS(terminal.Wait()), 0);
 }
 
-TEST(ConsoleProgress, CtrlCStopsTheWork) {
+TEST_F(ConsoleProgress, CtrlCStopsTheWork) {
     OnTerminal terminal(WorkUntilEsc);
     EXPECT_TRUE(terminal.Await("item"));
     terminal.Type("\x03");
@@ -128,7 +137,7 @@ TEST(ConsoleProgress, CtrlCStopsTheWork) {
     EXPECT_EQ(WEXITSTATUS(status), 1);
 }
 
-TEST(ConsoleProgress, ASecondCtrlCThatNobodyAskedForEndsTheProcess) {
+TEST_F(ConsoleProgress, ASecondCtrlCThatNobodyAskedForEndsTheProcess) {
     OnTerminal terminal([] {
         _LWaitMsg("busy", nullptr);
         ::write(1, "ready", 5);
@@ -144,7 +153,7 @@ TEST(ConsoleProgress, ASecondCtrlCThatNobodyAskedForEndsTheProcess) {
     EXPECT_EQ(WTERMSIG(status), SIGINT);
 }
 
-TEST(ConsoleProgress, TheTerminalIsAsBeforeAfterwards) {
+TEST_F(ConsoleProgress, TheTerminalIsAsBeforeAfterwards) {
     OnTerminal terminal([] {
         termios before{};
         ::tcgetattr(0, &before);
@@ -162,7 +171,7 @@ TEST(ConsoleProgress, TheTerminalIsAsBeforeAfterwards) {
     EXPECT_EQ(terminal.Wait(), 0);
 }
 
-TEST(ConsoleProgress, AMessageTakesTheLineOffFirst) {
+TEST_F(ConsoleProgress, AMessageTakesTheLineOffFirst) {
     OnTerminal terminal([] {
         _LWaitMsg("busy", nullptr);
         zm::CurrentHost().ShowBox("text", "title", MB_OK);
@@ -174,7 +183,7 @@ TEST(ConsoleProgress, AMessageTakesTheLineOffFirst) {
     EXPECT_THAT(terminal.seen(), HasSubstr("busy\033[K\r\033[Ktitle: text"));
 }
 
-TEST(ConsoleProgress, AQuestionIsAnsweredWithALineDuringTheWait) {
+TEST_F(ConsoleProgress, AQuestionIsAnsweredWithALineDuringTheWait) {
     OnTerminal terminal([] {
         _LWaitMsg("busy", nullptr);
         const int answer = zm::CurrentHost().ShowBox("stop?", "title", MB_YESNO);
@@ -186,7 +195,7 @@ TEST(ConsoleProgress, AQuestionIsAnsweredWithALineDuringTheWait) {
     EXPECT_EQ(WEXITSTATUS(terminal.Wait()), 7);
 }
 
-TEST(ConsoleProgress, WithoutATerminalThereIsNoLine) {
+TEST(ProgressLine, IsNotThereWithoutATerminal) {
     testing::internal::CaptureStderr();
     {
         zm::runtime::ResetState();
@@ -197,7 +206,7 @@ TEST(ConsoleProgress, WithoutATerminalThereIsNoLine) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST(ConsoleProgress, ALineTooLongLosesTheBlanksAtItsStartFirst) {
+TEST(ProgressLine, TooLongLosesTheBlanksAtItsStartFirst) {
     EXPECT_EQ(FitColumns("    abc", 5), "  abc");
     EXPECT_EQ(FitColumns("    abc", 7), "    abc");
     EXPECT_EQ(FitColumns("  abcdef", 5), "abcde");

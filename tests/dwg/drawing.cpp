@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "dwg/reader/check.h"
 #include "dwg/state.h"
 #include "dwg/writer.h"
 #include "runtime/files.h"
@@ -124,7 +125,12 @@ void DrawingTest::Open(std::string name) {
 
 Drawing DrawingTest::Close() {
     _LDBclosedwg();
-    return ReadDrawing(m_name);
+    const Drawing closed = ReadDrawing(m_name);
+    if (!provable) return closed;
+    const dwg::reader::Drawing drawing({closed.bytes().begin(), closed.bytes().end()});
+    for (const dwg::reader::Finding& problem : dwg::reader::Check(drawing).problems)
+        ADD_FAILURE() << "the drawing is not sound at " << problem.offset << ": " << problem.text;
+    return closed;
 }
 
 std::vector<std::string> DrawingTest::Messages() const {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -12,51 +13,6 @@
 
 namespace zm::dwg {
 namespace {
-
-// Kinds of records that are treated by themselves.
-enum Kind {
-    kindLine = 1,
-    kindPoint,
-    kindCircle,
-    kindText = 7,
-    kindArc,
-    kindTrace,
-    kindSolid = 11,
-    kindBlock,
-    kindBlockEnd,
-    kindInsert,
-    kindPolyline = 19,
-    kindVertex
-};
-
-constexpr int kColorPrefix = 1;
-constexpr int kLinetypePrefix = 2;
-constexpr std::uint8_t kByBlock = 255;  // in the place of a linetype index
-// A nested reference is two bytes longer than its length says: its block number has four bytes on both sides.
-constexpr std::uint64_t kInsertSurplus = 2;
-
-// The flags of a record without colour and linetype, by its kind; -1: the kind has no family.
-int FamilyOf(int kind) {
-    switch (kind) {
-        case kindLine:
-        case kindPoint:
-            return kHasElevation;
-        case kindCircle:
-        case kindText:
-        case kindArc:
-        case kindTrace:
-        case kindSolid:
-        case kindBlock:
-        case kindBlockEnd:
-        case kindInsert:
-        case kindVertex:
-            return 0;
-        case kindPolyline:
-            return kHasFollowers;
-        default:
-            return -1;
-    }
-}
 
 bool HasLinetypeField(int flags) {
     return flags == 2 || flags == 3 || flags == 6 || flags == 7 || flags == 130 || flags == 131;
@@ -111,6 +67,7 @@ class BlockCopier {
     bool CopyReference();
     bool CopyPoints(int count, double dx, double dy);
     bool CopyBytes(int count);
+    bool ProveCopy(const Record& record);
     bool Put(const void* data, std::size_t count);
     void Skip(int count) { m_place += static_cast<std::uint64_t>(count); }
 
@@ -126,12 +83,12 @@ class BlockCopier {
     std::vector<std::uint32_t> m_wanted;  // block numbers of the file, still to be copied
     std::uint64_t m_place = 0;            // in the block file
     std::uint64_t m_recordStart = 0;
+    std::uint32_t m_mapped = 0;  // block number of the last reference, in the drawing
     CopyFault m_fault;
 };
 
 bool BlockCopier::Put(const void* data, std::size_t count) {
-    if (kBlockSectionSize - section().size() < count)
-        return Overflow("the block definitions of the drawing would pass 64000 bytes");
+    if (kBlockSectionSize - section().size() < count) return Overflow(kSectionFull);
     const auto* bytes = static_cast<const std::uint8_t*>(data);
     section().insert(section().end(), bytes, bytes + count);
     return true;
@@ -185,7 +142,7 @@ bool BlockCopier::ReadLinetypeField(Record& record) {
         --record.working;
         record.narrowed = true;
     }
-    const int behindColor = (record.flags & kColorPrefix) != 0 ? 1 : 0;
+    const int behindColor = (record.flags & kHasColor) != 0 ? 1 : 0;
     std::uint8_t index = 0;
     if (!m_file.Read(m_place + static_cast<std::uint64_t>(behindColor), &index, 1))
         return Fail("the file ends inside a record");
@@ -197,26 +154,26 @@ bool BlockCopier::ReadLinetypeField(Record& record) {
 
 // Colour and linetype behind the header.
 bool BlockCopier::CopyPrefix(Record& record) {
-    const int family = FamilyOf(record.kind);
-    if (family < 0) {
+    const KindLayout* layout = KindLayoutOf(static_cast<std::uint8_t>(record.kind));
+    if (layout == nullptr || layout->family == kNoFamily) {
         // Nothing is known of such a record but its linetype field, whose second byte goes.
         if (!record.narrowed) return true;
-        const int kept = (record.flags & kColorPrefix) != 0 ? 2 : 1;
+        const int kept = (record.flags & kHasColor) != 0 ? 2 : 1;
         if (!CopyBytes(kept)) return false;
         Skip(1);
         record.working -= kept;
         return true;
     }
-    const int prefix = record.flags - family;
-    if (prefix < 0 || prefix > (kColorPrefix | kLinetypePrefix)) {
+    const int prefix = PrefixOf(layout, record.flags);
+    if (prefix < 0) {
         _LMsg(texts::kUnknownType, nullptr, 0);
         return true;
     }
-    if ((prefix & kColorPrefix) != 0) {
+    if ((prefix & kHasColor) != 0) {
         if (!CopyBytes(1)) return false;
         --record.working;
     }
-    if ((prefix & kLinetypePrefix) != 0) {
+    if ((prefix & kHasLinetype) != 0) {
         const auto index = record.byBlock ? kByBlock : static_cast<std::uint8_t>(state().now.linetype);
         if (!Put(&index, 1)) return false;
         Skip(record.narrowed ? 2 : 1);
@@ -243,18 +200,17 @@ bool BlockCopier::CopyReference() {
         known = true;
     }
     if (!known) {
-        for (int slot = 0; slot < m_pending; ++slot) {
-            // Required: the last block of the name wins.
-            if (std::memcmp(m_tables.Slot(Table::block, slot) + 1, block + 1, kNameSize) != 0) continue;
-            mapped = static_cast<std::uint32_t>(slot);
-            known = true;
-        }
+        // Required: the last block of the name wins.
+        const int slot = m_tables.LastBlock(block + 1, m_pending);
+        if (slot >= 0) mapped = static_cast<std::uint32_t>(slot);
+        known = slot >= 0;
     }
     if (!known) {
         if (m_pending == LayoutOf(Table::block).capacity) return Overflow("a drawing holds 500 blocks");
         m_wanted[static_cast<std::size_t>(m_pending++)] = number;
         mapped += first;
     }
+    m_mapped = mapped;
     Store(field, mapped);
     return Put(field, sizeof field);
 }
@@ -263,27 +219,27 @@ bool BlockCopier::CopyBody(const Record& record, double dx, double dy) {
     const int tail = record.tail;
     bool done = false;
     switch (record.kind) {
-        case kindLine:
+        case kinds::kLine:
             done = CopyPoints(2, dx, dy);
             break;
-        case kindPoint:
+        case kinds::kPoint:
             done = CopyPoints(1, dx, dy);
             break;
-        case kindCircle:
+        case kinds::kCircle:
             done = CopyPoints(1, dx, dy) && CopyBytes(8);
             break;
-        case kindText:
-        case kindVertex:
+        case kinds::kText:
+        case kinds::kVertex:
             done = CopyPoints(1, dx, dy) && CopyBytes(record.working - 24 - tail);
             break;
-        case kindArc:
+        case kinds::kArc:
             done = CopyPoints(1, dx, dy) && CopyBytes(24);
             break;
-        case kindTrace:
-        case kindSolid:
+        case kinds::kTrace:
+        case kinds::kSolid:
             done = CopyPoints(4, dx, dy);
             break;
-        case kindInsert:
+        case kinds::kInsert:
             done = CopyReference() && CopyPoints(1, dx, dy) && CopyBytes(record.working - 26 - tail);
             break;
         default:
@@ -303,7 +259,7 @@ bool BlockCopier::CopyRecord(bool nested, double dx, double dy, Record& record) 
     record = {m_recordStart, header[0], header[1], length, length, m_tail, false, false, section().size(), 0};
     if (length < static_cast<int>(kEntityHeaderSize)) return Fail("a record is shorter than its header");
     // The BLOCK record of a later file has 8 bytes more at its end.
-    if (nested && record.kind == kindBlock && m_tail != 0) record.tail += 6;
+    if (nested && record.kind == kinds::kBlock && m_tail != 0) record.tail += 6;
     if (!MapLayer(Load16(header + 4))) return false;
     if (HasLinetypeField(record.flags) && !ReadLinetypeField(record)) return false;
     record.copiedLength = record.working - record.tail;
@@ -313,14 +269,26 @@ bool BlockCopier::CopyRecord(bool nested, double dx, double dy, Record& record) 
     if (!Put(header, sizeof header)) return false;
     if (nested) m_tables.AddToField(kExtraStart, static_cast<std::uint32_t>(record.copiedLength));
     if (!CopyPrefix(record)) return false;
-    const bool ends = nested && record.kind == kindBlockEnd;
+    const bool ends = nested && record.kind == kinds::kEndBlock;
     if (!ends && !CopyBody(record, dx, dy)) return false;
-    const std::uint64_t surplus = record.kind == kindInsert ? kInsertSurplus : 0;
+    const std::uint64_t surplus = record.kind == kinds::kInsert ? kReferenceSurplus : 0;
     const std::uint64_t read = m_place - record.start;
     const std::uint64_t written = section().size() - record.begun;
     if ((!ends && read != static_cast<std::uint64_t>(length) + surplus) ||
         written != static_cast<std::uint64_t>(record.copiedLength) + surplus)
         return Fail("the length of a record is not that of its fields");
+    return ProveCopy(record);
+}
+
+// A record whose flags copying does not understand can be another one after it: its points do not stand where they are
+// looked for.
+bool BlockCopier::ProveCopy(const Record& record) {
+    if (record.kind == kinds::kBlock && m_tail != 0) return true;
+    const auto copied = std::span(section()).subspan(record.begun);
+    const RecordProof proof = ProveRecord(copied, {false, true}, m_source.StyleCount());
+    if (proof.fault != nullptr) return Fail(proof.fault);
+    if (record.kind == kinds::kInsert && proof.block != m_mapped)
+        return Fail("the block number of a reference does not stand where its flags say");
     return true;
 }
 
@@ -332,7 +300,7 @@ bool BlockCopier::CopyNested(int number) {
     std::uint8_t block[SourceDrawing::kBlockRecord];
     if (!m_source.Block(static_cast<std::uint32_t>(number), block))
         return Fail("a block number leads outside the block table");
-    m_place = m_source.BlocksStart() + Load16(block + (m_tail != 0 ? 35 : block_record::kOffset));
+    m_place = m_source.BlockStart(block, m_tail != 0);
     Store(block + block_record::kOffset, static_cast<std::uint16_t>(section().size()));
     Store(block + block_record::kMark, block_record::kMarkValue);
     // Required: the slot follows from the number in the file, so that a reference can tell it before the block is
@@ -344,9 +312,9 @@ bool BlockCopier::CopyNested(int number) {
     bool first = true;
     do {
         if (!CopyRecord(true, 0.0, 0.0, record)) return false;
-        if (first && record.kind != kindBlock) return Fail("a block does not begin with its BLOCK record");
+        if (first && record.kind != kinds::kBlock) return Fail("a block does not begin with its BLOCK record");
         first = false;
-    } while (record.kind != kindBlockEnd);
+    } while (record.kind != kinds::kEndBlock);
     state().now.layer = before.layer;
     state().now.linetype = before.linetype;
     return true;
@@ -371,12 +339,12 @@ bool BlockCopier::OpenBlock(const char* name) {
 
 bool BlockCopier::Copy(const char* name) {
     if (!m_source.Read()) return Fail("it is shorter than its header");
+    m_fault = BlockFileProof(m_file, m_source, m_tables, m_tail).Run();
+    if (m_fault.reason != nullptr) return false;
     if (!OpenBlock(name)) return false;
     const Attributes before = state().now;
     m_place = m_source.EntitiesStart();
     const std::uint64_t size = std::uint64_t{m_source.EntitiesEnd()} - m_source.EntitiesStart();
-    m_recordStart = m_place;
-    if (m_source.EntitiesEnd() < m_source.EntitiesStart()) return Fail("its entity section ends before it begins");
     for (std::uint64_t done = 0; done != size;) {
         Record record;
         if (!CopyRecord(false, m_source.BaseX(), m_source.BaseY(), record)) return false;

@@ -3,19 +3,11 @@
 // the shape of the output.
 #pragma once
 
-#include <cstdint>
-
+#include "dwg/block_proof.h"
 #include "dwg/session.h"
 #include "dwg/source_file.h"
 
 namespace zm::dwg {
-
-/// Why a block file was not copied.
-struct CopyFault {
-    const char* reason = nullptr;  // a part of a sentence; null: nothing is wrong
-    std::uint64_t offset = 0;      // of the record in the block file
-    bool limit = false;            // the file is sound, but a limit of the drawing was met
-};
 
 /// Copies a block file as the block of this name, in the next slot of the block table, or leaves the drawing as it was.
 /// The current layer and linetype are as before in both cases.

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "dwg/record_layout.h"
+
 namespace zm::dwg {
 
 constexpr std::size_t kHeaderSize = 96;         // the header image of the writer; the variables begin inside it
@@ -85,19 +87,11 @@ constexpr std::size_t kMark = 35;            // u16
 constexpr std::uint16_t kMarkValue = 16384;  // 0x40 in the top byte of the 32-bit offset
 }  // namespace block_record
 
-// Common fields of an entity, in this order behind its header, announced by the flags.
-constexpr int kHasColor = 1;      // u8
-constexpr int kHasLinetype = 2;   // u8
-constexpr int kHasElevation = 4;  // f64; LINE, POINT and 3DFACE have no field for it, it says that z is missing
-constexpr int kHasThickness = 8;  // f64
-constexpr int kHasFollowers = 128;
-
 struct EntityLayout {
     std::uint16_t word;    // kind + 256 * flags
     std::uint16_t length;  // bytes of the record, header included
     std::uint16_t options;
 };
-constexpr std::size_t kEntityHeaderSize = 8;  // u16 word, length, layer, options
 constexpr std::uint16_t Word(int kind, int flags) {
     return static_cast<std::uint16_t>(kind + 256 * flags);
 }

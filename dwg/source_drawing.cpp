@@ -30,10 +30,18 @@ double SourceDrawing::BaseY() const {
     return LoadReal(m_start + kBasePointY);
 }
 
+unsigned SourceDrawing::Count(Table table) const {
+    // The count has 16 bits in files of other programs, with a word of another meaning behind it.
+    return Load16(m_start + LayoutOf(table).countField);
+}
+
+unsigned SourceDrawing::StyleCount() const {
+    return Count(Table::style);
+}
+
 bool SourceDrawing::ReadRecord(Table table, std::uint32_t index, std::uint8_t* record, std::size_t size) {
     const TableLayout& layout = LayoutOf(table);
-    // The count has 16 bits in files of other programs, with a word of another meaning behind it.
-    if (index >= Load16(m_start + layout.countField)) return false;
+    if (index >= Count(table)) return false;
     const std::uint64_t recordSize = Load16(m_start + layout.recordSizeField);
     return m_file.Read(Load32(m_start + layout.addressField) + index * recordSize, record, size);
 }
@@ -57,6 +65,10 @@ bool SourceDrawing::Layer(unsigned index, bool later, char* name, unsigned& line
 
 bool SourceDrawing::Block(std::uint32_t number, std::uint8_t* record) {
     return ReadRecord(Table::block, number, record, kBlockRecord);
+}
+
+std::uint64_t SourceDrawing::BlockStart(const std::uint8_t* record, bool later) const {
+    return std::uint64_t{BlocksStart()} + Load16(record + (later ? 35 : block_record::kOffset));
 }
 
 }  // namespace zm::dwg

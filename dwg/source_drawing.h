@@ -18,7 +18,6 @@ class SourceDrawing {
 
     std::uint32_t EntitiesStart() const;
     std::uint32_t EntitiesEnd() const;
-    std::uint32_t BlocksStart() const;
     double BaseX() const;
     double BaseY() const;
 
@@ -26,10 +25,15 @@ class SourceDrawing {
     bool LinetypeName(unsigned index, char* name);
     /// \param later  the record is of version digits 1009 and up
     bool Layer(unsigned index, bool later, char* name, unsigned& linetype);
+    unsigned StyleCount() const;
     /// \param record  kBlockRecord bytes
     bool Block(std::uint32_t number, std::uint8_t* record);
+    /// Where the block of such a record begins in the file.
+    std::uint64_t BlockStart(const std::uint8_t* record, bool later) const;
 
  private:
+    std::uint32_t BlocksStart() const;
+    unsigned Count(Table table) const;
     bool ReadRecord(Table table, std::uint32_t index, std::uint8_t* record, std::size_t size);
 
     SourceFile& m_file;

@@ -49,6 +49,12 @@ int Tables::Add(Table table, std::string_view name) {
     return slot;
 }
 
+int Tables::LastBlock(const std::uint8_t* nameField, int slots) {
+    while (--slots >= 0)
+        if (std::memcmp(Slot(Table::block, slots) + 1, nameField, kNameSize) == 0) break;
+    return slots;
+}
+
 void Tables::AddBlock() {
     AddToField(LayoutOf(Table::block).countField, 1);
     Move(kMovedByBlock, static_cast<std::uint32_t>(LayoutOf(Table::block).recordSize));

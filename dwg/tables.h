@@ -60,6 +60,8 @@ class Tables {
     /// Takes the next slot for a name: the name is set, count and offsets moved. Not for blocks; not if full.
     /// Required: the slot is not cleared, the flag included; a style of a type above 7 keeps what the slot holds.
     int Add(Table table, std::string_view name);
+    /// The last block among the first slots whose name field is the same to the last byte, -1 if there is none.
+    int LastBlock(const std::uint8_t* nameField, int slots);
     /// Counts one more block and moves the offsets.
     void AddBlock();
 

@@ -161,7 +161,7 @@ class Checker {
                         record.length));
             return;
         }
-        const bool marker = record.kind == kJump && record.flags == kHasElevation && record.length == 26;
+        const bool marker = record.kind == kJump && record.flags == kHasElevation && record.length == kMarkerSize;
         if (record.kind == kJump) {
             if (marker)
                 Remark(record.offset, "a jump marker with fields of its own, as a 3D polyline is written here");
@@ -177,14 +177,16 @@ class Checker {
             Problem(record.offset + 4, Text("the %s record at %llu has layer %u; there are %zu", record.layout->name,
                                             at, record.layer, m_drawing.layers.size()));
         if (record.linetype && static_cast<std::size_t>(*record.linetype) >= m_drawing.linetypes.size() &&
-            *record.linetype != 255 && *record.linetype != 256 && !(m_drawing.Is1009() && *record.linetype >= 32766))
-            Problem(record.offset + kRecordHeaderBytes,
-                    Text("the %s record at %llu has linetype %d; there are %zu", record.layout->name, at,
-                         *record.linetype, m_drawing.linetypes.size()));
+            *record.linetype != kByBlock && *record.linetype != 256 &&
+            !(m_drawing.Is1009() && *record.linetype >= 32766))
+            Dangling(PrefixOf(record.layout, record.flags) < 0, record.offset + kRecordHeaderBytes,
+                     Text("the %s record at %llu has linetype %d; there are %zu", record.layout->name, at,
+                          *record.linetype, m_drawing.linetypes.size()));
         if (const Field* style = record.Find("style");
             style != nullptr && style->number >= static_cast<double>(m_drawing.styles.size()))
-            Problem(record.offset, Text("the %s record at %llu has text style %g; there are %zu", record.layout->name,
-                                        at, style->number, m_drawing.styles.size()));
+            Dangling(true, record.offset,
+                     Text("the %s record at %llu has text style %g; there are %zu", record.layout->name, at,
+                          style->number, m_drawing.styles.size()));
         if (const Field* block = record.Find("block");
             block != nullptr && block->number >= static_cast<double>(m_drawing.blocks.size()))
             Problem(record.offset, Text("the INSERT record at %llu refers to block %g; there are %zu", at,
@@ -197,10 +199,19 @@ class Checker {
             }
     }
 
+    // An index beyond its table. What a record of a block definition of ours kept from the block's own file, because
+    // copying does not map it, is no damage: readers take the usual style or linetype.
+    void Dangling(bool unmapped, std::uint64_t offset, std::string text) {
+        if (m_inBlock && unmapped && m_drawing.CountsEntities())
+            Remark(offset, text + ", since it keeps the number that it had in the block's own file");
+        else
+            Problem(offset, std::move(text));
+    }
+
     // POLYLINE or INSERT with attributes, vertices, SEQEND: keeps what is open and proves the closing link.
     void FollowSequence(const Record& record, std::uint64_t sectionStart) {
         const bool opens = record.kind == kPolyline || record.kind == kJump ||
-                           (record.kind == kInsert && (record.flags & kIsSequence));
+                           (record.kind == kInsert && (record.flags & kHasFollowers));
         if (opens) {
             if (m_open)
                 Problem(record.offset, Text("a sequence begins inside the one at %llu", static_cast<ull>(*m_open)));
@@ -276,8 +287,10 @@ class Checker {
                                                   static_cast<ull>(size - m_header.blockStart)));
             return;
         }
+        m_inBlock = true;
         std::set<std::uint64_t> checked;
         for (std::size_t i = 0; i < m_drawing.blocks.size(); ++i) CheckBlock(i, checked);
+        m_inBlock = false;
     }
 
     void CheckBlock(std::size_t index, std::set<std::uint64_t>& checked) {
@@ -358,6 +371,7 @@ class Checker {
     std::optional<std::uint64_t> m_open;  // the record that opened the sequence in hand
     std::uint8_t m_openKind = 0;
     bool m_openExtended = false;
+    bool m_inBlock = false;
     bool m_wide = false;  // the record in hand is a nested INSERT of the wide form
 };
 

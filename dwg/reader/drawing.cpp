@@ -11,18 +11,34 @@ constexpr std::size_t kCodePageAt = 1017;
 constexpr std::size_t kNameBytes = 32;
 constexpr std::uint32_t kBlockOffsetMask = 0xFFFFFF;
 
-// Whether a record of a known kind begins here and ends inside the section.
-bool LooksLikeRecord(const Drawing& drawing, std::uint64_t offset) {
+// Whether a record of a known kind begins here, or behind so many records of other kinds, and ends inside the section.
+bool LooksLikeRecord(const Drawing& drawing, std::uint64_t offset, int others) {
     Record record;
-    return ReadRecord(drawing.bytes(), offset, drawing.Is1009(), drawing.BlockEnd(), record) &&
-           record.layout != nullptr && (record.used == record.length || record.kind == kInsert);
+    while (ReadRecord(drawing.bytes(), offset, drawing.Is1009(), drawing.BlockEnd(), record)) {
+        if (record.layout != nullptr && !record.erased) return record.used == record.length || record.kind == kInsert;
+        if (others-- == 0) return false;
+        offset += record.length;
+    }
+    return false;
+}
+
+// Whether the INSERT that ends at next is two bytes longer than it says.
+bool IsWideInsert(const Drawing& drawing, std::uint64_t next) {
+    if (drawing.CountsEntities()) return true;
+    constexpr int kManyOthers = 64;
+    for (const int others : {0, kManyOthers})
+        for (const std::size_t surplus : {std::size_t{0}, kReferenceSurplus})
+            if (LooksLikeRecord(drawing, next + surplus, others)) return surplus != 0;
+    return false;
 }
 
 }  // namespace
 
 Drawing::Drawing(std::vector<std::uint8_t> bytes) : m_bytes(std::move(bytes)) {
     ReadHeader();
-    if (Known()) ReadTables();
+    if (!Known()) return;
+    ReadTables();
+    CountEntities();
 }
 
 void Drawing::ReadHeader() {
@@ -83,6 +99,17 @@ void Drawing::ReadTables() {
     });
 }
 
+void Drawing::CountEntities() {
+    if (Is1009() || header.blockSize < kEntityCountStart) return;
+    std::uint32_t count = 0;
+    std::uint64_t at = header.entityStart;
+    for (std::uint64_t length = 0; at < EntityEnd(); at += length, ++count) {
+        length = U16At(m_bytes, at + 2);
+        if (length < kRecordHeaderBytes) return;
+    }
+    m_countsEntities = at == header.entityEnd && header.blockSize - kEntityCountStart == count;
+}
+
 std::uint64_t Drawing::BlockEnd() const {
     const std::uint64_t size = header.blockSize & kSectionSizeMask;
     const std::uint64_t byField = header.blockStart + size;
@@ -100,12 +127,11 @@ void Drawing::ForEachEntity(const std::function<bool(const Record&)>& visit) con
 bool ReadBlockRecord(const Drawing& drawing, std::uint64_t offset, Record& record, std::uint64_t& next) {
     if (!ReadRecord(drawing.bytes(), offset, drawing.Is1009(), drawing.BlockEnd(), record)) return false;
     next = offset + record.length;
-    if (record.kind != kInsert || LooksLikeRecord(drawing, next)) return true;
+    if (record.kind != kInsert || record.erased || !IsWideInsert(drawing, next)) return true;
     Record wide;
-    if (LooksLikeRecord(drawing, next + 2) &&
-        ReadRecord(drawing.bytes(), offset, drawing.Is1009(), drawing.BlockEnd(), wide, true)) {
-        record = wide;
-        next += 2;
+    if (ReadRecord(drawing.bytes(), offset, drawing.Is1009(), drawing.BlockEnd(), wide, true)) {
+        record = std::move(wide);
+        next += kReferenceSurplus;
     }
     return true;
 }

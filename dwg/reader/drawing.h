@@ -70,6 +70,8 @@ class Drawing {
     bool Known() const { return header.version == 1006 || header.version == 1009; }
     bool Is1009() const { return header.version >= 1009; }
     Bytes bytes() const { return m_bytes; }
+    /// True for a drawing of our writer: its field 32 counts the records of the entity section.
+    bool CountsEntities() const { return m_countsEntities; }
     /// The place behind the last whole entity record.
     std::uint64_t EntityEnd() const { return std::min<std::uint64_t>(header.entityEnd, m_bytes.size()); }
     std::uint64_t BlockEnd() const;
@@ -88,13 +90,15 @@ class Drawing {
  private:
     void ReadHeader();
     void ReadTables();
+    void CountEntities();
 
     std::vector<std::uint8_t> m_bytes;
+    bool m_countsEntities = false;
 };
 
-/// Reads the record of a block section at offset. A nested INSERT of a file of ours has a four-byte block number and is
-/// two bytes longer than it says; it is taken as such where only then a record or the section's end follows.
-/// next receives the place of the following record.
+/// Reads the record of a block section at offset. A nested INSERT of a drawing of ours has a four-byte block number and
+/// is two bytes longer than it says; where a drawing does not tell that it is ours, the INSERT is taken as such where
+/// only then a record follows. next receives the place of the following record.
 bool ReadBlockRecord(const Drawing& drawing, std::uint64_t offset, Record& record, std::uint64_t& next);
 
 /// Bounds of what is drawn in the entity section, text by its anchor, inserts by their point. False if there is

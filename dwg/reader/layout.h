@@ -1,11 +1,12 @@
-// The layout of drawings of version digits 1006 and 1009, as data: header fields, record kinds and their fields.
-// docs/dwg/writer.md and docs/dwg/template.md tell what the fields mean.
+// The layout of drawings of version digits 1006 and 1009, as data: header fields here, record kinds and their fields in
+// dwg/record_layout.h. docs/dwg/writer.md and docs/dwg/template.md tell what the fields mean.
 #pragma once
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <span>
+
+#include "dwg/record_layout.h"
 
 namespace zm::dwg::reader {
 
@@ -30,54 +31,6 @@ enum class Table { block, layer, style, linetype, view };
 constexpr std::size_t kTableCount = 5;
 constexpr std::array<const char*, kTableCount> kTableNames = {"block", "layer", "style", "linetype", "view"};
 
-enum class FieldType : std::uint8_t { u8, u16, u32, f64, text };
-
-struct FieldLayout {
-    const char* name;
-    FieldType type;
-    std::uint16_t option;  // the options bit that announces it; 0: always there
-};
-
-/// How the coordinates of a kind stand: points of x, y, or x, y, z, the latter without z where flag 4 is set.
-struct KindLayout {
-    std::uint8_t kind;
-    const char* name;
-    int points;   // leading points
-    bool threeD;  // points have a z of their own
-    std::span<const FieldLayout> fields;
-};
-
-/// The layout of a kind without its erased bit; null where it is not known.
-const KindLayout* LayoutOf(std::uint8_t kind);
-
-enum Kind : std::uint8_t {
-    kLine = 1,
-    kPoint = 2,
-    kCircle = 3,
-    kShape = 4,
-    kText = 7,
-    kArc = 8,
-    kTrace = 9,
-    kSolid = 11,
-    kBlock = 12,
-    kEndBlock = 13,
-    kInsert = 14,
-    kSeqEnd = 17,
-    kJump = 18,
-    kPolyline = 19,
-    kVertex = 20,
-    kLine3D = 21,
-    kFace3D = 22,
-};
-
-enum Flag : std::uint8_t {
-    kHasColor = 1,
-    kHasLinetype = 2,
-    kHasElevation = 4,
-    kHasThickness = 8,
-    kHasHandle = 32,
-    kHasExtra = 64,  // 1009 only
-    kIsSequence = 128,
-};
+using enum kinds::Kind;
 
 }  // namespace zm::dwg::reader

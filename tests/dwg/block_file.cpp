@@ -1,5 +1,7 @@
 #include "tests/dwg/block_file.h"
 
+#include "dwg/bytes.h"
+
 namespace zm::test {
 namespace {
 
@@ -15,13 +17,13 @@ std::string TableField(unsigned recordSize, std::size_t count, std::size_t addre
 // The length of a section as copying counts it: by the lengths of its records, which for a reference are two bytes
 // short.
 std::size_t LengthByRecords(const std::string& records) {
-    const Drawing bytes(records);
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(records.data());
     std::size_t sum = 0;
     for (std::size_t at = 0; at + 8 <= records.size();) {
-        const unsigned length = bytes.u16(at + 2);
+        const unsigned length = dwg::Load16(bytes + at + 2);
         if (length < 8) return records.size();
         sum += length;
-        at += length + (bytes.u8(at) == 14 ? 2 : 0);
+        at += length + (bytes[at] == 14 ? 2 : 0);
     }
     return sum;
 }
@@ -47,7 +49,7 @@ std::string BlockFile::Definition(const std::string& records) const {
 std::string BlockFile::Bytes() const {
     const std::size_t blockSize = later() ? 45 : 37, layerSize = later() ? 41 : 37;
     const std::size_t styleSize = later() ? 198 : 194, linetypeSize = later() ? 191 : 187;
-    std::string blockTable, layerTable, linetypeTable, section;
+    std::string blockTable, layerTable, styleTable, linetypeTable, section;
     for (const Block& block : blocks) {
         const std::string gap(later() ? 2 : 0, '\0');
         const auto offset = U32(static_cast<std::uint32_t>(section.size()));
@@ -58,11 +60,13 @@ std::string BlockFile::Bytes() const {
         const std::string gap(later() ? 2 : 0, '\0');
         layerTable += Padded("@" + Padded(layer.name, 32) + gap + U16(layer.color) + U16(layer.linetype), layerSize);
     }
+    for (const std::string& name : styles) styleTable += Padded("@" + name, styleSize);
     for (const std::string& name : linetypes) linetypeTable += Padded("@" + name, linetypeSize);
 
     const std::size_t entitiesEnd = 1310 + entities.size();
     const std::size_t layersAt = entitiesEnd + blockTable.size();
-    const std::size_t linetypesAt = layersAt + layerTable.size();
+    const std::size_t stylesAt = layersAt + layerTable.size();
+    const std::size_t linetypesAt = stylesAt + styleTable.size();
     const std::size_t end = linetypesAt + linetypeTable.size();
     std::string header = Padded("AC" + std::to_string(version), 20) + U32(1310);
     header += U32(static_cast<std::uint32_t>(1310 + LengthByRecords(entities)));
@@ -70,11 +74,11 @@ std::string BlockFile::Bytes() const {
     header += U32(static_cast<std::uint32_t>(end)) + U32(0x80000000);
     header += TableField(static_cast<unsigned>(blockSize), blocks.size(), entitiesEnd);
     header += TableField(static_cast<unsigned>(layerSize), layers.size(), layersAt);
-    header += TableField(static_cast<unsigned>(styleSize), 0, linetypesAt);
+    header += TableField(static_cast<unsigned>(styleSize), styles.size(), stylesAt);
     header += TableField(static_cast<unsigned>(linetypeSize), linetypes.size(), linetypesAt);
     header += TableField(later() ? 153 : 149, 0, end);
     header += F64(baseX) + F64(baseY);
-    return Padded(header, 1310) + entities + blockTable + layerTable + linetypeTable + section;
+    return Padded(header, 1310) + entities + blockTable + layerTable + styleTable + linetypeTable + section;
 }
 
 }  // namespace zm::test

@@ -23,6 +23,7 @@ struct BlockFile {
     double baseX = 0.0;
     double baseY = 0.0;
     std::vector<Layer> layers = {{"0", 7, 0}};
+    std::vector<std::string> styles = {"STANDARD"};
     std::vector<std::string> linetypes = {"CONTINUOUS", "1", "DASHED"};
     std::vector<Block> blocks;
     std::string entities;

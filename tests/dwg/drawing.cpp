@@ -98,6 +98,14 @@ void ExpectSound(const Drawing& drawing) {
     }
 }
 
+std::vector<std::string> ProblemsOf(const Drawing& drawing) {
+    std::vector<std::string> problems;
+    const dwg::reader::Drawing read({drawing.bytes().begin(), drawing.bytes().end()});
+    for (const dwg::reader::Finding& problem : dwg::reader::Check(read).problems)
+        problems.push_back("offset " + std::to_string(problem.offset) + ": " + problem.text);
+    return problems;
+}
+
 std::string NameOf(const std::string& record) {
     return record.substr(1, 32).c_str();
 }
@@ -126,10 +134,14 @@ void DrawingTest::Open(std::string name) {
 Drawing DrawingTest::Close() {
     _LDBclosedwg();
     const Drawing closed = ReadDrawing(m_name);
-    if (!provable) return closed;
-    const dwg::reader::Drawing drawing({closed.bytes().begin(), closed.bytes().end()});
-    for (const dwg::reader::Finding& problem : dwg::reader::Check(drawing).problems)
-        ADD_FAILURE() << "the drawing is not sound at " << problem.offset << ": " << problem.text;
+    bool known = knownProblem.empty();
+    for (const std::string& problem : ProblemsOf(closed)) {
+        if (!knownProblem.empty() && problem.find(knownProblem) != std::string::npos)
+            known = true;
+        else
+            ADD_FAILURE() << "the drawing is not sound: " << problem;
+    }
+    EXPECT_TRUE(known) << "the reader does not say: " << knownProblem;
     return closed;
 }
 

@@ -241,11 +241,11 @@ TEST_F(EntityTest, ColourAndLinetypeGoInAsLowBytes) {
 }
 
 TEST_F(EntityTest, RecordsCrossTheBufferWithoutAGap) {
-    provable = false;  // the layer index outlives its session
     _LDBclosedwg();
     dwg::state().outputBuffer = 1;  // as small as the longest record
     Open("small.dwg");
     for (int i = 0; i < 2000; ++i) _LDBline(i, 2, 3, 4);
+    knownProblem = "has layer 1; there are 1";  // the index outlives its session
     const Drawing drawing = Close();
     const auto records = drawing.Entities();
     ASSERT_EQ(records.size(), 2000u);

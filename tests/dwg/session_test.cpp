@@ -70,7 +70,6 @@ TEST_F(Session, AnEntityRecordOfTheTemplateStaysInFront) {
 }
 
 TEST_F(Session, AJumpMarkerOfTheTemplateCountsAsTheFirstPolylineWithHeights) {
-    provable = false;  // the template has a jump marker of its own
     std::string with = drawingTemplate;
     with.insert(1310, FromHex("1204080000000000"));
     for (const std::size_t field : {24, 28, 36, 50, 60, 70, 80, 90})
@@ -79,6 +78,7 @@ TEST_F(Session, AJumpMarkerOfTheTemplateCountsAsTheFirstPolylineWithHeights) {
     Open();
     const double xyz[] = {1, 2, 5, 3, 4, 6};
     _LDBpolyline3d(xyz, 2);
+    knownProblem = "a sequence begins inside the one at 1310";  // the template's marker has no end
     const Drawing drawing = Close();
     EXPECT_EQ(drawing.size(), drawing.u32(36));  // no closing record
     EXPECT_EQ(drawing.Entities().at(1).size(), 42u);
@@ -152,7 +152,6 @@ TEST_F(Session, FirstSessionBeginsWithColour7AndNothingSelected) {
 }
 
 TEST_F(Session, SecondSessionBeginsWithTheAttributesThatTheFirstLeft) {
-    provable = false;  // the layer index outlives its session
     Open();
     _LDBsetcolor(3);
     SetLay("ROAD");
@@ -161,6 +160,7 @@ TEST_F(Session, SecondSessionBeginsWithTheAttributesThatTheFirstLeft) {
     Close();
     Open("second.dwg");
     _LDBpoint(1, 2);
+    knownProblem = "has layer 1; there are 1";  // the index outlives its session
     const Drawing second = Close();
     EXPECT_EQ(second.u32(56), 1u);  // its table has no second layer, the index stays all the same
     EXPECT_EQ(

@@ -1,8 +1,9 @@
-// A block file that is read at any place.
+// A block file that is read at any place, through a window: records lead to and fro between entities and tables.
 #pragma once
 
 #include <cstdint>
 #include <utility>
+#include <vector>
 
 #include "dwg/layout.h"
 #include "dwg/output_file.h"
@@ -18,7 +19,16 @@ class SourceFile {
     bool Read(std::uint64_t place, void* to, std::size_t count);
 
  private:
+    static constexpr std::size_t kWindowSize = std::size_t{1} << 16;  // most block files are smaller
+    static constexpr std::size_t kFirstSize = 4096;
+
+    bool Holds(std::uint64_t place) const { return place >= m_windowStart && place - m_windowStart < m_window.size(); }
+    // Brings the window to a place; false where the file has no byte there.
+    bool Fetch(std::uint64_t place);
+
     FileOwner m_file;
+    std::vector<std::uint8_t> m_window;  // bytes of the file, from m_windowStart
+    std::uint64_t m_windowStart = 0;
 };
 
 }  // namespace zm::dwg

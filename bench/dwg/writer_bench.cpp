@@ -21,6 +21,7 @@ namespace fs = std::filesystem;
 constexpr int kLines = 1'000'000;
 constexpr int kPolylines = 100'000;
 constexpr int kVertices = 20;
+constexpr int kBlockFaces = 500;  // 53 kB
 
 // A folder with the template, entered for the time of one benchmark.
 class Workshop {
@@ -138,6 +139,14 @@ void BM_PolylinesLimitBlocksOf1MB(benchmark::State& run) {
 }
 BENCHMARK(BM_PolylinesLimitBlocksOf1MB)->Unit(benchmark::kMillisecond);
 
+// A block file of faces, which are copied whole with their layer and linetype looked up.
+void WriteBlockFile() {
+    Open();
+    for (int i = 0; i < kBlockFaces; ++i) _LDBface3d(i, 0, 0, i + 1, 0, 0, i + 1, 1, 0, i, 1, 0);
+    _LDBclosedwg();
+    fs::rename("out.dwg", "block.dwg");
+}
+
 // Calls of the selection among many layers; the limit is one comparison of names for each layer.
 void BM_SelectLayer(benchmark::State& run) {
     const Workshop workshop;
@@ -192,5 +201,43 @@ void BM_Text(benchmark::State& run) {
     run.SetItemsProcessed(run.iterations() * kPolylines);
 }
 BENCHMARK(BM_Text)->Unit(benchmark::kMillisecond);
+
+// The limit is reading the file's bytes.
+void BM_CopyBlockFile(benchmark::State& run) {
+    const Workshop workshop;
+    WriteBlockFile();
+    for (auto _ : run) {
+        run.PauseTiming();
+        zm::dwg::ResetState();
+        Open();
+        run.ResumeTiming();
+        _LDBinsert(0, 0, 1, 1, 0, "block");
+    }
+    run.SetItemsProcessed(run.iterations() * kBlockFaces);
+}
+BENCHMARK(BM_CopyBlockFile)->Unit(benchmark::kMicrosecond);
+
+void BM_CopyBlockFileLimitReading(benchmark::State& run) {
+    const Workshop workshop;
+    WriteBlockFile();
+    for (auto _ : run) {
+        std::ifstream file("block.dwg", std::ios::binary);
+        std::vector<char> bytes(fs::file_size("block.dwg"));
+        file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        benchmark::DoNotOptimize(bytes.data());
+    }
+    run.SetItemsProcessed(run.iterations() * kBlockFaces);
+}
+BENCHMARK(BM_CopyBlockFileLimitReading)->Unit(benchmark::kMicrosecond);
+
+// References to a block that is there already.
+void BM_Reference(benchmark::State& run) {
+    const Workshop workshop;
+    WriteBlockFile();
+    Open();
+    for (auto _ : run) _LDBinsert(0, 0, 1, 1, 0, "block");
+    run.SetItemsProcessed(run.iterations());
+}
+BENCHMARK(BM_Reference)->Unit(benchmark::kMicrosecond);
 
 }  // namespace

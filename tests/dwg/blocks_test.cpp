@@ -194,6 +194,25 @@ TEST_F(Blocks, EveryKindOfALaterFileIsTurnedIntoTheShapeOfTheOutput) {
     EXPECT_TRUE(host.boxes.empty());
 }
 
+TEST_F(Blocks, AFileOfMoreThan64KbIsCopiedWhole) {
+    // Records and tables of the file lie on both sides of 65536.
+    BlockFile file, plain;
+    file.version = 1009;
+    file.blocks = {{"LEAF", file.Definition(file.Record(2, 4, F64(1) + F64(2)))}};
+    std::string expected = kEmptyBlock;
+    for (int i = 0; i < 2500; ++i) {
+        file.entities += file.Record(2, 5, "\x05" + F64(i) + F64(2));
+        expected += plain.Record(2, 5, "\x05" + F64(i) + F64(2));
+    }
+    file.entities += file.Reference(0, 1, 2);
+    expected += plain.Reference(1, 1, 2) + kBlockEnd + kEmptyBlock + plain.Record(2, 4, F64(1) + F64(2)) + kBlockEnd;
+    ASSERT_GT(file.entities.size(), 65536u);
+    WriteBlock("MANY", file);
+    Insert("MANY");
+    EXPECT_TRUE(Close().BlockSection() == expected);
+    EXPECT_TRUE(host.boxes.empty());
+}
+
 TEST_F(Blocks, ALinetypeFieldIsNarrowedInEveryFamily) {
     BlockFile file;
     file.version = 1009;

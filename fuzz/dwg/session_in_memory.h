@@ -54,6 +54,11 @@ class MemoryDrawing {
         // A reference in a block is two bytes longer than it says.
         while (place < end) place += Length(place, file[place] == 14 ? 2 : 0);
         Require(place == end, "the records of the block section fill it");
+        m_end = end;
+    }
+    /// The bytes of the file that was checked; without a closing record.
+    std::vector<std::uint8_t> Bytes() const {
+        return {m_file.begin(), m_file.begin() + static_cast<std::ptrdiff_t>(m_end)};
     }
     void SetTail(std::size_t size) { m_tail = size; }
 
@@ -67,6 +72,7 @@ class MemoryDrawing {
 
     std::vector<std::uint8_t> m_file;
     std::size_t m_tail = 0;
+    std::uint64_t m_end = 0;
 };
 
 }  // namespace zm::fuzz

@@ -107,7 +107,9 @@ void Drawing::CountEntities() {
         length = U16At(m_bytes, at + 2);
         if (length < kRecordHeaderBytes) return;
     }
-    m_countsEntities = at == header.entityEnd && header.blockSize - kEntityCountStart == count;
+    // The template can have had a record of its own.
+    const std::uint32_t counted = header.blockSize - kEntityCountStart;
+    m_countsEntities = at == header.entityEnd && (counted == count || counted + 1 == count);
 }
 
 std::uint64_t Drawing::BlockEnd() const {

@@ -19,6 +19,12 @@ class Blocks : public DrawingTest {
         file.entities = file.Record(1, 4, F64(1) + F64(2) + F64(3) + F64(4));
         WriteBlock(name, file);
     }
+    // The same drawing with the size of the block section in field 32, where ours counts entities.
+    static Drawing OfAnotherProgram(const Drawing& drawing) {
+        std::string bytes = drawing.bytes();
+        const auto size = static_cast<std::uint32_t>(drawing.BlockSection().size());
+        return Drawing(bytes.replace(32, 4, U32(0x40000000 + size)));
+    }
     static void Insert(const char* name) { _LDBinsert(1, 2, 3, 4, 30, name); }
 };
 
@@ -328,6 +334,10 @@ TEST_F(Blocks, ATextKeepsTheStyleNumberOfItsFileThoughTheDrawingHasFewerStyles) 
     ASSERT_EQ(drawing.u32(66), 1u);
     EXPECT_EQ(Hex(drawing.BlockSection()), Hex(kEmptyBlock + file.entities + kBlockEnd));
     EXPECT_TRUE(host.boxes.empty());
+    // In a drawing of another program that would be damage.
+    const auto problems = ProblemsOf(OfAnotherProgram(drawing));
+    ASSERT_EQ(problems.size(), 1u);
+    EXPECT_NE(problems[0].find("has text style 2; there are 1"), std::string::npos) << problems[0];
 }
 
 TEST_F(Blocks, AKindOfNoFamilyKeepsALinetypeNumberBeyondTheDrawingsTable) {
@@ -339,6 +349,9 @@ TEST_F(Blocks, AKindOfNoFamilyKeepsALinetypeNumberBeyondTheDrawingsTable) {
     const Drawing drawing = Close();
     ASSERT_EQ(drawing.u32(76), 8u);
     EXPECT_EQ(Hex(drawing.BlockSection()), Hex(kEmptyBlock + file.entities + kBlockEnd));
+    const auto problems = ProblemsOf(OfAnotherProgram(drawing));
+    ASSERT_EQ(problems.size(), 1u);
+    EXPECT_NE(problems[0].find("has linetype 19; there are 8"), std::string::npos) << problems[0];
 }
 
 TEST_F(Blocks, AReferenceWithAttributesIsCopiedWithThemAsAnUnknownType) {
@@ -350,7 +363,10 @@ TEST_F(Blocks, AReferenceWithAttributesIsCopiedWithThemAsAnUnknownType) {
     WriteBlock("TREE", file);
     Insert("TREE");
     EXPECT_EQ(Messages(), std::vector<std::string>{"UNKNOWN TYPE"});
-    EXPECT_EQ(Hex(Close().BlockSection().substr(24, 28)), Hex(FromHex("0e801a0000000000") + U32(1) + F64(1) + F64(2)));
+    const Drawing drawing = Close();
+    EXPECT_EQ(Hex(drawing.BlockSection().substr(24, 28)), Hex(FromHex("0e801a0000000000") + U32(1) + F64(1) + F64(2)));
+    // The reader finds the attribute behind the two bytes that the length lacks, whoever made the drawing.
+    EXPECT_EQ(ProblemsOf(OfAnotherProgram(drawing)), std::vector<std::string>());
 }
 
 TEST_F(Blocks, AnErasedReferenceIsAsLongAsItSays) {

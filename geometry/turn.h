@@ -1,0 +1,159 @@
+// Steps along a bearing and turned figures, to the last bit as the bearing's cosine and sine give them, mostly without
+// computing these. The bounds are derived in docs/geometry/turn.md.
+#pragma once
+
+#include <cmath>
+
+#include "geometry/pair.h"
+#include "geometry/state.h"
+
+namespace zm::geometry {
+
+struct Place {
+    double x, y;
+};
+
+/// The sum of a place and an offset of which both parts may be off by slack; sure loses its bits where that makes a
+/// difference.
+inline Pair CertainSum(Pair place, Pair offset, double slack, PairMask& sure) {
+    const Pair least = place + (offset - slack);
+    sure &= least == place + (offset + slack);
+    return least;
+}
+
+/// A leg of a line: its length as XYSA gives it, and what XYSA's bearing of it has for cosine and sine to a few 1e-15,
+/// by one division.
+class Leg {
+ public:
+    Leg(double dx, double dy) : m_dx(dx), m_dy(dy), m_squared(dx * dx + dy * dy), m_distance(std::sqrt(m_squared)) {}
+
+    double dx() const { return m_dx; }
+    double dy() const { return m_dy; }
+    double distance() const { return m_distance; }
+    /// Cosine and sine, times a length.
+    Pair Along(double length) const {
+        return Pair{m_dx, m_dy} * (m_distance * (length / m_squared));  // the quotient does not wait for the root
+    }
+    /// How far the direction may be off; infinite where nothing is known.
+    double Slack() const {
+        const double up = std::fabs(m_dy);
+        if (!(m_distance > kShortest && m_distance < kLongest && up > kFlattest * m_distance &&
+              m_distance > state().mini))
+            return HUGE_VAL;
+        return up > kSteep * m_distance ? kSteepSlack : kSlack + kSineSlack * (m_distance / up);
+    }
+
+ private:
+    static constexpr double kShortest = 1e-100;  // metres; squares of what lies between lose nothing
+    static constexpr double kLongest = 1e100;
+    static constexpr double kFlattest = 1e-5;  // sine below which an arc cosine tells too little of it
+    static constexpr double kSlack = 3.6e-15;
+    static constexpr double kSineSlack = 3.5e-16;
+    static constexpr double kSteep = 0.125;  // sine from which one bound serves all
+    static constexpr double kSteepSlack = kSlack + kSineSlack / kSteep;
+
+    double m_dx, m_dy;
+    double m_squared;
+    double m_distance;
+};
+
+/// A rotation by an angle, or by the bearing that XYSA gives for a leg.
+///
+/// Where every cosine and sine within what is known of a leg puts a point to the same doubles, as nearly always where
+/// coordinates are large against the figure, these are the result. Elsewhere the bearing's own cosine and sine are
+/// computed, once.
+class Turn {
+ public:
+    /// \param angle  radians
+    explicit Turn(double angle) : m_haveAngle(true), m_angle(angle) {}
+
+    explicit Turn(const Leg& leg)
+        : m_direction(leg.Along(1.0)),
+          m_slack(leg.Slack()),
+          m_dx(leg.dx()),
+          m_dy(leg.dy()),
+          m_distance(leg.distance()) {}
+
+    /// The angle, for a leg the bearing: 0 where MINI is not below the length.
+    double Angle() {
+        if (!m_haveAngle) FindBearing();
+        return m_angle;
+    }
+
+    /// Whether the angle is nearer to 0 than limit, radians up to 1e-6. Only that of a flat leg can be.
+    bool IsBelow(double limit) { return m_slack == HUGE_VAL && std::fabs(Angle()) < limit; }
+
+ private:
+    friend class TurnedFigure;
+
+    void FindBearing();
+    void BeExact();
+
+    Pair m_direction{0.0, 0.0};  // cosine and sine
+    double m_slack = HUGE_VAL;   // how far they may be off; nothing is known of those of a plain angle
+    bool m_exact = false;
+    bool m_haveAngle = false;
+    double m_angle = 0.0;
+    double m_dx = 0.0;
+    double m_dy = 0.0;
+    double m_distance = 0.0;
+};
+
+/// A figure at a place, turned and scaled.
+class TurnedFigure {
+ public:
+    TurnedFigure(Turn& turn, double x, double y, double scale)
+        : m_turn(turn),
+          m_place{x, y},
+          m_scale(scale),
+          m_along(turn.m_direction * scale),
+          m_across{-m_along[1], m_along[0]},
+          m_slack(std::fabs(scale) * turn.m_slack) {}
+
+    /// Its point (u, v): x + (u cos - v sin) scale and y + (v cos + u sin) scale in double arithmetic from left to
+    /// right.
+    Place Of(double u, double v) {
+        if (IsNear()) {
+            PairMask sure = kBoth;
+            const Pair place = Near(u, v, sure);
+            if (Both(sure)) [[likely]]
+                return {place[0], place[1]};
+        }
+        return Exactly(u, v);
+    }
+
+    /// The same for many points, all at once; sure tells whether they are right. If not, they are wanted Exactly.
+    Pair Near(double u, double v, PairMask& sure) const {
+        return CertainSum(m_place, u * m_along + v * m_across, (std::fabs(u) + std::fabs(v)) * m_slack, sure);
+    }
+    /// Whether that is worth trying.
+    bool IsNear() const { return !m_turn.m_exact && m_slack < HUGE_VAL; }
+
+    /// The same by cosine and sine.
+    Place Exactly(double u, double v) {
+        if (!m_turn.m_exact) m_turn.BeExact();
+        const double c = m_turn.m_direction[0];
+        const double s = m_turn.m_direction[1];
+        return {m_place[0] + (u * c - v * s) * m_scale, m_place[1] + (v * c + u * s) * m_scale};
+    }
+
+ private:
+    Turn& m_turn;
+    Pair m_place;
+    double m_scale;
+    Pair m_along;
+    Pair m_across;
+    double m_slack;
+};
+
+/// The point at a distance from (x, y) along a leg, as XYSA gives it.
+inline Place Step(const Leg& leg, double x, double y, double distance) {
+    PairMask sure = kBoth;
+    const Pair place = CertainSum(Pair{x, y}, leg.Along(distance), std::fabs(distance) * leg.Slack(), sure);
+    if (Both(sure)) [[likely]]
+        return {place[0], place[1]};
+    Turn turn(leg);
+    return TurnedFigure(turn, x, y, distance).Exactly(1.0, 0.0);
+}
+
+}  // namespace zm::geometry

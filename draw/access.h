@@ -12,9 +12,18 @@ struct Access {
     /// The index of the polygon, null where the plain order of edges is used.
     static const PolygonIndex* Index(const CCutArea& area);
 
+    /// Whether the switch is off: cutline lets everything through.
+    static bool IsUnclipped(const CCutArea& area) { return area.m_docut == 0; }
+
+    static bool IsRotated(const CTqDraw& dc) { return dc.m_rotateActive != 0; }
     static int Type(const CTqDraw& dc) { return dc.m_type; }
     static HDC Device(const CTqDraw& dc) { return dc.m_hdc; }
     static double Scale(const CTqDraw& dc) { return dc.m_scale; }
+    static int ViewWidth(const CTqDraw& dc) { return dc.m_viewWidth; }
+    static int ViewHeight(const CTqDraw& dc) { return dc.m_viewHeight; }
+    static double OriginX(const CTqDraw& dc) { return dc.m_originX; }
+    static double OriginY(const CTqDraw& dc) { return dc.m_originY; }
+    static bool IsFlipped(const CTqDraw& dc) { return dc.m_flip != 0; }
     static CStringArray& Commands(CTqDraw& dc) { return dc.m_commands; }
 
     static double TextHeight(const CTqDraw& dc) { return dc.m_textHeight; }

@@ -6,6 +6,7 @@
 
 #include "draw/device.h"
 #include "draw/numbers.h"
+#include "draw/pixel_line.h"
 #include "draw/state.h"
 #include "draw/texts.h"
 #include "zenromath/config.h"
@@ -21,15 +22,9 @@ namespace {
 constexpr double kStartScale = 1000.0;  // pixels per survey unit
 constexpr double kStartTextWidth = 0.78;
 constexpr int kStartFontHeight = 4;
-constexpr double kFarthestPixel = 30000.0;  // what 16-bit device coordinates can take, with room for a flip
-constexpr double kActive = 0.0001;          // degrees and metres; a rotation below it in all three values is none
+constexpr double kActive = 0.0001;  // degrees and metres; a rotation below it in all three values is none
 constexpr double kLeastPaperScale = 1e-6;
 constexpr double kStartPaperScale = 1000.0;
-
-// Far-off points keep a direction instead of wrapping. What is no number goes to the lower limit.
-int Pixel(double value) {
-    return static_cast<int>(value > -kFarthestPixel ? std::min(value, kFarthestPixel) : -kFarthestPixel);
-}
 
 double TenthsPerUnit() {
     return 1000.0 / state().paperScale * 10.0;
@@ -72,7 +67,7 @@ CTqDraw::CTqDraw(int type)
       m_fontEscapement(0),
       m_textOffsetX(0.0),
       m_textOffsetY(0.0) {
-    state().contexts.insert(this);
+    zm::draw::AddContext(this);
     if (TqDC == nullptr)
         TqDC = this;
     else
@@ -82,7 +77,7 @@ CTqDraw::CTqDraw(int type)
 // Required: TqDC stays on the destroyed context until somebody replaces it, so the next CTqDraw shows its message.
 CTqDraw::~CTqDraw() {
     m_commands.RemoveAll();
-    state().contexts.erase(this);
+    zm::draw::ForgetContext(this);
     DeleteCengCi8Dlg();
 }
 
@@ -122,12 +117,9 @@ int CTqDraw::Drawable() const {
 }
 
 int CTqDraw::GetViewPos(double x, double y, int& px, int& py) const {
-    px = Pixel((x - m_originX) * m_scale);
-    py = Pixel(m_viewHeight - (y - m_originY) * m_scale);
-    if (m_flip != 0) {
-        px = m_viewWidth - px;
-        py = m_viewHeight - py;
-    }
+    const zm::draw::Pixel pixel = zm::draw::PixelOf(*this, x, y);
+    px = pixel.x;
+    py = pixel.y;
     return px >= 0 && px <= m_viewWidth && py >= 0 && py <= m_viewHeight ? 1 : 0;
 }
 

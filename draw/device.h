@@ -14,6 +14,10 @@ ZM_API int MoveToEx(HDC dc, int x, int y, POINT* previous);
 /// Draws from the current position to (x, y) with the selected pen and moves the position there; the last pixel is left
 /// out. Non-zero if drawn.
 ZM_API int LineTo(HDC dc, int x, int y);
+/// MoveToEx and LineTo in one.
+ZM_API int DrawLine(HDC dc, int x1, int y1, int x2, int y2);
+/// The same for each pair of points: from the first to the second, from the third to the fourth ...
+ZM_API void DrawLines(HDC dc, const POINT* ends, int lines);
 /// Sets one pixel; the colour set, CLR_INVALID on failure.
 ZM_API COLORREF SetPixel(HDC dc, int x, int y, COLORREF color);
 /// Outline with the selected pen, interior with the selected brush; the right column and the lower row are out.

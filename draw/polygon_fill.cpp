@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "draw/device.h"
+#include "draw/pixel_line.h"
 #include "draw/sinks.h"
 #include "zenromath/draw.h"
 

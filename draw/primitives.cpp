@@ -5,7 +5,9 @@
 #include <new>
 
 #include "draw/numbers.h"
+#include "draw/pixel_line.h"
 #include "draw/sinks.h"
+#include "draw/strokes.h"
 #include "dwg/writer.h"
 #include "zenromath/draw.h"
 #include "zenromath/geometry.h"
@@ -79,21 +81,56 @@ int WriteRuns(CTqDraw& dc, int n, double* xy) {
     return count;
 }
 
-}  // namespace
+// By far the most common: nothing to rotate or clip, on a device.
+bool IsPlainDevice(const CTqDraw& dc) {
+    return !Access::IsRotated(dc) && Access::IsUnclipped(dc) && SinkOf(Access::Type(dc)) == Sink::device;
+}
 
-int CTqDraw::line(double x1, double y1, double x2, double y2) {
-    GetRMCoord(x1, y1);
-    GetRMCoord(x2, y2);
-    if (cutline(x1, y1, x2, y2) == 0) return 0;
-    switch (SinkOf(m_type)) {
+// Rotates, clips, and forks. Apart, so that the common way saves no registers.
+[[gnu::noinline]] int LineAnywhere(CTqDraw& dc, double x1, double y1, double x2, double y2) {
+    dc.GetRMCoord(x1, y1);
+    dc.GetRMCoord(x2, y2);
+    if (dc.cutline(x1, y1, x2, y2) == 0) return 0;
+    switch (SinkOf(Access::Type(dc))) {
         case Sink::dwg:
             return sink::dwg::Line(x1, y1, x2, y2);
         case Sink::record:
-            return sink::record::Line(*this, x1, y1, x2, y2);
+            return sink::record::Line(dc, x1, y1, x2, y2);
         case Sink::device:
             break;
     }
-    return sink::device::Line(*this, x1, y1, x2, y2);
+    return DrawSurveyLine(dc, x1, y1, x2, y2);
+}
+
+}  // namespace
+
+int CTqDraw::line(double x1, double y1, double x2, double y2) {
+    if (IsPlainDevice(*this)) return DrawSurveyLine(*this, x1, y1, x2, y2);
+    return LineAnywhere(*this, x1, y1, x2, y2);
+}
+
+void zm::draw::DrawStrokes(CTqDraw& dc, const SurveyStroke* strokes, int count) {
+    constexpr int kBatch = 32;
+    const SurveyStroke* stroke = strokes;
+    const SurveyStroke* end = strokes + count;
+    if (!IsPlainDevice(dc)) {
+        for (; stroke != end; ++stroke) LineAnywhere(dc, stroke->x1, stroke->y1, stroke->x2, stroke->y2);
+        return;
+    }
+    const PlainView view(dc);
+    while (stroke != end) {
+        POINT ends[2 * kBatch];
+        int mapped = 0;
+        while (mapped < kBatch && stroke != end &&
+               view.Map(stroke->x1, stroke->y1, stroke->x2, stroke->y2, ends + 2 * mapped)) {
+            ++mapped;
+            ++stroke;
+        }
+        device::DrawLines(dc.GetHdc(), ends, mapped);
+        if (mapped == kBatch || stroke == end) continue;
+        DrawDistantLine(dc, stroke->x1, stroke->y1, stroke->x2, stroke->y2);
+        ++stroke;
+    }
 }
 
 int CTqDraw::lines(int n, double* xy) {

@@ -1,16 +1,19 @@
 #include <cmath>
 
 #include "draw/numbers.h"
+#include "draw/pixel_line.h"
 #include "draw/sinks.h"
 
-namespace zm::draw::sink::device {
+namespace zm::draw {
 
-int Line(CTqDraw& dc, double x1, double y1, double x2, double y2) {
+int DrawDistantLine(const CTqDraw& dc, double x1, double y1, double x2, double y2) {
     if (!AllFinite(x1, y1, x2, y2)) return 0;
-    const Pixel from = PixelOf(dc, x1, y1);
-    const Pixel to = PixelOf(dc, x2, y2);
-    return dc.line(from.x, from.y, to.x, to.y);
+    return DrawPixelLine(dc, PixelOf(dc, x1, y1), PixelOf(dc, x2, y2));
 }
+
+}  // namespace zm::draw
+
+namespace zm::draw::sink::device {
 
 DWORD Point(CTqDraw& dc, double x, double y, DWORD colour, int size) {
     if (!AllFinite(x, y)) return colour;

@@ -19,19 +19,7 @@ inline bool IsMonochrome(int type) {
     return type == 2;
 }
 
-struct Pixel {
-    int x, y;
-};
-
-/// The pixel of a survey position.
-inline Pixel PixelOf(const CTqDraw& dc, double x, double y) {
-    Pixel pixel{};
-    dc.GetViewPos(x, y, pixel.x, pixel.y);
-    return pixel;
-}
-
 namespace sink::device {
-int Line(CTqDraw& dc, double x1, double y1, double x2, double y2);
 DWORD Point(CTqDraw& dc, double x, double y, DWORD colour, int size);
 void Arc(CTqDraw& dc, double cx, double cy, double r, double a0, double a1);
 int Text(CTqDraw& dc, double x, double y, char* s, int len);

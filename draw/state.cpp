@@ -1,33 +1,47 @@
 #include "draw/state.h"
 
-#include <utility>
+#include <unordered_set>
 
 #include "zenromath/runtime.h"
 
 CTqDraw* TqDC = nullptr;
 
 namespace zm::draw {
+namespace {
 
-State& state() {
-    static State s;
-    return s;
+std::unordered_set<const CTqDraw*>& Contexts() {
+    static std::unordered_set<const CTqDraw*> contexts;
+    return contexts;
 }
 
+}  // namespace
+
+constinit State detail::theState;
+constinit const CTqDraw* detail::theKnown = nullptr;
+
 void ResetState() {
-    auto contexts = std::move(state().contexts);
     state() = State{};
-    state().contexts = std::move(contexts);
     TqDC = nullptr;
 }
 
-CTqDraw* WorkingContext() {
-    return TqDC != nullptr && state().contexts.count(TqDC) != 0 ? TqDC : nullptr;
+void AddContext(const CTqDraw* context) {
+    Contexts().insert(context);
 }
 
-CTqDraw* NeedWorkingContext(const char* caller) {
-    CTqDraw* context = WorkingContext();
-    if (context == nullptr) _LErr(1, "no working drawing context", "draw", caller);
-    return context;
+void ForgetContext(const CTqDraw* context) {
+    Contexts().erase(context);
+    if (detail::theKnown == context) detail::theKnown = nullptr;
+}
+
+CTqDraw* detail::FindWorkingContext() {
+    if (TqDC == nullptr || Contexts().count(TqDC) == 0) return nullptr;
+    theKnown = TqDC;
+    return TqDC;
+}
+
+CTqDraw* detail::TellMissingContext(const char* caller) {
+    _LErr(1, "no working drawing context", "draw", caller);
+    return nullptr;
 }
 
 }  // namespace zm::draw

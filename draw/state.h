@@ -1,8 +1,6 @@
 // What draw remembers between calls, one copy for all contexts.
 #pragma once
 
-#include <unordered_set>
-
 #include "zenromath/draw.h"
 
 namespace zm::draw {
@@ -14,18 +12,39 @@ struct State {
     LOGFONTA currentFont{};      // the last font description, its width halved; textout draws double-byte text with it
     COLORREF lastPenColor = 0;   // the last real colour given to a CTQPen
     int firstCharacter = 1;      // written into the "Text:" command
-    std::unordered_set<const CTqDraw*> contexts;  // those that exist; TqDC may be none of them
 };
 
-State& state();
+namespace detail {
+extern State theState;
+extern const CTqDraw* theKnown;  // a context that exists: the one found last, as each symbol asks for it
+CTqDraw* FindWorkingContext();
+}  // namespace detail
+
+/// The one instance. Inline, since every symbol placed asks for the scale.
+inline State& state() {
+    return detail::theState;
+}
 
 /// Sets every remembered value of this folder back to its start value, and TqDC to null. Contexts that exist stay.
 void ResetState();
 
+/// The contexts that exist; TqDC may be none of them.
+void AddContext(const CTqDraw* context);
+void ForgetContext(const CTqDraw* context);
+
 /// TqDC, null if it is null or its context was destroyed.
-CTqDraw* WorkingContext();
+inline CTqDraw* WorkingContext() {
+    return TqDC == detail::theKnown ? TqDC : detail::FindWorkingContext();
+}
+
+namespace detail {
+CTqDraw* TellMissingContext(const char* caller);
+}
 
 /// The same; where there is none, an internal error names the caller.
-CTqDraw* NeedWorkingContext(const char* caller);
+inline CTqDraw* NeedWorkingContext(const char* caller) {
+    CTqDraw* context = WorkingContext();
+    return context != nullptr ? context : detail::TellMissingContext(caller);
+}
 
 }  // namespace zm::draw

@@ -4,7 +4,7 @@
 // pointer to a zm::Device. Handles, selection and the current position are kept once, in the base class, for all
 // devices; a derived device receives resolved strokes, fills and text, never a handle:
 //
-//     MoveToEx, LineTo                     Moved, Line
+//     MoveToEx, LineTo, DrawLine           Moved, Line
 //     SetPixel                             Dot
 //     Arc                                  Arc
 //     Rectangle                            Box

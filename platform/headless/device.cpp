@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
@@ -31,19 +32,24 @@ namespace {
 using zm::Device;
 using zm::Fill;
 
-struct Devices {
-    std::unordered_set<const Device*> alive;
-    const Device* last = nullptr;  // the one looked up last: strokes come in long runs on one device
-};
+std::unordered_set<const Device*>& Alive() {
+    static std::unordered_set<const Device*> alive;
+    return alive;
+}
+constinit const Device* theLast = nullptr;  // the one looked up last: strokes come in long runs on one device
 
-Devices& TheDevices() {
-    static Devices devices;
-    return devices;
+bool IsFound(const Device* device) {
+    if (device == nullptr || Alive().count(device) == 0) return false;
+    theLast = device;
+    return true;
+}
+bool IsAlive(const Device* device) {
+    return device == theLast ? device != nullptr : IsFound(device);
 }
 
 // The device of a context, null if there is none.
 Device* DeviceOf(HDC dc) {
-    return zm::IsDevice(dc) ? dc : nullptr;
+    return IsAlive(dc) ? dc : nullptr;
 }
 
 void Resolve(Device::Selection& selection, const Pen& pen) {
@@ -61,6 +67,14 @@ Fill Coloured(Fill fill, const Device::Selection& selection) {
     fill.opaque = fill.kind == Fill::Kind::pattern || selection.text.opaque;
     if (fill.kind == Fill::Kind::pattern) fill.color = selection.text.color;
     return fill;
+}
+
+int DrawLineOn(Device& device, const POINT& from, const POINT& to) {
+    Device::Selection& now = device.selection();
+    now.position = from;
+    device.Moved(from.x, from.y);
+    now.position = to;
+    return now.nullPen ? 1 : device.Line(now.stroke, from.x, from.y, to.x, to.y);
 }
 
 // Puts a handle into its place of the selection; the handle replaced.
@@ -97,7 +111,7 @@ constexpr std::array<std::uint8_t, 8> kHatchRows[] = {
 // The base of all devices.
 
 zm::Device::Device() : m_selection(std::make_unique<Selection>()) {
-    TheDevices().alive.insert(this);
+    Alive().insert(this);
     Selection& now = *m_selection;
     device::SelectObject(this, device::BlackPen());
     device::SelectObject(this, device::WhiteBrush());
@@ -110,18 +124,12 @@ zm::Device::~Device() {
     Release(m_selection->pen);
     Release(m_selection->font);
     Release(m_selection->brush);
-    Devices& devices = TheDevices();
-    devices.alive.erase(this);
-    if (devices.last == this) devices.last = nullptr;
+    Alive().erase(this);
+    if (theLast == this) theLast = nullptr;
 }
 
 bool zm::IsDevice(const Device* device) {
-    Devices& devices = TheDevices();
-    if (device == nullptr) return false;
-    if (device == devices.last) return true;
-    if (devices.alive.count(device) == 0) return false;
-    devices.last = device;
-    return true;
+    return IsAlive(device);
 }
 
 void zm::Device::Moved(int, int) {}
@@ -180,6 +188,20 @@ int LineTo(HDC dc, int x, int y) {
     const POINT from = now.position;
     now.position = {x, y};
     return now.nullPen ? 1 : device->Line(now.stroke, from.x, from.y, x, y);
+}
+
+int DrawLine(HDC dc, int x1, int y1, int x2, int y2) {
+    Device* device = DeviceOf(dc);
+    return device != nullptr ? DrawLineOn(*device, {x1, y1}, {x2, y2}) : 0;
+}
+
+void DrawLines(HDC dc, const POINT* ends, int lines) {
+    // Asked for each line, since a device may end what it draws on.
+    for (const POINT* from = ends; from != ends + 2 * static_cast<std::ptrdiff_t>(lines); from += 2) {
+        Device* device = DeviceOf(dc);
+        if (device == nullptr) return;
+        DrawLineOn(*device, from[0], from[1]);
+    }
 }
 
 COLORREF SetPixel(HDC dc, int x, int y, COLORREF color) {

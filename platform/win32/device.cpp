@@ -17,6 +17,13 @@ int MoveToEx(HDC dc, int x, int y, POINT* previous) {
 int LineTo(HDC dc, int x, int y) {
     return ::LineTo(dc, x, y);
 }
+int DrawLine(HDC dc, int x1, int y1, int x2, int y2) {
+    ::MoveToEx(dc, x1, y1, nullptr);
+    return ::LineTo(dc, x2, y2);
+}
+void DrawLines(HDC dc, const POINT* ends, int lines) {
+    for (int i = 0; i < lines; ++i) DrawLine(dc, ends[2 * i].x, ends[2 * i].y, ends[2 * i + 1].x, ends[2 * i + 1].y);
+}
 COLORREF SetPixel(HDC dc, int x, int y, COLORREF color) {
     return ::SetPixel(dc, x, y, color);
 }

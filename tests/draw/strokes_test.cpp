@@ -1,0 +1,160 @@
+// Strokes on a device: the short way of those that lie in the view, and runs of strokes.
+#include "draw/strokes.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "tests/draw/fixture.h"
+#include "tests/support/random.h"
+
+namespace {
+
+using zm::draw::SurveyStroke;
+using zm::test::Lines;
+using zm::test::Random;
+
+class Strokes : public zm::test::DrawTest {};
+
+// Coordinates in and about the view of 80 by 60 units, many of them on its edges or within a pixel of them.
+double NearAnEdge(Random& random, double far) {
+    const double edge = random.Int(0, 1) * far;
+    switch (random.Int(0, 4)) {
+        case 0:
+            return edge;
+        case 1:
+            return edge + random.Real(-0.2, 0.2);
+        case 2:
+            return edge + random.Int(-2, 2) * 0.1;
+        case 3:
+            return random.Real(-30.0, far + 30.0);
+        default:
+            return random.Real(0.0, far);
+    }
+}
+
+SurveyStroke RandomStroke(Random& random) {
+    return {NearAnEdge(random, 80.0), NearAnEdge(random, 60.0), NearAnEdge(random, 80.0), NearAnEdge(random, 60.0)};
+}
+
+TEST_F(Strokes, AboutTheEdgesOfTheViewHaveThePixelsThatTheMappingTells) {
+    ZM_TRACE_SEED();
+    CTqDraw& dc = MakeContext(0);
+    Random random(71);
+    for (int i = 0; i < 4000; ++i) {
+        const SurveyStroke s = RandomStroke(random);
+        device.Clear();
+        dc.line(s.x1, s.y1, s.x2, s.y2);
+        const Lines byLine = device.lines();
+        int x1 = 0, y1 = 0, x2 = 0, y2 = 0;
+        dc.GetViewPos(s.x1, s.y1, x1, y1);
+        dc.GetViewPos(s.x2, s.y2, x2, y2);
+        device.Clear();
+        dc.line(x1, y1, x2, y2);
+        ASSERT_EQ(byLine, device.lines()) << s.x1 << ' ' << s.y1 << ' ' << s.x2 << ' ' << s.y2;
+    }
+}
+
+TEST_F(Strokes, OfAViewLargerThanDeviceCoordinatesKeepTheirLimit) {
+    CTqDraw& dc = MakeContext(0);
+    dc.SetViewDrawDC(&device, 10.0, 0.0, 0.0, 50000, 50000, 0);
+    dc.line(1.0, 4999.0, 4000.0, 4998.0);
+    EXPECT_EQ(device.lines(), (Lines{"MoveToEx 10 10", "LineTo 30000 20"}));
+}
+
+TEST_F(Strokes, OfATurnedViewAreTurned) {
+    CTqDraw& dc = MakeContext(0);
+    dc.SetViewDrawDC(&device, 10.0, 0.0, 0.0, 800, 600, 1);
+    dc.line(1.0, 1.0, 2.0, 3.0);
+    EXPECT_EQ(device.lines(), (Lines{"MoveToEx 790 10", "LineTo 780 30"}));
+}
+
+TEST_F(Strokes, ThatAreNoNumbersAreNotDrawn) {
+    CTqDraw& dc = MakeContext(0);
+    for (const double bad : {std::numeric_limits<double>::quiet_NaN(), HUGE_VAL, -HUGE_VAL})
+        for (int place = 0; place < 4; ++place) {
+            double v[] = {1.0, 1.0, 2.0, 2.0};
+            v[place] = bad;
+            EXPECT_EQ(dc.line(v[0], v[1], v[2], v[3]), 0);
+        }
+    EXPECT_EQ(device.lines(), Lines{});
+}
+
+// The settings of a context under which a run of strokes is drawn.
+struct Setting {
+    const char* name;
+    int type;
+    bool clipped, rotated, flipped;
+};
+void PrintTo(const Setting& setting, std::ostream* out) {
+    *out << setting.name;
+}
+
+class RunsOfStrokes : public Strokes, public testing::WithParamInterface<Setting> {};
+
+TEST_P(RunsOfStrokes, ReachTheSinkAsOneLineAfterAnother) {
+    ZM_TRACE_SEED();
+    const Setting& setting = GetParam();
+    CTqDraw& dc = MakeContext(setting.type);
+    dc.SetViewDrawDC(&device, 10.0, 0.0, 0.0, 800, 600, setting.flipped ? 1 : 0);
+    if (setting.clipped) dc.SetCutArea(20.0, 10.0, 60.0, 50.0);
+    dc.SetDoCut(setting.clipped ? 1 : 0);
+    if (setting.rotated) dc.SetRotateMoveP(30.0, 40.0, 30.0);
+    Random random(72);
+    for (const int count : {0, 1, 31, 32, 33, 64, 200}) {
+        std::vector<SurveyStroke> strokes;
+        for (int i = 0; i < count; ++i) strokes.push_back(RandomStroke(random));
+        if (count > 33) strokes[7].x1 = std::numeric_limits<double>::quiet_NaN();
+        device.Clear();
+        writer.calls.clear();
+        zm::draw::DrawStrokes(dc, strokes.data(), count);
+        const Lines run = device.lines(), recorded = Recorded(dc), written = writer.calls;
+        device.Clear();
+        writer.calls.clear();
+        for (const SurveyStroke& s : strokes) dc.line(s.x1, s.y1, s.x2, s.y2);
+        EXPECT_EQ(run, device.lines());
+        EXPECT_EQ(recorded, Recorded(dc));
+        EXPECT_EQ(written, writer.calls);
+        EXPECT_GE(run.size() + recorded.size() + written.size(), count > 30 ? 10u : 0u);
+    }
+}
+INSTANTIATE_TEST_SUITE_P(
+    Settings, RunsOfStrokes,
+    testing::Values(Setting{"a_device", 0, false, false, false}, Setting{"a_monochrome_device", 2, false, false, false},
+                    Setting{"a_clipped_device", 0, true, false, false},
+                    Setting{"a_rotated_device", 0, false, true, false},
+                    Setting{"a_flipped_device", 0, false, false, true}, Setting{"a_recording", 3, false, false, false},
+                    Setting{"a_clipped_recording", 3, true, true, false}, Setting{"a_drawing", 1, false, false, false},
+                    Setting{"a_clipped_drawing", 1, true, true, false}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST_F(Strokes, OnADeviceThatIsGoneAreNotDrawn) {
+    class Counting : public zm::Device {
+     public:
+        explicit Counting(int& lines) : m_lines(lines) {}
+        int Line(const zm::Stroke&, int, int, int, int) override { return ++m_lines; }
+        COLORREF Dot(int, int, COLORREF color) override { return color; }
+        int Arc(const zm::Stroke&, const RECT&, POINT, POINT) override { return 1; }
+        int Box(const zm::Stroke*, const zm::Fill&, const RECT&) override { return 1; }
+        int FillRegion(const zm::Region&, const zm::Fill&) override { return 1; }
+        int Text(const zm::TextStyle&, int, int, std::string_view) override { return 1; }
+
+     private:
+        int& m_lines;
+    };
+    int lines = 0;
+    CTqDraw& dc = MakeContext(0);
+    const SurveyStroke strokes[] = {{1, 1, 2, 2}, {2, 2, 3, 3}};
+    {
+        Counting counting(lines);
+        dc.ResetHdc(&counting);
+        zm::draw::DrawStrokes(dc, strokes, 2);
+        EXPECT_EQ(lines, 2);
+    }
+    zm::draw::DrawStrokes(dc, strokes, 2);
+    EXPECT_EQ(dc.line(1.0, 1.0, 2.0, 2.0), 0);
+    EXPECT_EQ(lines, 2);
+}
+
+}  // namespace

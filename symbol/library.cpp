@@ -26,6 +26,12 @@ void Library::CountBodies() {
             if (CountsAsTerminator(body[static_cast<std::size_t>(at)])) --left;
         bodySizes[code] = at - head.position;
     }
+    segmentsFrom.assign(body.size(), 0);
+    for (std::size_t at = body.size(); at-- > 0;) {
+        const std::size_t next = at + kSegmentRecords;
+        if (next <= body.size() && IsPlainSegment(&body[at]))
+            segmentsFrom[at] = 1 + (next < body.size() ? segmentsFrom[next] : 0);
+    }
 }
 
 SYMBODY PointRecord(float x, float y) {
@@ -40,22 +46,10 @@ SYMBODY RawRecord(int first, int second) {
     return record;
 }
 
-bool IsTerminator(const SYMBODY& record) {
-    constexpr double kNear = 1e-5;
-    return std::fabs(record.point.x - double{kTerminator}) < kNear &&
-           std::fabs(record.point.y - double{kTerminator}) < kNear;
-}
-
 bool CountsAsTerminator(const SYMBODY& record) {
     constexpr double kBelow = 0.0001;
     // Required: one-sided, so that an arc marker with a sweep of -100 degrees or less counts; nBody depends on it.
     return record.point.x - double{kTerminator} < kBelow && record.point.y - double{kTerminator} < kBelow;
-}
-
-int NextRecord(const Body& body, int from) {
-    for (int at = from; at < body.size; ++at)
-        if (IsTerminator(body.records[at])) return at + 1;
-    return -1;
 }
 
 Body CurrentBody() {

@@ -34,7 +34,11 @@ struct ZM_API Library {
     std::array<std::string, kHeads> notes;
     std::array<int, kHeads> bodySizes{};  // records of each graphic and hatch symbol, counted once after reading
 
-    /// Counts the records of all graphic and hatch symbols.
+    // For each record of the body the plain segments, told by IsPlainSegment, that stand one after another from there:
+    // decoded once after reading.
+    std::vector<int> segmentsFrom;
+
+    /// Counts the records of all graphic and hatch symbols and finds the plain segments.
     void CountBodies();
 };
 
@@ -52,13 +56,28 @@ inline SYMBODY Terminator() {
 }
 SYMBODY RawRecord(int first, int second);
 
-/// The terminator as the drawing walks look for it: both words within 1e-5 of -100.
-bool IsTerminator(const SYMBODY& record);
+/// The terminator as the drawing walks look for it: both words within 1e-5 of -100, which three floats are.
+inline bool IsTerminator(const SYMBODY& record) {
+    constexpr float kLeast = -0x1.900002p6F;
+    constexpr float kMost = -0x1.8ffffep6F;
+    const auto isNear = [](float word) { return word >= kLeast && word <= kMost; };
+    return isNear(record.point.x) && isNear(record.point.y);
+}
+/// By far the most common record of a graphic symbol: operator 1, two points, the terminator.
+constexpr int kSegmentRecords = 4;
+inline bool IsPlainSegment(const SYMBODY* record) {
+    return record[0].op.op == 1.0F && !IsTerminator(record[1]) && !IsTerminator(record[2]) && IsTerminator(record[3]);
+}
+
 /// The terminator as the lookup counts it.
 bool CountsAsTerminator(const SYMBODY& record);
 
 /// The index behind the first terminator at or after from, or -1 if the body ends first.
-int NextRecord(const Body& body, int from);
+inline int NextRecord(const Body& body, int from) {
+    for (int at = from; at < body.size; ++at)
+        if (IsTerminator(body.records[at])) return at + 1;
+    return -1;
+}
 
 /// The body of the current symbol, as TheBody and nBody have it.
 Body CurrentBody();

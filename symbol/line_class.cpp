@@ -6,9 +6,11 @@
 
 #include "draw/state.h"
 #include "geometry/lines.h"
+#include "geometry/turn.h"
 #include "runtime/numbers.h"
 #include "symbol/library.h"
 #include "symbol/paper.h"
+#include "symbol/point_symbol.h"
 #include "symbol/scratch.h"
 #include "symbol/state.h"
 #include "symbol/texts.h"
@@ -38,30 +40,19 @@ class PatternWalk {
     bool DrawSolid();
     void DrawParallel(double width, int flag, double* out) const;
     int Walk(int flip);
-    void WalkRun(double distance);
-    void Mark(int flip);
-    // Distance and bearing from the place reached to the next vertex, known until the place changes. The bearing is
-    // asked for where a token ends or a symbol stands: it costs more than all the rest of a step.
-    double Ahead() {
-        if (!m_aheadKnown) m_ahead = geometry::Distance(m_x[m_at], m_y[m_at], m_x[m_at + 1], m_y[m_at + 1]);
-        m_aheadKnown = true;
-        return m_ahead;
-    }
-    double BearingAhead() {
-        if (!m_bearingKnown) m_bearing = Bearing({m_x[m_at], m_y[m_at]}, {m_x[m_at + 1], m_y[m_at + 1]}, Ahead());
-        m_bearingKnown = true;
-        return m_bearing;
-    }
-    void MovedTo(int vertex) {
-        m_at = vertex;
-        m_aheadKnown = m_bearingKnown = false;
-    }
+    // What a token asks of the walk.
+    enum class Act { kDash, kGap, kSymbol, kDot, kNothing };
+    Act ActOf(char letter) const;
+    bool WalkSegment(int flip, int& result);
+    void DrawRun(double x, double y) const { DrawPenRun(m_x, m_y, x, y, m_width, m_side, m_from, m_at); }
+    static void Place(const Point& at, const geometry::Leg& leg, int flip, double code);
     void Advance() {
         if (++m_token > m_tokens - 1) m_token %= m_tokens;
         m_rest = Length(m_token);
     }
-    bool Stuck(double distance);
+    double MostSteps(double distance) const;
     int TellBadSymbol() const { return _LMsg(numbers::Text(texts::kBadPattern, m_code).c_str(), nullptr, 0); }
+    int TellStuck() const;
 
     const double* m_values;
     const char* m_letters;
@@ -73,10 +64,7 @@ class PatternWalk {
     int m_code;
 
     double m_lengths[kPatternTokens] = {};  // of the tokens on the ground
-    double m_ahead = 0.0;
-    double m_bearing = 0.0;
-    bool m_aheadKnown = false;
-    bool m_bearingKnown = false;
+    Act m_acts[kPatternTokens] = {};
 
     int m_side = kNoSide;
     double m_width = 0.0;
@@ -88,10 +76,6 @@ class PatternWalk {
     int m_marks = 0;      // tokens in a row without length
     int m_from = 0;       // vertex at which the current stretch begins
     double m_rest = 0.0;  // what is left of the current token
-
-    int m_segment = -1;  // the segment on which steps are counted
-    double m_steps = 0.0;
-    double m_allowed = 0.0;
 };
 
 void PatternWalk::ReadPattern(int sidesOff) {
@@ -138,73 +122,109 @@ int PatternWalk::Run(int flip, int sidesOff) {
     return Walk(flip);
 }
 
-// Whether the pattern goes round and round on one segment: its lengths add up to nothing, or to so little that the
-// segment's end is not reached by adding them.
-bool PatternWalk::Stuck(double distance) {
-    if (m_segment != m_at) {
-        m_segment = m_at;
-        m_steps = 0.0;
-        const double cycles = m_cycle > 0.0 ? distance / m_cycle : 0.0;
-        m_allowed = cycles < kMostCycles ? (2.0 * cycles + 3.0) * m_tokens + kMarksInARow : 3.0 * m_tokens;
+PatternWalk::Act PatternWalk::ActOf(char letter) const {
+    switch (letter) {
+        case '+':
+            return m_solid ? Act::kGap : Act::kDash;
+        case '-':
+            return Act::kGap;
+        case 'G':
+            return Act::kSymbol;
+        case 'P':
+            return Act::kDot;
+        default:
+            return Act::kNothing;
     }
-    return ++m_steps > m_allowed;
 }
 
 int PatternWalk::Walk(int flip) {
+    for (int i = 0; i < m_tokens; ++i) m_acts[i] = ActOf(m_letters[i]);
     m_rest = Length(0);
     while (m_at < m_n - 1) {
-        if (m_at == 0 && m_marks == kMarksInARow) return TellBadSymbol();
-        if (Stuck(Ahead())) {
-            if (state().patternStuckTold) return 0;
-            state().patternStuckTold = true;
-            return _LMsg(numbers::Text(texts::kPatternStuck, m_code).c_str(), nullptr, 0);
-        }
-        if (IsRun(m_token))
-            WalkRun(Ahead());
-        else
-            Mark(flip);
+        int result = 0;
+        if (!WalkSegment(flip, result)) return result;
     }
     // The last step left the place at which it stood, so the bearing is still that of the last leg.
     if (m_letters[0] == 'G' && m_width > kLeastWidth) {
-        MovedTo(m_n - 2);
-        insert(m_x[m_n - 1], m_y[m_n - 1], Turned(BearingAhead(), flip), ToInt(m_values[0]));
+        const int last = m_n - 1;
+        const geometry::Leg leg(m_x[last] - m_x[last - 1], m_y[last] - m_y[last - 1]);
+        Place({m_x[last], m_y[last]}, leg, flip, m_values[0]);
     }
     return 2;
 }
 
-// A token with a length: it ends on this segment, or goes on past the vertex.
-void PatternWalk::WalkRun(double distance) {
-    m_marks = 0;
-    const bool drawn = !m_solid && m_letters[m_token] == '+';
-    if (distance < m_rest) {
-        if (drawn && m_at == m_n - 2) DrawPenRun(m_x, m_y, m_x[m_at + 1], m_y[m_at + 1], m_width, m_side, m_from, m_at);
-        m_rest -= distance;
-        MovedTo(m_at + 1);
-        return;
-    }
-    const Point end = At({m_x[m_at], m_y[m_at]}, m_rest, BearingAhead());
-    if (drawn) DrawPenRun(m_x, m_y, end.x, end.y, m_width, m_side, m_from, m_at);
-    Advance();
-    // Required: the new token's length against the old distance; where they are equal the walk goes on from the vertex
-    // with the whole new length.
-    if (m_rest == distance) {
-        MovedTo(m_at + 1);
-    } else {
-        m_x[m_at] = end.x;
-        m_y[m_at] = end.y;
-        MovedTo(m_at);
-    }
-    m_from = m_at;
+// More steps than this on one segment are none that end: the pattern's lengths add up to nothing, or to so little that
+// the segment's end is not reached by adding them.
+double PatternWalk::MostSteps(double distance) const {
+    const double cycles = m_cycle > 0.0 ? distance / m_cycle : 0.0;
+    return cycles < kMostCycles ? (2.0 * cycles + 3.0) * m_tokens + kMarksInARow : 3.0 * m_tokens;
 }
 
-void PatternWalk::Mark(int flip) {
-    const double x = m_x[m_at];
-    const double y = m_y[m_at];
-    if (m_letters[m_token] == 'G') insert(x, y, Turned(BearingAhead(), flip), ToInt(m_values[m_token]));
-    if (m_letters[m_token] == 'P') TqDC->pixel(x, y, 0, 1);
-    Advance();
-    ++m_marks;
-    m_from = m_at;
+int PatternWalk::TellStuck() const {
+    if (state().patternStuckTold) return 0;
+    state().patternStuckTold = true;
+    return _LMsg(numbers::Text(texts::kPatternStuck, m_code).c_str(), nullptr, 0);
+}
+
+// Goes on to the next vertex. False where the walk ends with a message, whose result is set.
+//
+// The place reached is the start of the segment in the caller's arrays: dashes are drawn from there.
+bool PatternWalk::WalkSegment(int flip, int& result) {
+    const Point to = {m_x[m_at + 1], m_y[m_at + 1]};
+    Point at = {m_x[m_at], m_y[m_at]};
+    geometry::Leg leg(to.x - at.x, to.y - at.y);
+    double stepsLeft = MostSteps(leg.distance());
+    for (;; --stepsLeft) {
+        if (m_at == 0 && m_marks == kMarksInARow) {
+            result = TellBadSymbol();
+            return false;
+        }
+        if (!(stepsLeft >= 1.0)) {
+            result = TellStuck();
+            return false;
+        }
+        const Act act = m_acts[m_token];
+        if (act >= Act::kSymbol) {
+            if (act == Act::kSymbol) Place(at, leg, flip, m_values[m_token]);
+            if (act == Act::kDot) TqDC->pixel(at.x, at.y, 0, 1);
+            Advance();
+            ++m_marks;
+            m_from = m_at;
+            continue;
+        }
+        m_marks = 0;
+        if (leg.distance() < m_rest) {  // the token goes on past the vertex
+            if (act == Act::kDash && m_at == m_n - 2) DrawRun(to.x, to.y);
+            m_rest -= leg.distance();
+            ++m_at;
+            return true;
+        }
+        const geometry::Place end = geometry::Step(leg, at.x, at.y, m_rest);
+        if (act == Act::kDash) DrawRun(end.x, end.y);
+        Advance();
+        // Required: the new token's length against the old distance; where they are equal the walk goes on from the
+        // vertex with the whole new length.
+        if (m_rest == leg.distance()) {
+            m_from = ++m_at;
+            return true;
+        }
+        at = {end.x, end.y};
+        m_x[m_at] = at.x;
+        m_y[m_at] = at.y;
+        m_from = m_at;
+        leg = geometry::Leg(to.x - at.x, to.y - at.y);
+    }
+}
+
+// A symbol turned with its leg.
+void PatternWalk::Place(const Point& at, const geometry::Leg& leg, int flip, double code) {
+    geometry::Turn turn(leg);
+    if (flip != 1) {
+        PlaceSymbol(at.x, at.y, turn, ToInt(code));
+        return;
+    }
+    geometry::Turn back(Turned(turn.Angle(), flip));
+    PlaceSymbol(at.x, at.y, back, ToInt(code));
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <climits>
 #include <cmath>
 
-#include "geometry/state.h"
+#include "draw/state.h"
 #include "zenromath/draw.h"
 #include "zenromath/geometry.h"
 
@@ -20,7 +20,9 @@ struct Point {
 };
 
 /// The scale denominator as it stands: metres on the paper times it are metres on the ground.
-double ScaleDenominator();
+inline double ScaleDenominator() {
+    return draw::state().paperScale;
+}
 
 /// The type of the working context.
 inline bool OnDwg() {
@@ -63,13 +65,6 @@ inline Point At(const Point& from, double distance, double bearing) {
     Point point;
     XYSA(from.x, from.y, &point.x, &point.y, &distance, &bearing, 1);
     return point;
-}
-
-/// The bearing that XYSA gives from a to b, whose distance is known.
-inline double Bearing(const Point& a, const Point& b, double distance) {
-    if (geometry::state().mini >= distance) return 0.0;
-    const double angle = std::acos((b.x - a.x) / distance);
-    return a.y > b.y ? kTwoPi - angle : angle;
 }
 
 inline Point Middle(const Point& a, const Point& b) {

@@ -3,10 +3,12 @@
 #include <cmath>
 
 #include "draw/state.h"
+#include "draw/strokes.h"
 #include "dwg/writer.h"
 #include "runtime/numbers.h"
 #include "symbol/blocks.h"
 #include "symbol/paper.h"
+#include "symbol/point_symbol.h"
 #include "symbol/scratch.h"
 #include "symbol/state.h"
 #include "symbol/texts.h"
@@ -18,18 +20,20 @@ namespace {
 constexpr double kNoRotation = 1e-6;   // radians
 constexpr double kDotPixels = 1.5;     // a symbol smaller than this is a dot
 constexpr int kPolylinePoints = 4000;  // of one arc polyline
+constexpr int kStrokesInARow = 32;     // put on the device at a time
 constexpr double kDegreesPerRadian = 180.0 / kPi;
 
 // One symbol at one place.
 class Placement {
  public:
-    Placement(double x, double y, double angle, const Body& body, int code)
-        : m_x(x), m_y(y), m_body(body), m_code(code), m_scale(ScaleDenominator()) {
-        m_turned = !(std::fabs(angle) < kNoRotation);
-        if (!m_turned) return;
-        m_cos = std::cos(angle);
-        m_sin = std::sin(angle);
-    }
+    Placement(double x, double y, geometry::Turn& turn, const Body& body, int code)
+        : m_x(x),
+          m_y(y),
+          m_scale(ScaleDenominator()),
+          m_turned(!turn.IsBelow(kNoRotation)),
+          m_figure(turn, x, y, m_scale),
+          m_body(body),
+          m_code(code) {}
 
     void Draw(int record) const {
         switch (ToInt(m_body.records[record].op.op)) {
@@ -53,17 +57,43 @@ class Placement {
         }
     }
 
+    /// Plain segments from a record on, at most kStrokesInARow.
+    void DrawPlainSegments(int record, int count) const {
+        draw::SurveyStroke strokes[kStrokesInARow];
+        if (!m_turned || !m_figure.IsNear() || !PutTurned(record, count, strokes))
+            for (int i = 0; i < count; ++i) {
+                const int index = record + i * kSegmentRecords + 1;
+                const Point a = SymbolPoint(index);
+                const Point b = SymbolPoint(index + 1);
+                strokes[i] = {a.x, a.y, b.x, b.y};
+            }
+        draw::DrawStrokes(*TqDC, strokes, count);
+    }
+
  private:
     // A record at the end of a cut body has fewer points than its operator takes: it draws nothing.
     bool Has(int index, int points) const { return index + points <= m_body.size; }
     bool EndsAt(int index) const { return index >= m_body.size || IsTerminator(m_body.records[index]); }
     bool IsMarker(int index) const { return std::fabs(m_body.records[index].point.x - double{kArcMarker}) < 1e-5; }
 
+    // False if some point needs the exact turn.
+    bool PutTurned(int record, int count, draw::SurveyStroke* strokes) const {
+        geometry::PairMask sure = geometry::kBoth;
+        const SYMBODY* points = m_body.records + record + 1;
+        for (int i = 0; i < count; ++i, points += kSegmentRecords) {
+            const geometry::Pair a = m_figure.Near(points[0].point.x, points[0].point.y, sure);
+            const geometry::Pair b = m_figure.Near(points[1].point.x, points[1].point.y, sure);
+            strokes[i] = {a[0], a[1], b[0], b[1]};
+        }
+        return geometry::Both(sure);
+    }
+
     Point SymbolPoint(int index) const {
         const double px = m_body.records[index].point.x;
         const double py = m_body.records[index].point.y;
         if (!m_turned) return {m_x + px * m_scale, m_y + py * m_scale};
-        return {m_x + (px * m_cos - py * m_sin) * m_scale, m_y + (py * m_cos + px * m_sin) * m_scale};
+        const geometry::Place place = m_figure.Of(px, py);
+        return {place.x, place.y};
     }
 
     // Required: with one stored point the terminator is taken as the second, a stroke to (-100, -100) on the paper.
@@ -96,12 +126,11 @@ class Placement {
 
     double m_x;
     double m_y;
+    double m_scale;
+    bool m_turned;
+    mutable geometry::TurnedFigure m_figure;
     const Body& m_body;
     int m_code;
-    double m_scale;
-    bool m_turned = false;
-    double m_cos = 1.0;
-    double m_sin = 0.0;
 };
 
 // Points in survey coordinates, as many as the array holds; the rest is left out and told once.
@@ -189,35 +218,59 @@ int Placement::AppendArcs(int index, double* xy) const {
     return list.count();
 }
 
+// For each record the plain segments that stand in a row from there; null where TheBody is not the current symbol's.
+const int* SegmentsOf(const Body& body) {
+    const Library& library = *body.library;
+    const bool isCurrent = body.records == library.body.data() + library.current.position;
+    return isCurrent ? library.segmentsFrom.data() + library.current.position : nullptr;
+}
+
 // Goes through the records of the current symbol.
-int DrawRecords(double x, double y, double angle, int code) {
+int DrawRecords(double x, double y, geometry::Turn& turn, int code) {
     const Body body = CurrentBody();
-    const Placement placement(x, y, angle, body, code);
+    if (body.library == nullptr) return 1;
+    const Placement placement(x, y, turn, body, code);
+    const int* segments = SegmentsOf(body);
     int at = 0;
-    for (int left = TheHeadNumber(); left > 0; --left) {
+    int left = body.library->current.number;
+    while (left > 0) {
         if (at < 0 || at >= body.size) return _LMsg(texts::kShortBody, nullptr, 0);
-        placement.Draw(at);
-        at = NextRecord(body, at);
+        const int row = segments != nullptr ? segments[at] : 0;
+        const int count = std::min({row, left, kStrokesInARow, (body.size - at) / kSegmentRecords});
+        if (count > 0) {
+            placement.DrawPlainSegments(at, count);
+            at += count * kSegmentRecords;
+            left -= count;
+        } else {
+            placement.Draw(at);
+            at = NextRecord(body, at);
+            --left;
+        }
     }
     return 1;
 }
 
 }  // namespace
-}  // namespace zm::symbol
 
-int insert(double x, double y, double angle, int code) {
-    using namespace zm::symbol;
+int PlaceSymbol(double x, double y, geometry::Turn& turn, int code) {
     if (zm::draw::NeedWorkingContext("insert") == nullptr || TqDC->cutpoint(x, y) == 0) return 0;
     // Required: millimetres of the file against ground units, and ahead of the lookup.
     if (!OnDwg() && Get_G_Size(code) < TqDC->GetRealenByPixels(kDotPixels)) {
         TqDC->pixel(x, y, 0, 1);
         return 1;
     }
-    if (code > kLastCode || getsymbody(code) == 0 || TheHeadStatus() != SymbolStatusG) return 0;
+    if (code > kLastCode || getsymbody(code) == 0 || state().library->current.status != SymbolStatusG) return 0;
     if (OnDwg() && BlockName(code) != nullptr) {
         const double scale = BlockScale();
-        _LDBinsert(x, y, scale, scale, angle * 180.0 / kPi, BlockName(code));
+        _LDBinsert(x, y, scale, scale, turn.Angle() * 180.0 / kPi, BlockName(code));
         return 1;
     }
-    return DrawRecords(x, y, angle, code);
+    return DrawRecords(x, y, turn, code);
+}
+
+}  // namespace zm::symbol
+
+int insert(double x, double y, double angle, int code) {
+    zm::geometry::Turn turn(angle);
+    return zm::symbol::PlaceSymbol(x, y, turn, code);
 }

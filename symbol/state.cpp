@@ -4,10 +4,7 @@ SYMBODY* TheBody = nullptr;
 int nBody = 0;
 LCBODY TheLCBody = {};
 
-zm::symbol::State& zm::symbol::state() {
-    static State s;
-    return s;
-}
+constinit zm::symbol::State zm::symbol::detail::theState;
 
 void zm::symbol::ResetState() {
     state() = State{};

@@ -28,7 +28,14 @@ struct State {
     ScratchPool scratch;
 };
 
-State& state();
+namespace detail {
+extern State theState;
+}
+
+/// The one instance. Inline, since every symbol placed asks for it.
+inline State& state() {
+    return detail::theState;
+}
 
 /// Sets every remembered value of this folder back to its start value, the exported globals included.
 void ResetState();

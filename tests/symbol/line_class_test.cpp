@@ -299,17 +299,4 @@ TEST_F(Pattern, VertexModePlacesBlocksOfItsOwnCodeOnAllVertices) {
                                             "point 0.000 0.000", "line 0.000 0.000 10.000 0.000"));
 }
 
-TEST(Bearing, OfAKnownDistanceIsThatOfXysaToTheLastBit) {
-    ZM_TRACE_SEED();
-    zm::test::Random random(54);
-    for (int round = 0; round < 100000; ++round) {
-        const zm::symbol::Point a = {random.Real(-9.0, 9.0), random.Real(-9.0, 9.0)};
-        const double reach = round % 3 == 0 ? 1e-8 : 5.0;
-        const zm::symbol::Point b = {a.x + random.Int(-1, 1) * reach * random.Real(0.0, 2.0),
-                                     a.y + random.Int(-1, 1) * reach * random.Real(0.0, 2.0)};
-        const auto polar = zm::symbol::PolarOf(a, b);
-        ASSERT_EQ(polar.bearing, zm::symbol::Bearing(a, b, polar.distance));
-    }
-}
-
 }  // namespace

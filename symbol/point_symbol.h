@@ -1,0 +1,11 @@
+// The placing of graphic symbols, for what knows more of their angle than the number.
+#pragma once
+
+#include "geometry/turn.h"
+
+namespace zm::symbol {
+
+/// insert with the angle as a turn; it may become exact.
+int PlaceSymbol(double x, double y, geometry::Turn& turn, int code);
+
+}  // namespace zm::symbol

@@ -17,6 +17,14 @@ using namespace zm::bench;
 
 constexpr int kSize = 1000;
 
+// Where the lower left corner of the view lies: at the origin, as in a local system, or where a projection has it.
+struct Corner {
+    double x, y;
+};
+Corner CornerOf(const benchmark::State& run) {
+    return run.range(0) != 0 ? Corner{kEasting, kNorthing} : Corner{0.0, 0.0};
+}
+
 // Bresenham on 32-bit pixels; the last pixel of a stroke is left out.
 class ImageDevice : public NullDevice {
  public:
@@ -62,33 +70,35 @@ Ends LineAt(int i) {
 
 void BM_ImageSymbols(benchmark::State& run) {
     ImageDevice device;
-    Stage stage(kTenStrokes, kDevice, &device);
+    const Corner corner = CornerOf(run);
+    Stage stage(kTenStrokes, kDevice, &device, corner.x, corner.y);
     int i = 0;
     for (auto _ : run) {
         const Ends at = LineAt(i);
-        insert(at.x1, at.y1, i * 0.1, 12);
+        insert(corner.x + at.x1, corner.y + at.y1, i * 0.1, 12);
         i = i == 100000 ? 0 : i + 1;
     }
     run.SetItemsProcessed(run.iterations() * 10);  // strokes
     benchmark::DoNotOptimize(device.first());
 }
-BENCHMARK(BM_ImageSymbols);
+BENCHMARK(BM_ImageSymbols)->ArgName("projected")->Arg(1)->Arg(0);
 
 void BM_ImagePatternLines(benchmark::State& run) {
     ImageDevice device;
-    Stage stage(kPattern, kDevice, &device);
+    const Corner corner = CornerOf(run);
+    Stage stage(kPattern, kDevice, &device, corner.x, corner.y);
     int i = 0;
     for (auto _ : run) {
         const Ends at = LineAt(i);
-        double x[] = {at.x1, at.x2};
-        double y[] = {at.y1, at.y2};
+        double x[] = {corner.x + at.x1, corner.x + at.x2};
+        double y[] = {corner.y + at.y1, corner.y + at.y2};
         PROCESSALL(2, x, y, 1, 80);
         i = i == 100000 ? 0 : i + 1;
     }
     run.SetItemsProcessed(run.iterations());  // lines
     benchmark::DoNotOptimize(device.first());
 }
-BENCHMARK(BM_ImagePatternLines);
+BENCHMARK(BM_ImagePatternLines)->ArgName("projected")->Arg(1)->Arg(0);
 
 // The strokes of the same line, transformed and handed to the device in a plain loop.
 void BM_ImagePatternLimit(benchmark::State& run) {

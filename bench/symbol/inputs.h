@@ -53,10 +53,15 @@ class NullWriter : public dwg::Trace {
 
 enum Sink { kDevice = 0, kDwg = 1, kRecording = 3 };
 
-/// A library of this text and a working context on a sink, without clipping.
+// Where a projection has a map sheet: what lies there is known to 6e-11 and 5e-10 metres.
+constexpr double kEasting = 512000.0;
+constexpr double kNorthing = 3391000.0;
+
+/// A library of this text and a working context on a sink, without clipping. (x0, y0) is the view's lower left corner.
 class Stage {
  public:
-    Stage(const std::string& library, int type, Device* device = nullptr) : m_type(type) {
+    Stage(const std::string& library, int type, Device* device = nullptr, double x0 = 0.0, double y0 = 0.0)
+        : m_type(type) {
         symbol::ResetState();
         draw::ResetState();
         auto loaded = std::make_unique<symbol::Library>();
@@ -67,7 +72,7 @@ class Stage {
         std::fclose(file);
         symbol::state().library = std::move(loaded);
         m_dc = std::make_unique<CTqDraw>(type);
-        m_dc->SetViewDrawDC(device != nullptr ? device : &m_null, 10.0, 0.0, 0.0, 20000, 20000, 0);
+        m_dc->SetViewDrawDC(device != nullptr ? device : &m_null, 10.0, x0, y0, 20000, 20000, 0);
         dwg::SetTrace(&m_writer);
     }
     ~Stage() {
@@ -98,18 +103,21 @@ constexpr char kTenStrokes[] =
     "*12 G\n1 -1,-1 1,-1\n1 1,-1 1,1\n1 1,1 -1,1\n1 -1,1 -1,-1\n1 -1,-1 1,1\n1 -1,1 1,-1\n1 0,1 0,2\n1 -0.5,2 0.5,2\n"
     "1 -0.5,-1 -0.5,-1.5\n1 0.5,-1 0.5,-1.5\n*$\n";
 
+/// A line of n vertices about the corner of a projected sheet of 2 km, from side to side and on and on.
 inline std::vector<double> Wiggle(int n, double step) {
     std::mt19937 random(7);
     std::uniform_real_distribution<double> turn(-0.3, 0.3);
     std::vector<double> xy;
     double x = 10.0;
     double y = 500.0;
+    double side = 1.0;
     for (int i = 0; i < n; ++i) {
-        xy.push_back(x);
-        xy.push_back(y);
+        xy.push_back(kEasting + x);
+        xy.push_back(kNorthing + y);
         const double a = turn(random);
-        x += step * std::cos(a);
+        x += side * step * std::cos(a);
         y += step * std::sin(a);
+        if (x < 10.0 || x > 1990.0) side = x < 10.0 ? 1.0 : -1.0;
     }
     return xy;
 }

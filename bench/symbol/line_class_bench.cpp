@@ -14,7 +14,7 @@ constexpr char kPatterns[] =
 constexpr double kStep = 3.0;
 
 void BM_PatternLine(benchmark::State& run) {
-    Stage stage(kPatterns, static_cast<int>(run.range(1)));
+    Stage stage(kPatterns, static_cast<int>(run.range(1)), nullptr, kEasting, kNorthing);
     const int n = 100000;
     const auto xy = Wiggle(n, kStep);
     std::vector<double> x(xy.size() / 2), y(xy.size() / 2);
@@ -42,7 +42,7 @@ BENCHMARK(BM_PatternLine)
 
 // The same dashes by walking each segment with its direction, straight to the context.
 void BM_DashLimit(benchmark::State& run) {
-    Stage stage(kPatterns, kDevice);
+    Stage stage(kPatterns, kDevice, nullptr, kEasting, kNorthing);
     const int n = 100000;
     const auto xy = Wiggle(n, kStep);
     CTqDraw& dc = stage.dc();

@@ -109,27 +109,24 @@ int CTqDraw::line(double x1, double y1, double x2, double y2) {
     return LineAnywhere(*this, x1, y1, x2, y2);
 }
 
-void zm::draw::DrawStrokes(CTqDraw& dc, const SurveyStroke* strokes, int count) {
+void zm::draw::DrawStrokes(CTqDraw& dc, const double* ends, int count) {
     constexpr int kBatch = 32;
-    const SurveyStroke* stroke = strokes;
-    const SurveyStroke* end = strokes + count;
+    const double* stroke = ends;
+    const double* last = ends + 4 * static_cast<std::ptrdiff_t>(count);
     if (!IsPlainDevice(dc)) {
-        for (; stroke != end; ++stroke) LineAnywhere(dc, stroke->x1, stroke->y1, stroke->x2, stroke->y2);
+        for (; stroke != last; stroke += 4) LineAnywhere(dc, stroke[0], stroke[1], stroke[2], stroke[3]);
         return;
     }
     const PlainView view(dc);
-    while (stroke != end) {
-        POINT ends[2 * kBatch];
+    while (stroke != last) {
+        POINT pixels[2 * kBatch];
         int mapped = 0;
-        while (mapped < kBatch && stroke != end &&
-               view.Map(stroke->x1, stroke->y1, stroke->x2, stroke->y2, ends + 2 * mapped)) {
-            ++mapped;
-            ++stroke;
-        }
-        device::DrawLines(dc.GetHdc(), ends, mapped);
-        if (mapped == kBatch || stroke == end) continue;
-        DrawDistantLine(dc, stroke->x1, stroke->y1, stroke->x2, stroke->y2);
-        ++stroke;
+        for (; mapped < kBatch && stroke != last; ++mapped, stroke += 4)
+            if (!view.Map(stroke[0], stroke[1], stroke[2], stroke[3], pixels + 2 * mapped)) break;
+        device::DrawLines(Access::Device(dc), pixels, mapped);
+        if (mapped == kBatch || stroke == last) continue;
+        DrawDistantLine(dc, stroke[0], stroke[1], stroke[2], stroke[3]);
+        stroke += 4;
     }
 }
 

@@ -5,11 +5,8 @@
 
 namespace zm::draw {
 
-struct SurveyStroke {
-    double x1, y1, x2, y2;
-};
-
-/// Draws each as CTqDraw::line does, in their order.
-void DrawStrokes(CTqDraw& dc, const SurveyStroke* strokes, int count);
+/// Draws count strokes as CTqDraw::line does, in their order.
+/// \param ends  four values for each: x1, y1, x2, y2, survey coordinates
+void DrawStrokes(CTqDraw& dc, const double* ends, int count);
 
 }  // namespace zm::draw

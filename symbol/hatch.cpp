@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "draw/state.h"
+#include "draw/strokes.h"
 #include "geometry/state.h"
 #include "symbol/hatch_fill.h"
 #include "symbol/hatch_lines.h"
@@ -174,7 +175,7 @@ void Hatch::DrawEntry(int at, double* out) const {
         DrawGrid(out, points, symbol);
         return;
     }
-    for (int i = 0; i < points; i += 2) TqDC->line(out[2 * i], out[2 * i + 1], out[2 * i + 2], out[2 * i + 3]);
+    draw::DrawStrokes(*TqDC, out, points / 2);
 }
 
 void Hatch::DrawOutline() const {

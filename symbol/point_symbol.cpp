@@ -59,15 +59,9 @@ class Placement {
 
     /// Plain segments from a record on, at most kStrokesInARow.
     void DrawPlainSegments(int record, int count) const {
-        draw::SurveyStroke strokes[kStrokesInARow];
-        if (!m_turned || !m_figure.IsNear() || !PutTurned(record, count, strokes))
-            for (int i = 0; i < count; ++i) {
-                const int index = record + i * kSegmentRecords + 1;
-                const Point a = SymbolPoint(index);
-                const Point b = SymbolPoint(index + 1);
-                strokes[i] = {a.x, a.y, b.x, b.y};
-            }
-        draw::DrawStrokes(*TqDC, strokes, count);
+        double ends[4 * kStrokesInARow];
+        if (!m_turned || !m_figure.IsNear() || !PutTurned(record, count, ends)) PutEach(record, count, ends);
+        draw::DrawStrokes(*TqDC, ends, count);
     }
 
  private:
@@ -77,15 +71,27 @@ class Placement {
     bool IsMarker(int index) const { return std::fabs(m_body.records[index].point.x - double{kArcMarker}) < 1e-5; }
 
     // False if some point needs the exact turn.
-    bool PutTurned(int record, int count, draw::SurveyStroke* strokes) const {
+    bool PutTurned(int record, int count, double* ends) const {
         geometry::PairMask sure = geometry::kBoth;
         const SYMBODY* points = m_body.records + record + 1;
-        for (int i = 0; i < count; ++i, points += kSegmentRecords) {
+        for (int i = 0; i < count; ++i, points += kSegmentRecords, ends += 4) {
             const geometry::Pair a = m_figure.Near(points[0].point.x, points[0].point.y, sure);
             const geometry::Pair b = m_figure.Near(points[1].point.x, points[1].point.y, sure);
-            strokes[i] = {a[0], a[1], b[0], b[1]};
+            ends[0] = a[0];
+            ends[1] = a[1];
+            ends[2] = b[0];
+            ends[3] = b[1];
         }
         return geometry::Both(sure);
+    }
+
+    void PutEach(int record, int count, double* ends) const {
+        for (int i = 0; i < count; ++i, record += kSegmentRecords)
+            for (int point = 1; point <= 2; ++point) {
+                const Point at = SymbolPoint(record + point);
+                *ends++ = at.x;
+                *ends++ = at.y;
+            }
     }
 
     Point SymbolPoint(int index) const {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -11,7 +12,6 @@
 
 namespace {
 
-using zm::draw::SurveyStroke;
 using zm::test::Lines;
 using zm::test::Random;
 
@@ -34,7 +34,7 @@ double NearAnEdge(Random& random, double far) {
     }
 }
 
-SurveyStroke RandomStroke(Random& random) {
+std::array<double, 4> RandomStroke(Random& random) {
     return {NearAnEdge(random, 80.0), NearAnEdge(random, 60.0), NearAnEdge(random, 80.0), NearAnEdge(random, 60.0)};
 }
 
@@ -43,16 +43,16 @@ TEST_F(Strokes, AboutTheEdgesOfTheViewHaveThePixelsThatTheMappingTells) {
     CTqDraw& dc = MakeContext(0);
     Random random(71);
     for (int i = 0; i < 4000; ++i) {
-        const SurveyStroke s = RandomStroke(random);
+        const auto [sx1, sy1, sx2, sy2] = RandomStroke(random);
         device.Clear();
-        dc.line(s.x1, s.y1, s.x2, s.y2);
+        dc.line(sx1, sy1, sx2, sy2);
         const Lines byLine = device.lines();
         int x1 = 0, y1 = 0, x2 = 0, y2 = 0;
-        dc.GetViewPos(s.x1, s.y1, x1, y1);
-        dc.GetViewPos(s.x2, s.y2, x2, y2);
+        dc.GetViewPos(sx1, sy1, x1, y1);
+        dc.GetViewPos(sx2, sy2, x2, y2);
         device.Clear();
         dc.line(x1, y1, x2, y2);
-        ASSERT_EQ(byLine, device.lines()) << s.x1 << ' ' << s.y1 << ' ' << s.x2 << ' ' << s.y2;
+        ASSERT_EQ(byLine, device.lines()) << sx1 << ' ' << sy1 << ' ' << sx2 << ' ' << sy2;
     }
 }
 
@@ -103,16 +103,17 @@ TEST_P(RunsOfStrokes, ReachTheSinkAsOneLineAfterAnother) {
     if (setting.rotated) dc.SetRotateMoveP(30.0, 40.0, 30.0);
     Random random(72);
     for (const int count : {0, 1, 31, 32, 33, 64, 200}) {
-        std::vector<SurveyStroke> strokes;
-        for (int i = 0; i < count; ++i) strokes.push_back(RandomStroke(random));
-        if (count > 33) strokes[7].x1 = std::numeric_limits<double>::quiet_NaN();
+        std::vector<double> ends;
+        for (int i = 0; i < count; ++i)
+            for (const double v : RandomStroke(random)) ends.push_back(v);
+        if (count > 33) ends[7] = std::numeric_limits<double>::quiet_NaN();
         device.Clear();
         writer.calls.clear();
-        zm::draw::DrawStrokes(dc, strokes.data(), count);
+        zm::draw::DrawStrokes(dc, ends.data(), count);
         const Lines run = device.lines(), recorded = Recorded(dc), written = writer.calls;
         device.Clear();
         writer.calls.clear();
-        for (const SurveyStroke& s : strokes) dc.line(s.x1, s.y1, s.x2, s.y2);
+        for (std::size_t i = 0; i < ends.size(); i += 4) dc.line(ends[i], ends[i + 1], ends[i + 2], ends[i + 3]);
         EXPECT_EQ(run, device.lines());
         EXPECT_EQ(recorded, Recorded(dc));
         EXPECT_EQ(written, writer.calls);
@@ -145,7 +146,7 @@ TEST_F(Strokes, OnADeviceThatIsGoneAreNotDrawn) {
     };
     int lines = 0;
     CTqDraw& dc = MakeContext(0);
-    const SurveyStroke strokes[] = {{1, 1, 2, 2}, {2, 2, 3, 3}};
+    const double strokes[] = {1, 1, 2, 2, 2, 2, 3, 3};
     {
         Counting counting(lines);
         dc.ResetHdc(&counting);

@@ -14,9 +14,10 @@ demo:
 	cmake --build build/demo -j $(JOBS)
 	build/demo/bin/zenro demo $(DEMO_DIR) --overwrite
 
-# Installs what is missing, builds everything and runs all tests.
+# Installs what is missing, builds everything, runs all tests and says which were skipped.
 test: build
-	ctest --test-dir $(BUILD) --output-on-failure --no-tests=error -j $(JOBS)
+	ctest --test-dir $(BUILD) --output-on-failure --no-tests=error -j $(JOBS) --output-junit tests.xml
+	@scripts/check-skips $(BUILD)/tests.xml
 
 build:
 	scripts/install-packages build test $(if $(filter dev,$(PRESET)),bench)

@@ -31,7 +31,7 @@ std::string WithBackslashes(std::string path) {
 TEST(Load, ProbesTheMachineDirectoryBeforeAnyCall) {
     if (g_configHome.empty()) GTEST_SKIP() << "run by ctest, which gives it a configuration folder of its own";
     EXPECT_TRUE(g_probed);
-    EXPECT_THAT(_LFWndDir(), StrEq(WithBackslashes(g_configHome + "/zenromath")));
+    EXPECT_THAT(_LFWndDir(), StrEq(zm::gbk::FromUtf8(WithBackslashes(g_configHome + "/zenromath"))));
 }
 
 TEST(Load, TakesTheCurrentDirectoryOfTheLoadForTheProject) {

@@ -326,7 +326,7 @@ bool BlockCopier::OpenBlock(const char* name) {
     std::uint8_t* slot = m_tables.Slot(Table::block, m_first);
     slot[0] = kReferenced;
     std::memset(slot + 1, 0, kNameSize);
-    std::memcpy(slot + 1, name, std::strlen(name));
+    std::copy_n(name, std::strlen(name), slot + 1);
     Store(slot + block_record::kOffset, static_cast<std::uint16_t>(section().size()));
     Store(slot + block_record::kMark, block_record::kMarkValue);
     std::uint8_t record[24] = {};

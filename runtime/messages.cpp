@@ -47,8 +47,9 @@ void CString::Format(const char* format, ...) {
 CLMsg::CLMsg(CLMsgOutTo target, const char* name, int beep)
     : m_scratch{}, m_name{}, m_beep(beep), m_target(target), m_delimiter(":") {
     if (name == nullptr) return;
-    if (std::strlen(name) < sizeof m_name)
-        std::strcpy(m_name, name);
+    const std::size_t length = std::strlen(name);
+    if (length < sizeof m_name)
+        std::memcpy(m_name, name, length + 1);
     else
         _LMsg("CLMsg: the name is longer than 255 bytes and was left out. Use a shorter path.", nullptr, 0);
 }

@@ -20,7 +20,7 @@ namespace {
 constexpr int kMostLinks = 40;  // one behind the other
 
 std::string_view View(const char* text) {
-    return text != nullptr ? std::string_view(text) : std::string_view("", 0);
+    return text != nullptr ? std::string_view(text) : std::string_view("");
 }
 
 bool IsBareName(std::string_view file) {

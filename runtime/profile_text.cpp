@@ -201,7 +201,7 @@ void Text::AddLine(std::string_view raw, std::string_view text) {
     line.kind = equals == std::string_view::npos ? Line::Kind::word : Line::Kind::key;
     line.key = WithoutBlanks(text.substr(0, equals));
     if (equals != std::string_view::npos) line.value = WithoutBlanks(text.substr(equals + 1));
-    if (line.value.data() == nullptr) line.value = std::string_view("", 0);
+    if (line.value.data() == nullptr) line.value = std::string_view("");
 }
 
 std::size_t Text::SectionNumber(std::string_view name) const {
@@ -304,19 +304,13 @@ bool Text::SetKey(const Edit& edit) {
     while (!value.empty() && IsBlank(value.front())) value.remove_prefix(1);
     const std::string_view key = WithoutBlanks(edit.key);
     Section& section = SectionForWriting(edit.section);
-    std::size_t place = section.lines.size();
-    if (const Line* found = FindKey(section, key)) {
-        if (found->value == WithoutBlanks(value)) return false;
-        place = static_cast<std::size_t>(found - section.lines.data());
-    } else {
-        // A word without equals sign is the key without a value yet.
-        place = static_cast<std::size_t>(std::find_if(section.lines.begin(), section.lines.end(),
-                                                      [&](const Line& line) {
-                                                          return line.kind == Line::Kind::word &&
-                                                                 NameEqual()(line.key, key);
-                                                      }) -
-                                         section.lines.begin());
-    }
+    const Line* const found = FindKey(section, key);
+    if (found != nullptr && found->value == WithoutBlanks(value)) return false;
+    // A word without equals sign is the key without a value yet.
+    const auto isWord = [&](const Line& line) { return line.kind == Line::Kind::word && NameEqual()(line.key, key); };
+    const auto place = static_cast<std::size_t>(
+        found != nullptr ? found - section.lines.data()
+                         : std::find_if(section.lines.begin(), section.lines.end(), isWord) - section.lines.begin());
     if (place < section.lines.size()) {
         Line& line = section.lines[place];
         const bool wasWord = line.kind == Line::Kind::word;
@@ -382,7 +376,7 @@ bool Text::ReplaceSection(const Edit& edit) {
             line.kind = equals == std::string_view::npos ? Line::Kind::word : Line::Kind::key;
             line.key = WithoutBlanks(text.substr(0, equals));
             line.value =
-                equals == std::string_view::npos ? std::string_view("", 0) : WithoutBlanks(text.substr(equals + 1));
+                equals == std::string_view::npos ? std::string_view("") : WithoutBlanks(text.substr(equals + 1));
         }
         line.raw = RawOf(std::string(text) + std::string(kLineEnd));
         lines.push_back(line);

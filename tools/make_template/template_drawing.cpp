@@ -1,5 +1,6 @@
 #include "tools/make_template/template_drawing.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <vector>
@@ -29,7 +30,7 @@ constexpr std::uint32_t kBlockSectionMark = 0x40010000;
 constexpr std::uint32_t kExtraSectionMark = 0x80000000;  // no extra section
 
 void PutText(std::uint8_t* to, const char* text) {
-    std::memcpy(to, text, std::strlen(text));
+    std::copy_n(text, std::strlen(text), to);
 }
 
 void PutTable(std::uint8_t* to, std::uint16_t recordSize, std::uint16_t count, std::uint32_t address) {

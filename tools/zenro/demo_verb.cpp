@@ -50,6 +50,7 @@ void Demo(const DemoOptions& options, Context& context) {
     if (error) throw Failure(kNoOutput, folder.string() + ": cannot be made: " + error.message() + ".");
     const auto data = WriteDemoData(folder / "data", options.seed, options.overwrite);
     std::vector<std::string> files;
+    files.reserve(data.size());
     for (const std::string& name : data) files.push_back((folder / "data" / name).string());
     if (!options.dataOnly) {
         const DrawResult result = RunDrawJob(DemoJob(folder, data, options, context.report), context);

@@ -239,7 +239,7 @@ DrawResult RunDrawJob(const DrawJob& job, Context& context) {
     if (job.source.inputs.empty()) throw Failure(kUsage, "draw needs an input.");
     if (job.outputs.empty()) throw Failure(kUsage, "draw needs an output; give -o FILE.");
     for (const std::string& output : job.outputs) FormatOf(output);
-    for (const std::string& output : job.outputs) OutputFile(output, job.sink.overwrite);  // asked before the work
+    for (const std::string& output : job.outputs) CheckOutput(output, job.sink.overwrite);
     const Rules rules = job.rules.empty() ? ParseRules(kPlainRules, "plain rules") : ReadRules(FindRules(job.rules));
     if (job.rules.empty()) context.report.Note("no --rules: every feature is drawn in its plainest form.");
 

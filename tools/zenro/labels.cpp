@@ -46,6 +46,12 @@ bool WidestStretch(const Shape& shape, double y, double& middle, double& width) 
     return width > 0.0;
 }
 
+// Places along a line by number, from the middle outwards: 0.5, 0.5 - step, 0.5 + step, 0.5 - 2 step ...
+double FromTheMiddle(int number, double step) {
+    const int steps = (number + 1) / 2;
+    return 0.5 + (number % 2 == 0 ? steps : -steps) * step;
+}
+
 }  // namespace
 
 double LengthOf(const Chain& chain) {
@@ -268,8 +274,7 @@ void LabelPlacer::Along(const Shape& shape, const Text& text) {
     }
     std::vector<Candidate> candidates;
     for (int i = 0; i <= 16; ++i) {
-        // From the middle outwards: 0.5, 0.53, 0.47 ...
-        const double part = 0.5 + (i % 2 == 0 ? 1 : -1) * ((i + 1) / 2) * 0.055;
+        const double part = FromTheMiddle(i, 0.055);
         const double from = all * part - text.length / 2;
         if (from < 0.0 || from + text.length > all) continue;
         double x1, y1, x2, y2, mx, my, direction;
@@ -328,7 +333,7 @@ void LabelPlacer::Spread(const Shape& shape, const Text& text) {
     double best = kTaken;
     std::vector<PP> chosen;
     for (int i = 0; i <= 12; ++i) {
-        const double part = 0.5 + (i % 2 == 0 ? 1 : -1) * ((i + 1) / 2) * 0.06;
+        const double part = FromTheMiddle(i, 0.06);
         const double from = all * part - span / 2;
         if (from < w / 2 || from + span + w / 2 > all) continue;
         double sum = 0.01 * i * n;

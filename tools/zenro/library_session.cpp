@@ -30,7 +30,7 @@ std::string NamedFile(const std::string& option, const std::string& file) {
     std::FILE* probe = std::fopen(path.c_str(), "rb");
     if (probe == nullptr) throw Failure(kNoInput, option + " " + file + ": cannot be opened; check its permissions.");
     std::fclose(probe);
-    const std::string name = LibraryPath(path);
+    std::string name = LibraryPath(path);
     if (name.empty())
         throw Failure(kNoInput, option + " " + file + ": the path is longer than 255 bytes or has characters outside " +
                                     "GBK; use a shorter one.");

@@ -89,5 +89,12 @@ int Main(int argc, char** argv) {
 }  // namespace zm::tool
 
 int main(int argc, char** argv) {
-    return zm::tool::Main(argc, argv);
+    try {
+        return zm::tool::Main(argc, argv);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "zenro: unexpected: %s\n", error.what());
+    } catch (...) {
+        std::fputs("zenro: unexpected: the library ended the work outside of a verb.\n", stderr);
+    }
+    return zm::tool::kFailed;
 }

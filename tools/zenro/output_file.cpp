@@ -80,6 +80,10 @@ void OutputFile::Commit() {
     FreeSlot(m_slot);
 }
 
+void CheckOutput(const fs::path& target, bool overwrite) {
+    const OutputFile probe(target, overwrite);
+}
+
 void WriteOutput(const fs::path& target, bool overwrite, const std::string& bytes) {
     OutputFile out(target, overwrite);
     std::FILE* file = std::fopen(out.path().c_str(), "wb");

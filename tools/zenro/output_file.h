@@ -29,6 +29,9 @@ class OutputFile {
     int m_slot = -1;
 };
 
+/// For the time before long work: throws where an OutputFile would, and leaves nothing.
+void CheckOutput(const std::filesystem::path& target, bool overwrite);
+
 /// Writes bytes to a file and puts it in its place.
 void WriteOutput(const std::filesystem::path& target, bool overwrite, const std::string& bytes);
 

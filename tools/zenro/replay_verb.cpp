@@ -200,7 +200,7 @@ class Player {
 void Replay(const ReplayOptions& options, Context& context) {
     for (const std::string& output : options.outputs) {
         FormatOf(output);
-        OutputFile(output, options.sink.overwrite);
+        CheckOutput(output, options.sink.overwrite);
     }
     Extent extent;
     ForEachLine(options.input, [&](long number, const std::string& line) {

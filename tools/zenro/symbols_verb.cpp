@@ -100,7 +100,7 @@ void LintFile(const SymbolsOptions& options, Context& context) {
 void Sheet(const SymbolsOptions& options) {
     const NamedLibrary library = LibraryOf(options);
     if (options.output.empty()) return Print(lib::SheetPage(library.path.c_str(), options.sheet));
-    OutputFile(options.output, options.overwrite);  // asked before the work
+    CheckOutput(options.output, options.overwrite);
     WriteOutput(options.output, options.overwrite, lib::SheetPage(library.path.c_str(), options.sheet));
     Print(options.output + "\n");
 }

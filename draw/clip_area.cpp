@@ -10,7 +10,6 @@
 #include "zenromath/geometry.h"
 
 using zm::draw::kDegreesPerRadian;
-using zm::draw::kFullTurn;
 
 namespace {
 

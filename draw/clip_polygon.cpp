@@ -18,9 +18,11 @@ PP* MakePolygon(int n, const double* x, const double* y) {
         auto points = std::make_unique<PP[]>(count + 1);
         for (std::size_t i = 0; i < count; ++i) points[i + 1] = {x[i], y[i]};
         block->index.Build(points.get() + 1, n);
+        // NOLINTBEGIN(bugprone-sizeof-expression): the address itself is kept before the points
         static_assert(sizeof(PolygonBlock*) <= sizeof(PP));
         const PolygonBlock* address = block.release();
         std::memcpy(points.get(), &address, sizeof address);
+        // NOLINTEND(bugprone-sizeof-expression)
         return points.release() + 1;
     } catch (const std::bad_alloc&) {
         return nullptr;
@@ -35,6 +37,7 @@ void ReleasePolygon(PP* polygon) {
 
 PolygonBlock& BlockOf(const PP* polygon) {
     PolygonBlock* block = nullptr;
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): the address itself is kept before the points
     std::memcpy(&block, polygon - 1, sizeof block);
     return *block;
 }

@@ -31,7 +31,7 @@ Table& TheTable() {
 
 HGDIOBJ HandleOf(std::size_t at, std::uint32_t generation) {
     const auto number = (static_cast<std::uintptr_t>(generation) << kPlaceBits) | (at + 1);
-    return reinterpret_cast<HGDIOBJ>(number);
+    return reinterpret_cast<HGDIOBJ>(number);  // NOLINT(performance-no-int-to-ptr): never an address
 }
 
 Place* PlaceOf(HGDIOBJ handle) {

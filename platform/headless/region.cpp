@@ -237,6 +237,8 @@ Region::Region()
       }()) {}
 Region::Region(std::shared_ptr<const Data> data) : m_data(std::move(data)) {}
 Region::Region(const Region&) = default;
+// What was moved from stays a region: the data are shared, not taken.
+// NOLINTNEXTLINE(performance-move-constructor-init): a copy of the pointer is meant
 Region::Region(Region&& other) noexcept : m_data(other.m_data) {}
 Region& Region::operator=(const Region&) = default;
 Region& Region::operator=(Region&& other) noexcept {

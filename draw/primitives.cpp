@@ -7,6 +7,7 @@
 #include "draw/numbers.h"
 #include "draw/pixel_line.h"
 #include "draw/sinks.h"
+#include "draw/state.h"
 #include "draw/strokes.h"
 #include "dwg/writer.h"
 #include "zenromath/draw.h"
@@ -109,24 +110,27 @@ int CTqDraw::line(double x1, double y1, double x2, double y2) {
     return LineAnywhere(*this, x1, y1, x2, y2);
 }
 
-void zm::draw::DrawStrokes(CTqDraw& dc, const double* ends, int count) {
+void zm::draw::DrawStrokes(const double* ends, int count) {
     constexpr int kBatch = 32;
     const double* stroke = ends;
     const double* last = ends + 4 * static_cast<std::ptrdiff_t>(count);
-    if (!IsPlainDevice(dc)) {
-        for (; stroke != last; stroke += 4) LineAnywhere(dc, stroke[0], stroke[1], stroke[2], stroke[3]);
-        return;
-    }
-    const PlainView view(dc);
     while (stroke != last) {
+        CTqDraw* dc = WorkingContext();
+        if (dc == nullptr) return;
         POINT pixels[2 * kBatch];
         int mapped = 0;
-        for (; mapped < kBatch && stroke != last; ++mapped, stroke += 4)
-            if (!view.Map(stroke[0], stroke[1], stroke[2], stroke[3], pixels + 2 * mapped)) break;
-        device::DrawLines(Access::Device(dc), pixels, mapped);
-        if (mapped == kBatch || stroke == last) continue;
-        DrawDistantLine(dc, stroke[0], stroke[1], stroke[2], stroke[3]);
-        stroke += 4;
+        if (IsPlainDevice(*dc)) {
+            const PlainView view(*dc);
+            for (const double* s = stroke; mapped < kBatch && s != last; ++mapped, s += 4)
+                if (!view.Map(s[0], s[1], s[2], s[3], pixels + 2 * mapped)) break;
+        }
+        if (mapped > 0) {
+            device::DrawLines(dc->GetHdc(), pixels, mapped);
+            stroke += 4 * static_cast<std::ptrdiff_t>(mapped);
+        } else {
+            dc->line(stroke[0], stroke[1], stroke[2], stroke[3]);
+            stroke += 4;
+        }
     }
 }
 

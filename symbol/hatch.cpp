@@ -175,7 +175,7 @@ void Hatch::DrawEntry(int at, double* out) const {
         DrawGrid(out, points, symbol);
         return;
     }
-    draw::DrawStrokes(*TqDC, out, points / 2);
+    draw::DrawStrokes(out, points / 2);
 }
 
 void Hatch::DrawOutline() const {

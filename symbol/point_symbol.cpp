@@ -61,7 +61,7 @@ class Placement {
     void DrawPlainSegments(int record, int count) const {
         double ends[4 * kStrokesInARow];
         if (!m_turned || !m_figure.IsNear() || !PutTurned(record, count, ends)) PutEach(record, count, ends);
-        draw::DrawStrokes(*TqDC, ends, count);
+        draw::DrawStrokes(ends, count);
     }
 
  private:

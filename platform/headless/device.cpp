@@ -73,6 +73,7 @@ int DrawLineOn(Device& device, const POINT& from, const POINT& to) {
     Device::Selection& now = device.selection();
     now.position = from;
     device.Moved(from.x, from.y);
+    if (!IsAlive(&device)) return 0;
     now.position = to;
     return now.nullPen ? 1 : device.Line(now.stroke, from.x, from.y, to.x, to.y);
 }

@@ -5,7 +5,11 @@
 
 #include <array>
 #include <cmath>
+#include <functional>
 #include <limits>
+#include <memory>
+#include <utility>
+#include <vector>
 
 #include "tests/draw/fixture.h"
 #include "tests/support/random.h"
@@ -109,7 +113,7 @@ TEST_P(RunsOfStrokes, ReachTheSinkAsOneLineAfterAnother) {
         if (count > 33) ends[7] = std::numeric_limits<double>::quiet_NaN();
         device.Clear();
         writer.calls.clear();
-        zm::draw::DrawStrokes(dc, ends.data(), count);
+        zm::draw::DrawStrokes(ends.data(), count);
         const Lines run = device.lines(), recorded = Recorded(dc), written = writer.calls;
         device.Clear();
         writer.calls.clear();
@@ -130,32 +134,78 @@ INSTANTIATE_TEST_SUITE_P(
                     Setting{"a_clipped_drawing", 1, true, true, false}),
     [](const auto& info) { return std::string(info.param.name); });
 
-TEST_F(Strokes, OnADeviceThatIsGoneAreNotDrawn) {
-    class Counting : public zm::Device {
-     public:
-        explicit Counting(int& lines) : m_lines(lines) {}
-        int Line(const zm::Stroke&, int, int, int, int) override { return ++m_lines; }
-        COLORREF Dot(int, int, COLORREF color) override { return color; }
-        int Arc(const zm::Stroke&, const RECT&, POINT, POINT) override { return 1; }
-        int Box(const zm::Stroke*, const zm::Fill&, const RECT&) override { return 1; }
-        int FillRegion(const zm::Region&, const zm::Fill&) override { return 1; }
-        int Text(const zm::TextStyle&, int, int, std::string_view) override { return 1; }
-
-     private:
-        int& m_lines;
-    };
-    int lines = 0;
-    CTqDraw& dc = MakeContext(0);
-    const double strokes[] = {1, 1, 2, 2, 2, 2, 3, 3};
-    {
-        Counting counting(lines);
-        dc.ResetHdc(&counting);
-        zm::draw::DrawStrokes(dc, strokes, 2);
-        EXPECT_EQ(lines, 2);
+// A device of the application that calls back where strokes arrive.
+class CallingDevice : public zm::Device {
+ public:
+    void Moved(int, int) override {
+        if (moved) std::exchange(moved, nullptr)();
     }
-    zm::draw::DrawStrokes(dc, strokes, 2);
+    int Line(const zm::Stroke&, int, int, int, int) override {
+        ++lines;
+        if (drawn) std::exchange(drawn, nullptr)();
+        return 1;
+    }
+    COLORREF Dot(int, int, COLORREF color) override { return color; }
+    int Arc(const zm::Stroke&, const RECT&, POINT, POINT) override { return 1; }
+    int Box(const zm::Stroke*, const zm::Fill&, const RECT&) override { return 1; }
+    int FillRegion(const zm::Region&, const zm::Fill&) override { return 1; }
+    int Text(const zm::TextStyle&, int, int, std::string_view) override { return 1; }
+
+    std::function<void()> moved, drawn;
+    int lines = 0;
+};
+
+constexpr double kTwoStrokes[] = {1, 1, 2, 2, 2, 2, 3, 3};
+
+TEST_F(Strokes, OnADeviceThatIsGoneAreNotDrawn) {
+    CTqDraw& dc = MakeContext(0);
+    {
+        CallingDevice calling;
+        dc.ResetHdc(&calling);
+        zm::draw::DrawStrokes(kTwoStrokes, 2);
+        EXPECT_EQ(calling.lines, 2);
+    }
+    zm::draw::DrawStrokes(kTwoStrokes, 2);
     EXPECT_EQ(dc.line(1.0, 1.0, 2.0, 2.0), 0);
-    EXPECT_EQ(lines, 2);
+    EXPECT_EQ(device.lines(), Lines{});
+}
+
+TEST_F(Strokes, EndWithADeviceThatEndsWhereItIsMovedTo) {
+    CTqDraw& dc = MakeContext(0);
+    auto calling = std::make_unique<CallingDevice>();
+    dc.ResetHdc(calling.get());
+    calling->moved = [&] { calling.reset(); };
+    zm::draw::DrawStrokes(kTwoStrokes, 2);
+    EXPECT_EQ(calling, nullptr);
+    EXPECT_EQ(dc.line(1.0, 1.0, 2.0, 2.0), 0);
+}
+
+TEST_F(Strokes, GoOnOnTheContextThatTheApplicationPutsInTheOldOnesPlace) {
+    CTqDraw& dc = MakeContext(0);
+    CallingDevice calling;
+    dc.ResetHdc(&calling);
+    std::vector<double> ends;
+    for (int i = 0; i < 100; ++i) ends.insert(ends.end(), {1.0, 1.0, 2.0, 2.0 + 0.1 * i});
+    std::unique_ptr<CTqDraw> other;
+    calling.drawn = [&] {
+        context.reset();
+        SelectWorkingTqDC(nullptr);
+        other = std::make_unique<CTqDraw>(3);
+    };
+    zm::draw::DrawStrokes(ends.data(), 100);
+    // What was on its way to the device arrives there.
+    EXPECT_EQ(static_cast<std::size_t>(calling.lines) + Recorded(*other).size(), 100u);
+    EXPECT_LE(calling.lines, 32);
+}
+
+TEST_F(Strokes, EndWithTheWorkingContext) {
+    CTqDraw& dc = MakeContext(0);
+    CallingDevice calling;
+    dc.ResetHdc(&calling);
+    const std::vector<double> ends(400, 1.0);
+    calling.drawn = [&] { context.reset(); };
+    zm::draw::DrawStrokes(ends.data(), 100);
+    EXPECT_LE(calling.lines, 32);
 }
 
 }  // namespace

@@ -203,6 +203,16 @@ TEST_F(PatternBits, RecordsThatTheCallerPutsInTheBodysPlaceAreDrawn) {
     EXPECT_NEAR(m_numbers.calls[1][2], 2.0, 1e-6);
 }
 
+TEST_F(PatternBits, SegmentsBehindThoseOfTheSymbolAreNotDrawn) {
+    Load("*42 G\n1 0,0 1,0\n1 0,0 2,0\n*43 G\n1 0,0 3,0\n1 0,0 4,0\n*$\n");
+    Begin(1);
+    insert(0.0, 0.0, 0.0, 42);
+    m_numbers.calls.clear();
+    nBody = 16;  // those of the next symbol in the table too
+    insert(0.0, 0.0, 0.0, 42);
+    EXPECT_EQ(m_numbers.calls.size(), 2u);
+}
+
 TEST_F(PatternBits, ABodyThatTheCallerCutsShortIsDrawnAsFarAsItGoes) {
     Load("*42 G\n1 0,0 1,0\n1 0,0 2,0\n1 0,0 3,0\n*$\n");
     Begin(1);

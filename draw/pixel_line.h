@@ -7,6 +7,7 @@
 #include "draw/access.h"
 #include "draw/device.h"
 #include "draw/numbers.h"
+#include "draw/sinks.h"
 #include "geometry/pair.h"
 
 namespace zm::draw {
@@ -112,9 +113,19 @@ inline int DrawPixelLine(const CTqDraw& dc, Pixel from, Pixel to) {
 /// A line between any survey positions, on the device; 0 where one is no finite number.
 int DrawDistantLine(const CTqDraw& dc, double x1, double y1, double x2, double y2);
 
+/// A line on whatever sink: rotated, clipped, forked. Apart, so that the common way saves no registers.
+[[gnu::noinline]] int DrawLineAnywhere(CTqDraw& dc, double x1, double y1, double x2, double y2);
+
+/// Whether there is nothing to rotate or to clip by an area, on a device: by far the most common.
+inline bool IsPlainDevice(const CTqDraw& dc) {
+    return !Access::IsRotated(dc) && Access::IsUnclipped(dc) && SinkOf(Access::Type(dc)) == Sink::device;
+}
+
 /// The mapping of strokes that lie in the view as they are, which most do.
 class PlainView {
  public:
+    /// No view at all: nothing lies in it.
+    PlainView() : m_origin{}, m_scale{}, m_shift{}, m_limit{-1.0, -1.0} {}
     explicit PlainView(const CTqDraw& dc)
         : m_origin{Access::OriginX(dc), Access::OriginY(dc)},
           m_scale{Access::Scale(dc), -Access::Scale(dc)},
@@ -123,15 +134,26 @@ class PlainView {
                   std::min<double>(Access::ViewHeight(dc), kFarthestPixel)} {}
 
     /// The pixels of both ends. False, with nothing set, where one may not be in the view.
-    bool Map(double x1, double y1, double x2, double y2, POINT* ends) const {
+    bool Map(geometry::Pair from, geometry::Pair to, POINT* ends) const {
         constexpr geometry::Pair kZero = {0.0, 0.0};
-        const geometry::Pair a = (geometry::Pair{x1, y1} - m_origin) * m_scale + m_shift;
-        const geometry::Pair b = (geometry::Pair{x2, y2} - m_origin) * m_scale + m_shift;
+        const geometry::Pair a = PixelsOf(from);
+        const geometry::Pair b = PixelsOf(to);
         if (!geometry::Both((a >= kZero) & (a <= m_limit) & (b >= kZero) & (b <= m_limit))) return false;
         ends[0] = {static_cast<int>(a[0]), static_cast<int>(a[1])};
         ends[1] = {static_cast<int>(b[0]), static_cast<int>(b[1])};
         return true;
     }
+
+    /// A position in pixels with all that lies behind the point: truncated it is the pixel if it lies in the view.
+    geometry::Pair PixelsOf(geometry::Pair position) const { return (position - m_origin) * m_scale + m_shift; }
+    /// Whether everything up to so many pixels from there lies in the view.
+    bool Holds(geometry::Pair pixels, double reach) const {
+        const geometry::Pair least = pixels - reach;
+        return geometry::Both((least >= geometry::Pair{0.0, 0.0}) & (pixels + reach <= m_limit));
+    }
+    /// The survey position of the view's lower left corner, and pixels for each unit of x and of y.
+    geometry::Pair origin() const { return m_origin; }
+    geometry::Pair scale() const { return m_scale; }
 
  private:
     geometry::Pair m_origin, m_scale, m_shift, m_limit;
@@ -140,7 +162,7 @@ class PlainView {
 /// A line between survey positions on the device; 0 where one is no finite number.
 inline int DrawSurveyLine(const CTqDraw& dc, double x1, double y1, double x2, double y2) {
     POINT ends[2];
-    if (PlainView(dc).Map(x1, y1, x2, y2, ends))
+    if (PlainView(dc).Map(geometry::Pair{x1, y1}, geometry::Pair{x2, y2}, ends))
         return device::DrawLine(Access::Device(dc), ends[0].x, ends[0].y, ends[1].x, ends[1].y);
     return DrawDistantLine(dc, x1, y1, x2, y2);
 }

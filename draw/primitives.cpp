@@ -8,7 +8,6 @@
 #include "draw/pixel_line.h"
 #include "draw/sinks.h"
 #include "draw/state.h"
-#include "draw/strokes.h"
 #include "dwg/writer.h"
 #include "zenromath/draw.h"
 #include "zenromath/geometry.h"
@@ -82,13 +81,9 @@ int WriteRuns(CTqDraw& dc, int n, double* xy) {
     return count;
 }
 
-// By far the most common: nothing to rotate or clip, on a device.
-bool IsPlainDevice(const CTqDraw& dc) {
-    return !Access::IsRotated(dc) && Access::IsUnclipped(dc) && SinkOf(Access::Type(dc)) == Sink::device;
-}
+}  // namespace
 
-// Rotates, clips, and forks. Apart, so that the common way saves no registers.
-[[gnu::noinline]] int LineAnywhere(CTqDraw& dc, double x1, double y1, double x2, double y2) {
+int zm::draw::DrawLineAnywhere(CTqDraw& dc, double x1, double y1, double x2, double y2) {
     dc.GetRMCoord(x1, y1);
     dc.GetRMCoord(x2, y2);
     if (dc.cutline(x1, y1, x2, y2) == 0) return 0;
@@ -103,35 +98,9 @@ bool IsPlainDevice(const CTqDraw& dc) {
     return DrawSurveyLine(dc, x1, y1, x2, y2);
 }
 
-}  // namespace
-
 int CTqDraw::line(double x1, double y1, double x2, double y2) {
     if (IsPlainDevice(*this)) return DrawSurveyLine(*this, x1, y1, x2, y2);
-    return LineAnywhere(*this, x1, y1, x2, y2);
-}
-
-void zm::draw::DrawStrokes(const double* ends, int count) {
-    constexpr int kBatch = 32;
-    const double* stroke = ends;
-    const double* last = ends + 4 * static_cast<std::ptrdiff_t>(count);
-    while (stroke != last) {
-        CTqDraw* dc = WorkingContext();
-        if (dc == nullptr) return;
-        POINT pixels[2 * kBatch];
-        int mapped = 0;
-        if (IsPlainDevice(*dc)) {
-            const PlainView view(*dc);
-            for (const double* s = stroke; mapped < kBatch && s != last; ++mapped, s += 4)
-                if (!view.Map(s[0], s[1], s[2], s[3], pixels + 2 * mapped)) break;
-        }
-        if (mapped > 0) {
-            device::DrawLines(dc->GetHdc(), pixels, mapped);
-            stroke += 4 * static_cast<std::ptrdiff_t>(mapped);
-        } else {
-            dc->line(stroke[0], stroke[1], stroke[2], stroke[3]);
-            stroke += 4;
-        }
-    }
+    return DrawLineAnywhere(*this, x1, y1, x2, y2);
 }
 
 int CTqDraw::lines(int n, double* xy) {

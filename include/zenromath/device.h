@@ -5,6 +5,7 @@
 // devices; a derived device receives resolved strokes, fills and text, never a handle:
 //
 //     MoveToEx, LineTo, DrawLine           Moved, Line
+//     DrawLines                            Lines
 //     SetPixel                             Dot
 //     Arc                                  Arc
 //     Rectangle                            Box
@@ -134,6 +135,10 @@ class ZM_API Device {
     /// A straight stroke. The first pixel is drawn, the last left out.
     /// \return non-zero if done; so for all that follow
     virtual int Line(const Stroke& stroke, int x1, int y1, int x2, int y2) = 0;
+    /// A run of strokes: from the first point to the second, from the third to the fourth ... For devices that draw
+    /// many at a time faster than one by one; they need to be told of no Moved. The base class has Moved and Line for
+    /// each, by the pen of the moment.
+    virtual void Lines(const Stroke& stroke, const POINT* ends, int count);
     /// One pixel; the colour set, CLR_INVALID where there is no such pixel.
     virtual COLORREF Dot(int x, int y, COLORREF color) = 0;
     /// A piece of the ellipse in box (its corners in any order), counter-clockwise on the device from the radial line

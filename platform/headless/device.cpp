@@ -135,6 +135,13 @@ bool zm::IsDevice(const Device* device) {
 
 void zm::Device::Moved(int, int) {}
 
+void zm::Device::Lines(const Stroke&, const POINT* ends, int count) {
+    const Device* self = this;
+    // Asked for each line, since a device may end what it draws on.
+    for (const POINT* from = ends; from != ends + 2 * static_cast<std::ptrdiff_t>(count) && IsAlive(self); from += 2)
+        DrawLineOn(*this, from[0], from[1]);
+}
+
 int zm::Device::Paragraph(const TextStyle& style, std::string_view text, RECT& box, unsigned int flags) {
     const int lineHeight = style.font.lfHeight != 0 ? std::abs(style.font.lfHeight) : 16;
     const int charWidth = style.font.lfWidth != 0 ? std::abs(style.font.lfWidth) : lineHeight / 2;
@@ -197,12 +204,14 @@ int DrawLine(HDC dc, int x1, int y1, int x2, int y2) {
 }
 
 void DrawLines(HDC dc, const POINT* ends, int lines) {
-    // Asked for each line, since a device may end what it draws on.
-    for (const POINT* from = ends; from != ends + 2 * static_cast<std::ptrdiff_t>(lines); from += 2) {
-        Device* device = DeviceOf(dc);
-        if (device == nullptr) return;
-        DrawLineOn(*device, from[0], from[1]);
-    }
+    Device* device = DeviceOf(dc);
+    if (device == nullptr || lines < 1) return;
+    Device::Selection& now = device->selection();
+    if (now.nullPen)
+        device->Device::Lines(now.stroke, ends, lines);
+    else
+        device->Lines(now.stroke, ends, lines);
+    if (IsAlive(dc)) now.position = ends[2 * static_cast<std::ptrdiff_t>(lines) - 1];
 }
 
 COLORREF SetPixel(HDC dc, int x, int y, COLORREF color) {

@@ -1,8 +1,13 @@
 // The handle layer: selection, deletion, descriptions, stale handles; regions; the SVG device.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstring>
+#include <functional>
 #include <memory>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "draw/device.h"
 #include "platform/headless/arc_figure.h"
@@ -129,6 +134,59 @@ TEST(Handles, TheNullPenDrawsNothingAndMovesThePosition) {
     device::SelectObject(&log, device::NullPen());
     EXPECT_EQ(device::LineTo(&log, 7, 8), 1);
     EXPECT_TRUE(log.lines().empty());
+}
+
+constexpr POINT kTwoStrokes[] = {{1, 2}, {3, 4}, {5, 6}, {7, 8}};
+
+TEST(Handles, ARunOfLinesIsOneMoveAndOneLineForEach) {
+    LogDevice log;
+    device::DrawLines(&log, kTwoStrokes, 2);
+    EXPECT_EQ(log.lines(), (std::vector<std::string>{"MoveToEx 1 2", "LineTo 3 4", "MoveToEx 5 6", "LineTo 7 8"}));
+    POINT position{};
+    device::MoveToEx(&log, 0, 0, &position);
+    EXPECT_EQ(position.x, 7);
+    EXPECT_EQ(position.y, 8);
+    log.Clear();
+    device::DrawLines(&log, kTwoStrokes, 0);
+    EXPECT_TRUE(log.lines().empty());
+    device::SelectObject(&log, device::NullPen());
+    device::DrawLines(&log, kTwoStrokes, 2);
+    EXPECT_EQ(log.lines(), (std::vector<std::string>{"MoveToEx 1 2", "MoveToEx 5 6"}));
+    device::DrawLines(nullptr, kTwoStrokes, 2);
+}
+
+// A device that takes runs whole, and may end with one.
+class RunDevice : public LogDevice {
+ public:
+    void Lines(const Stroke& stroke, const POINT* ends, int count) override {
+        runs.push_back({static_cast<int>(stroke.color), count, ends[0].x, ends[2 * count - 1].y});
+        if (last) std::exchange(last, nullptr)();
+    }
+    std::vector<std::array<int, 4>> runs;
+    std::function<void()> last;
+};
+
+TEST(Handles, ADeviceThatTakesRunsGetsThemWholeUnlessItsPenIsNone) {
+    RunDevice device;
+    const HPEN pen = device::CreatePen(PS_SOLID, 1, 0x0000FF);
+    device::SelectObject(&device, pen);
+    device::DrawLines(&device, kTwoStrokes, 2);
+    EXPECT_EQ(device.runs, (std::vector<std::array<int, 4>>{{255, 2, 1, 8}}));
+    EXPECT_TRUE(device.lines().empty());
+    POINT position{};
+    device::MoveToEx(&device, 0, 0, &position);
+    EXPECT_EQ(position.x, 7);
+    device::SelectObject(&device, device::NullPen());
+    device::DrawLines(&device, kTwoStrokes, 2);
+    EXPECT_EQ(device.runs.size(), 1u);
+    device::DeleteObject(pen);
+}
+
+TEST(Handles, ADeviceMayEndInARun) {
+    auto device = std::make_unique<RunDevice>();
+    device->last = [&] { device.reset(); };
+    device::DrawLines(device.get(), kTwoStrokes, 2);
+    EXPECT_EQ(device, nullptr);
 }
 
 TEST(Handles, ATextColourIsThatOfTheMomentOfFillingForAPattern) {

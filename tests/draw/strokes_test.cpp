@@ -195,7 +195,7 @@ TEST_F(Strokes, GoOnOnTheContextThatTheApplicationPutsInTheOldOnesPlace) {
     zm::draw::DrawStrokes(ends.data(), 100);
     // What was on its way to the device arrives there.
     EXPECT_EQ(static_cast<std::size_t>(calling.lines) + Recorded(*other).size(), 100u);
-    EXPECT_LE(calling.lines, 32);
+    EXPECT_LE(calling.lines, zm::draw::StrokeRow::kMost);
 }
 
 TEST_F(Strokes, EndWithTheWorkingContext) {
@@ -205,7 +205,84 @@ TEST_F(Strokes, EndWithTheWorkingContext) {
     const std::vector<double> ends(400, 1.0);
     calling.drawn = [&] { context.reset(); };
     zm::draw::DrawStrokes(ends.data(), 100);
-    EXPECT_LE(calling.lines, 32);
+    EXPECT_LE(calling.lines, zm::draw::StrokeRow::kMost);
+}
+
+zm::geometry::Pair At(double x, double y) {
+    return zm::geometry::Pair{x, y};
+}
+
+TEST_F(Strokes, OfARowReachTheDeviceTogetherInTheirOrder) {
+    MakeContext(0);
+    zm::draw::StrokeRow row;
+    row.Line(At(1.0, 1.0), At(2.0, 1.0));
+    row.Line(At(3.0, 1.0), At(4.0, 1.0));
+    EXPECT_EQ(device.lines(), Lines{});
+    // What crosses the edge of the view is clipped, and not before those that wait.
+    row.Line(At(-1.0, 1.0), At(5.0, 1.0));
+    const Lines three = {"MoveToEx 10 590", "LineTo 20 590",  "MoveToEx 30 590",
+                         "LineTo 40 590",   "MoveToEx 0 590", "LineTo 50 590"};
+    EXPECT_EQ(device.lines(), three);
+    row.Line(At(6.0, 1.0), At(7.0, 1.0));
+    EXPECT_EQ(device.lines(), three);
+    row.Flush();
+    EXPECT_EQ(device.lines().size(), 8u);
+    EXPECT_EQ(device.lines().back(), "LineTo 70 590");
+    row.Flush();
+    EXPECT_EQ(device.lines().size(), 8u);
+}
+
+TEST_F(Strokes, OfARowGoOutWhereThereIsNoMoreRoom) {
+    MakeContext(0);
+    zm::draw::StrokeRow row;
+    const unsigned turn = row.turn();
+    for (int i = 0; i < zm::draw::StrokeRow::kMost; ++i) row.Line(At(1.0, 1.0), At(2.0, 1.0));
+    EXPECT_EQ(device.lines(), Lines{});
+    EXPECT_EQ(row.turn(), turn);
+    row.Line(At(1.0, 1.0), At(3.0, 1.0));
+    EXPECT_EQ(device.lines().size(), 2u * zm::draw::StrokeRow::kMost);
+    EXPECT_NE(row.turn(), turn);
+    row.MakeRoom(zm::draw::StrokeRow::kMost);
+    EXPECT_EQ(device.lines().back(), "LineTo 30 590");
+}
+
+TEST_F(Strokes, ThatArePutInARowAsPixelsStandAmongTheOthers) {
+    MakeContext(0);
+    zm::draw::StrokeRow row;
+    row.Line(At(1.0, 1.0), At(2.0, 1.0));
+    ASSERT_TRUE(row.IsOpen());
+    row.MakeRoom(2);
+    POINT* ends = row.next();
+    for (int i = 0; i < 4; ++i) ends[i] = {100 + i, 200 + i};
+    row.Take(2);
+    row.Line(At(3.0, 1.0), At(4.0, 1.0));
+    row.Flush();
+    EXPECT_EQ(device.lines(), (Lines{"MoveToEx 10 590", "LineTo 20 590", "MoveToEx 100 200", "LineTo 101 201",
+                                     "MoveToEx 102 202", "LineTo 103 203", "MoveToEx 30 590", "LineTo 40 590"}));
+}
+
+TEST_F(Strokes, OfARowGoToARecordingAtOnceAndToWhateverTakesItsPlace) {
+    CTqDraw& dc = MakeContext(3);
+    zm::draw::StrokeRow row;
+    EXPECT_FALSE(row.IsOpen());
+    row.Line(At(1.0, 1.0), At(2.0, 1.0));
+    row.Line(At(1.0, 1.0), At(3.0, 1.0));
+    EXPECT_EQ(Recorded(dc).size(), 2u);
+    // Another kind of context, one of the same kind, none.
+    context.reset();
+    SelectWorkingTqDC(nullptr);
+    MakeContext(0);
+    row.Line(At(1.0, 1.0), At(2.0, 1.0));
+    row.Flush();
+    EXPECT_EQ(device.lines(), (Lines{"MoveToEx 10 590", "LineTo 20 590"}));
+    context.reset();
+    SelectWorkingTqDC(nullptr);
+    row.Line(At(1.0, 1.0), At(2.0, 1.0));
+    row.Flush();
+    EXPECT_EQ(device.lines().size(), 2u);
+    CTqDraw& other = MakeContext(3);
+    row.Line(At(1.0, 1.0), At(2.0, 1.0));
+    EXPECT_EQ(Recorded(other).size(), 1u);
 }
 
 }  // namespace

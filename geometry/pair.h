@@ -11,6 +11,11 @@ typedef std::int64_t PairMask __attribute__((vector_size(16)));  // of a compari
 
 constexpr PairMask kBoth = {-1, -1};
 
+/// x and y, and y and x: the sum twice.
+inline Pair SumOfBoth(Pair pair) {
+    return pair + Pair{pair[1], pair[0]};
+}
+
 /// Whether a comparison holds for both.
 inline bool Both(PairMask mask) {
     return (mask[0] & mask[1]) != 0;

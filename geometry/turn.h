@@ -15,7 +15,8 @@ struct Place {
 
 /// The sum of a place and an offset of which both parts may be off by slack; sure loses its bits where that makes a
 /// difference.
-inline Pair CertainSum(Pair place, Pair offset, double slack, PairMask& sure) {
+template <class Slack>
+inline Pair CertainSum(Pair place, Pair offset, Slack slack, PairMask& sure) {
     const Pair least = place + (offset - slack);
     sure &= least == place + (offset + slack);
     return least;
@@ -34,12 +35,14 @@ class Leg {
     Pair Along(double length) const {
         return Pair{m_dx, m_dy} * (m_distance * (length / m_squared));  // the quotient does not wait for the root
     }
+    /// Whether it is long enough to have a bearing, and its squares lose no digits.
+    bool IsPlain() const { return m_distance > kShortest && m_distance < kLongest && m_distance > state().mini; }
+    /// Whether an arc cosine tells too little of its sine.
+    bool IsFlat() const { return !(std::fabs(m_dy) > kFlattest * m_distance); }
     /// How far the direction may be off; infinite where nothing is known.
     double Slack() const {
         const double up = std::fabs(m_dy);
-        if (!(m_distance > kShortest && m_distance < kLongest && up > kFlattest * m_distance &&
-              m_distance > state().mini))
-            return HUGE_VAL;
+        if (!IsPlain() || IsFlat()) return HUGE_VAL;
         return up > kSteep * m_distance ? kSteepSlack : kSlack + kSineSlack * (m_distance / up);
     }
 
@@ -56,6 +59,11 @@ class Leg {
     double m_squared;
     double m_distance;
 };
+
+/// The leg of a way.
+inline Leg LegOf(Pair way) {
+    return {way[0], way[1]};
+}
 
 /// A rotation by an angle, or by the bearing that XYSA gives for a leg.
 ///
@@ -146,14 +154,32 @@ class TurnedFigure {
     double m_slack;
 };
 
-/// The point at a distance from (x, y) along a leg, as XYSA gives it.
-inline Place Step(const Leg& leg, double x, double y, double distance) {
-    PairMask sure = kBoth;
-    const Pair place = CertainSum(Pair{x, y}, leg.Along(distance), std::fabs(distance) * leg.Slack(), sure);
-    if (Both(sure)) [[likely]]
-        return {place[0], place[1]};
+/// The rounding of one operation, 2^-53, and an eighth more.
+constexpr double kUnit = 1.25e-16;
+
+/// How far the bearing of a leg, as XYSA rounds it, may be from the arc cosine of its quotient, units.
+inline double BearingSlack(double quotient, double dy) {
+    // One and a half in the last place of an arc cosine below 1, 2 and pi; more where it is taken off two pi.
+    return 4.7 - 3.14 * quotient + (3.1 - std::copysign(3.1, dy));
+}
+
+/// The point at a distance from another along a leg, as XYSA gives it.
+inline Pair Step(const Leg& leg, Pair at, double distance) {
+    if (leg.IsPlain()) {
+        // The arc cosine's own argument, and the sine that belongs to it.
+        const double c = leg.dx() / leg.distance();
+        const double s = std::sqrt((1.0 - c) * (1.0 + c));
+        const Pair size = {std::fabs(c), s};
+        const Pair slack = (Pair{s, size[0]} * BearingSlack(c, leg.dy()) + size * 6.0 + 1.5) * kUnit;
+        PairMask sure = kBoth;
+        const Pair place =
+            CertainSum(at, Pair{c, std::copysign(s, leg.dy())} * distance, slack * std::fabs(distance), sure);
+        if (Both(sure)) [[likely]]
+            return place;
+    }
     Turn turn(leg);
-    return TurnedFigure(turn, x, y, distance).Exactly(1.0, 0.0);
+    const Place exact = TurnedFigure(turn, at[0], at[1], distance).Exactly(1.0, 0.0);
+    return Pair{exact.x, exact.y};
 }
 
 }  // namespace zm::geometry

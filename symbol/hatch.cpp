@@ -8,6 +8,7 @@
 #include "symbol/hatch_lines.h"
 #include "symbol/library.h"
 #include "symbol/paper.h"
+#include "symbol/repeated_symbol.h"
 #include "symbol/scratch.h"
 #include "symbol/state.h"
 #include "symbol/texts.h"
@@ -68,6 +69,9 @@ void DrawGrid(const double* out, int points, int symbol) {
     const int first = ToInt(out[2 * points]);
     const int second = ToInt(out[2 * points + 1]);
     const double* other = out + 4 * first;
+    constexpr geometry::Pair kUpright = {1.0, 0.0};
+    draw::StrokeRow row;
+    RepeatedSymbol marks(row);
     for (int i = 0; i < first; ++i)
         for (int j = 0; j < second; ++j) {
             const double* s = out + 4 * i;
@@ -75,8 +79,11 @@ void DrawGrid(const double* out, int points, int symbol) {
             if (Apart(s, t)) continue;
             double x = 0.0;
             double y = 0.0;
-            if (Cross_P(x, y, s[0], s[1], s[2], s[3], t[0], t[1], t[2], t[3]) == 0) insert(x, y, 0.0, symbol);
+            if (Cross_P(x, y, s[0], s[1], s[2], s[3], t[0], t[1], t[2], t[3]) != 0) continue;
+            const geometry::Pair at = {x, y};
+            marks.Place({at, at + kUpright, true, kUpright}, symbol);
         }
+    row.Flush();
 }
 
 void CountLeftOut(int code, int points, const LeftOut& leftOut) {

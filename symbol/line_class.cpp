@@ -3,14 +3,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 #include "draw/state.h"
+#include "draw/strokes.h"
+#include "geometry/course.h"
 #include "geometry/lines.h"
-#include "geometry/turn.h"
 #include "runtime/numbers.h"
 #include "symbol/library.h"
 #include "symbol/paper.h"
 #include "symbol/point_symbol.h"
+#include "symbol/repeated_symbol.h"
 #include "symbol/scratch.h"
 #include "symbol/state.h"
 #include "symbol/texts.h"
@@ -21,6 +24,8 @@ namespace {
 
 constexpr double kVertexMode = 0.001;  // a value[19] above it
 constexpr double kLeastWidth = 0.01;   // survey metres; companions narrower than this are not drawn
+constexpr double kFewSteps = 4.0;      // of the pattern's mean length, below which a segment is not worth aiming along
+constexpr int kLaidAtOnce = 48;        // written down before it is drawn
 constexpr int kMarksInARow = 10;       // tokens without length before the pattern is given up
 constexpr double kMostCycles = 1e7;    // of a pattern on one segment; one that needs more is taken for stuck
 
@@ -39,20 +44,40 @@ class PatternWalk {
     void ReadPattern(int sidesOff);
     bool DrawSolid();
     void DrawParallel(double width, int flag, double* out) const;
-    int Walk(int flip);
+    int Walk();
     // What a token asks of the walk.
-    enum class Act { kDash, kGap, kSymbol, kDot, kNothing };
+    enum class Act : std::uint8_t { kDash, kGap, kSymbol, kDot, kNothing };
     Act ActOf(char letter) const;
-    bool WalkSegment(int flip, int& result);
-    void DrawRun(double x, double y) const { DrawPenRun(m_x, m_y, x, y, m_width, m_side, m_from, m_at); }
-    static void Place(const Point& at, const geometry::Leg& leg, int flip, double code);
-    void Advance() {
-        if (++m_token > m_tokens - 1) m_token %= m_tokens;
-        m_rest = Length(m_token);
+    // Something to draw, written down: each step of the walk waits for the one before, but none for the drawing.
+    struct Laid {
+        Act act;
+        int token;
+        int from, segment;       // of a dash: those that it begins and ends on
+        geometry::Pair at, end;  // of a dash
+        Standing standing;       // of a mark
+    };
+    enum class Halt { kNone, kBadSymbol, kStuck };
+    Halt GoSegment();
+    template <bool kLater, class Way>
+    Halt GoOn(Way way, geometry::Pair to);
+    Laid& NextLaid() {
+        if (m_laidCount == kLaidAtOnce) DrawLaid();
+        return m_laid[m_laidCount++];
     }
+    void DrawLaid();
+    void DrawDash(int from, int segment, geometry::Pair at, geometry::Pair end) {
+        if (from == segment && m_side == kNoSide)
+            m_row.Line(at, end);
+        else
+            DrawPenRun({m_x, m_y, from, segment, at, end, m_width, m_side}, m_row);
+    }
+    void DrawMark(Act act, int token, const Standing& standing);
+    void DrawDot(geometry::Pair at);
+    void Place(const Standing& standing, double code);
+    void PlaceTurned(geometry::Pair at, const geometry::Leg& leg, double code);
     double MostSteps(double distance) const;
-    int TellBadSymbol() const { return _LMsg(numbers::Text(texts::kBadPattern, m_code).c_str(), nullptr, 0); }
-    int TellStuck() const;
+    int TellBadSymbol();
+    int TellStuck();
 
     const double* m_values;
     const char* m_letters;
@@ -63,32 +88,47 @@ class PatternWalk {
     double m_g;
     int m_code;
 
-    double m_lengths[kPatternTokens] = {};  // of the tokens on the ground
-    Act m_acts[kPatternTokens] = {};
+    double m_lengths[kPatternTokens];  // of the tokens on the ground
+    Act m_acts[kPatternTokens];
 
     int m_side = kNoSide;
     double m_width = 0.0;
     bool m_solid = true;
-    double m_cycle = 0.0;  // length of the whole pattern on the ground
+    double m_cycle = 0.0;     // length of the whole pattern on the ground
+    double m_fewSteps = 0.0;  // a segment below this takes few steps
 
     int m_at = 0;  // the segment; its start is the place reached so far
-    int m_token = 0;
-    int m_marks = 0;      // tokens in a row without length
-    int m_from = 0;       // vertex at which the current stretch begins
-    double m_rest = 0.0;  // what is left of the current token
+    // How far the walk has come in the pattern.
+    struct Progress {
+        int token = 0;
+        int marks = 0;      // tokens in a row without length
+        int from = 0;       // vertex at which the current stretch begins
+        double rest = 0.0;  // what is left of the current token
+    } m_progress;
+
+    int m_flip = 0;
+    int m_laidCount = 0;
+    Laid m_laid[kLaidAtOnce];
+    draw::StrokeRow m_row;  // whatever else draws or tells something flushes it first
+    RepeatedSymbol m_symbol{m_row};
 };
 
 void PatternWalk::ReadPattern(int sidesOff) {
+    int runs = 0;
     for (int i = 0; i < m_tokens; ++i) {
         m_lengths[i] = m_g * m_values[i] / 1000.0;
         if (m_letters[i] == '-') m_solid = false;
-        if (IsRun(i)) m_cycle += Length(i);
+        if (IsRun(i)) {
+            m_cycle += Length(i);
+            ++runs;
+        }
         if (sidesOff != 0) continue;
         if (m_letters[i] == 'L') m_side = kRight;
         if (m_letters[i] == 'M') m_side = kBoth;
         if (m_letters[i] == 'R') m_side = kLeft;
         if (m_letters[i] == 'W') m_width = Length(i);
     }
+    m_fewSteps = kFewSteps * m_cycle / std::max(runs, 1);
 }
 
 void PatternWalk::DrawParallel(double width, int flag, double* out) const {
@@ -119,7 +159,8 @@ int PatternWalk::Run(int flip, int sidesOff) {
     ReadPattern(sidesOff);
     if (m_solid && !DrawSolid()) return _LMsg(texts::kNoScratch, nullptr, 0);
     if (m_tokens < 1) return 2;  // an empty pattern is a plain line
-    return Walk(flip);
+    m_flip = flip;
+    return Walk();
 }
 
 PatternWalk::Act PatternWalk::ActOf(char letter) const {
@@ -137,19 +178,21 @@ PatternWalk::Act PatternWalk::ActOf(char letter) const {
     }
 }
 
-int PatternWalk::Walk(int flip) {
+int PatternWalk::Walk() {
     for (int i = 0; i < m_tokens; ++i) m_acts[i] = ActOf(m_letters[i]);
-    m_rest = Length(0);
-    while (m_at < m_n - 1) {
-        int result = 0;
-        if (!WalkSegment(flip, result)) return result;
-    }
+    m_progress.rest = Length(0);
+    Halt halt = Halt::kNone;
+    while (halt == Halt::kNone && m_at < m_n - 1) halt = GoSegment();
+    DrawLaid();
+    if (halt == Halt::kBadSymbol) return TellBadSymbol();
+    if (halt == Halt::kStuck) return TellStuck();
     // The last step left the place at which it stood, so the bearing is still that of the last leg.
     if (m_letters[0] == 'G' && m_width > kLeastWidth) {
         const int last = m_n - 1;
         const geometry::Leg leg(m_x[last] - m_x[last - 1], m_y[last] - m_y[last - 1]);
-        Place({m_x[last], m_y[last]}, leg, flip, m_values[0]);
+        PlaceTurned(geometry::Pair{m_x[last], m_y[last]}, leg, m_values[0]);
     }
+    m_row.Flush();
     return 2;
 }
 
@@ -160,71 +203,143 @@ double PatternWalk::MostSteps(double distance) const {
     return cycles < kMostCycles ? (2.0 * cycles + 3.0) * m_tokens + kMarksInARow : 3.0 * m_tokens;
 }
 
-int PatternWalk::TellStuck() const {
+int PatternWalk::TellBadSymbol() {
+    m_row.Flush();
+    return _LMsg(numbers::Text(texts::kBadPattern, m_code).c_str(), nullptr, 0);
+}
+
+int PatternWalk::TellStuck() {
+    m_row.Flush();
     if (state().patternStuckTold) return 0;
     state().patternStuckTold = true;
     return _LMsg(numbers::Text(texts::kPatternStuck, m_code).c_str(), nullptr, 0);
 }
 
-// Goes on to the next vertex. False where the walk ends with a message, whose result is set.
-//
-// The place reached is the start of the segment in the caller's arrays: dashes are drawn from there.
-bool PatternWalk::WalkSegment(int flip, int& result) {
-    const Point to = {m_x[m_at + 1], m_y[m_at + 1]};
-    Point at = {m_x[m_at], m_y[m_at]};
-    geometry::Leg leg(to.x - at.x, to.y - at.y);
-    double stepsLeft = MostSteps(leg.distance());
-    for (;; --stepsLeft) {
-        if (m_at == 0 && m_marks == kMarksInARow) {
-            result = TellBadSymbol();
-            return false;
+PatternWalk::Halt PatternWalk::GoSegment() {
+    const geometry::Pair from = {m_x[m_at], m_y[m_at]};
+    const geometry::Pair to = {m_x[m_at + 1], m_y[m_at + 1]};
+    const geometry::Legs legs(from, to);
+    if (legs.distance() < m_fewSteps) {
+        if (m_laidCount > 0) DrawLaid();
+        return GoOn<false>(legs, to);
+    }
+    return GoOn<true>(geometry::Course(from, to), to);
+}
+
+// Goes on to the next vertex, unless the walk ends there.
+template <bool kLater, class Way>
+PatternWalk::Halt PatternWalk::GoOn(Way way, geometry::Pair to) {
+    Progress now = m_progress;
+    const auto layDash = [&](geometry::Pair end) {
+        if constexpr (kLater) {
+            Laid& laid = NextLaid();
+            laid.act = Act::kDash;
+            laid.from = now.from;
+            laid.segment = m_at;
+            laid.at = way.at();
+            laid.end = end;
+        } else {
+            DrawDash(now.from, m_at, way.at(), end);
+        }
+    };
+    const auto layMark = [&](Act act) {
+        const Standing standing = {way.at(), to, way.HasDirection(), way.direction()};
+        if constexpr (kLater) {
+            Laid& laid = NextLaid();
+            laid.act = act;
+            laid.token = now.token;
+            laid.standing = standing;
+        } else {
+            DrawMark(act, now.token, standing);
+        }
+    };
+    const auto advance = [&] {
+        if (++now.token == m_tokens) now.token = 0;
+        now.rest = Length(now.token);
+    };
+    Halt halt = Halt::kNone;
+    int next = m_at;
+    for (double stepsLeft = MostSteps(way.distance());; --stepsLeft) {
+        if (m_at == 0 && now.marks == kMarksInARow) {
+            halt = Halt::kBadSymbol;
+            break;
         }
         if (!(stepsLeft >= 1.0)) {
-            result = TellStuck();
-            return false;
+            halt = Halt::kStuck;
+            break;
         }
-        const Act act = m_acts[m_token];
+        const Act act = m_acts[now.token];
         if (act >= Act::kSymbol) {
-            if (act == Act::kSymbol) Place(at, leg, flip, m_values[m_token]);
-            if (act == Act::kDot) TqDC->pixel(at.x, at.y, 0, 1);
-            Advance();
-            ++m_marks;
-            m_from = m_at;
+            if (act != Act::kNothing) layMark(act);
+            advance();
+            ++now.marks;
+            now.from = m_at;
             continue;
         }
-        m_marks = 0;
-        if (leg.distance() < m_rest) {  // the token goes on past the vertex
-            if (act == Act::kDash && m_at == m_n - 2) DrawRun(to.x, to.y);
-            m_rest -= leg.distance();
-            ++m_at;
-            return true;
+        now.marks = 0;
+        const double distance = way.distance();
+        if (distance < now.rest) {  // the token goes on past the vertex
+            if (act == Act::kDash && m_at == m_n - 2) layDash(to);
+            now.rest -= distance;
+            ++next;
+            break;
         }
-        const geometry::Place end = geometry::Step(leg, at.x, at.y, m_rest);
-        if (act == Act::kDash) DrawRun(end.x, end.y);
-        Advance();
+        const double step = now.rest;
+        const geometry::Pair end = way.Ahead(step);
+        if (act == Act::kDash) layDash(end);
+        advance();
         // Required: the new token's length against the old distance; where they are equal the walk goes on from the
         // vertex with the whole new length.
-        if (m_rest == leg.distance()) {
-            m_from = ++m_at;
-            return true;
+        if (now.rest == distance) {
+            now.from = ++next;
+            break;
         }
-        at = {end.x, end.y};
-        m_x[m_at] = at.x;
-        m_y[m_at] = at.y;
-        m_from = m_at;
-        leg = geometry::Leg(to.x - at.x, to.y - at.y);
+        way.GoTo(end, step);
+        now.from = m_at;
     }
+    m_progress = now;
+    m_x[m_at] = way.at()[0];
+    m_y[m_at] = way.at()[1];
+    m_at = next;
+    return halt;
+}
+
+void PatternWalk::DrawLaid() {
+    for (int i = 0; i < m_laidCount; ++i) {
+        const Laid& laid = m_laid[i];
+        if (laid.act == Act::kDash)
+            DrawDash(laid.from, laid.segment, laid.at, laid.end);
+        else
+            DrawMark(laid.act, laid.token, laid.standing);
+    }
+    m_laidCount = 0;
+}
+
+void PatternWalk::DrawMark(Act act, int token, const Standing& standing) {
+    if (act == Act::kSymbol)
+        Place(standing, m_values[token]);
+    else
+        DrawDot(standing.at);
+}
+
+void PatternWalk::DrawDot(geometry::Pair at) {
+    m_row.Flush();
+    if (CTqDraw* context = draw::WorkingContext()) context->pixel(at[0], at[1], 0, 1);
 }
 
 // A symbol turned with its leg.
-void PatternWalk::Place(const Point& at, const geometry::Leg& leg, int flip, double code) {
+void PatternWalk::Place(const Standing& standing, double code) {
+    if (m_flip != 1)
+        m_symbol.Place(standing, ToInt(code));
+    else
+        PlaceTurned(standing.at, standing.leg(), code);
+}
+
+void PatternWalk::PlaceTurned(geometry::Pair at, const geometry::Leg& leg, double code) {
+    m_row.Flush();
     geometry::Turn turn(leg);
-    if (flip != 1) {
-        PlaceSymbol(at.x, at.y, turn, ToInt(code));
-        return;
-    }
-    geometry::Turn back(Turned(turn.Angle(), flip));
-    PlaceSymbol(at.x, at.y, back, ToInt(code));
+    geometry::Turn back(Turned(turn.Angle(), m_flip));
+    PlaceSymbol(at[0], at[1], m_flip == 1 ? back : turn, ToInt(code));
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
 // The laying of line-class symbols, for the interpreter and its tests.
 #pragma once
 
+#include "draw/strokes.h"
+#include "geometry/pair.h"
+
 namespace zm::symbol {
 
 /// Lays a pattern along a polyline, or hands over to LayVertexSymbols.
@@ -20,10 +23,30 @@ int LayLineSymbol(const double* values, const char* letters, int tokenCount, dou
 int LayVertexSymbols(const double* values, const char* letters, const double* x, const double* y, int n, int flip,
                      double g, int code);
 
-/// One pen-down stretch: vertices from to to, then the end point, and its companion lines.
-///
-/// \param width  of the companion, survey metres
-/// \param side   0 to the right, 1 both at half the width, 2 to the left, any other none
-void DrawPenRun(const double* x, const double* y, double endX, double endY, double width, int side, int from, int to);
+/// One pen-down stretch of a line: from its point from along the segments between to the segment to, on it from start
+/// to end, with its companion lines.
+struct PenRun {
+    const double* x;
+    const double* y;
+    int from, to;
+    geometry::Pair start, end;  // if from is to, the whole stretch
+    double width;               // of the companion, survey metres
+    int side;                   // 0 to the right, 1 both at half the width, 2 to the left, any other none
+
+    geometry::Pair Vertex(int i) const { return i < to ? geometry::Pair{x[i], y[i]} : i == to ? start : end; }
+};
+
+void DrawCompanions(const PenRun& run, draw::StrokeRow& row);
+
+/// \param row  takes the strokes
+inline void DrawPenRun(const PenRun& run, draw::StrokeRow& row) {
+    geometry::Pair at = run.Vertex(run.from);
+    for (int i = run.from; i <= run.to; ++i) {
+        const geometry::Pair next = run.Vertex(i + 1);
+        row.Line(at, next);
+        at = next;
+    }
+    if (run.side >= 0 && run.side <= 2) DrawCompanions(run, row);
+}
 
 }  // namespace zm::symbol

@@ -1,4 +1,4 @@
-// Pen-down stretches of dash patterns, with their companion lines.
+// The companion lines of pen-down stretches.
 #include <cmath>
 
 #include "symbol/line_class.h"
@@ -14,6 +14,8 @@ constexpr double kLeastPixels = 1.0;  // on a device a narrower companion is not
 // One companion line: offset segments come in order, strokes go out with mitred corners.
 class Companion {
  public:
+    explicit Companion(draw::StrokeRow& row) : m_row(row) {}
+
     void Add(const Point& a, const Point& b, bool last) {
         if (m_begun) {
             Point corner = m_previousEnd;
@@ -22,7 +24,7 @@ class Companion {
             if (Cross_P(meeting.x, meeting.y, m_previousStart.x, m_previousStart.y, m_previousEnd.x, m_previousEnd.y,
                         a.x, a.y, b.x, b.y) >= 0)
                 corner = meeting;
-            Line(m_start, corner);
+            Stroke(m_start, corner);
             m_start = corner;
         } else {
             m_start = a;
@@ -30,10 +32,13 @@ class Companion {
         }
         m_previousStart = a;
         m_previousEnd = b;
-        if (last) Line(m_start, b);
+        if (last) Stroke(m_start, b);
     }
 
  private:
+    void Stroke(const Point& a, const Point& b) { m_row.Line(geometry::Pair{a.x, a.y}, geometry::Pair{b.x, b.y}); }
+
+    draw::StrokeRow& m_row;
     bool m_begun = false;
     Point m_start;  // of the stroke not drawn yet
     Point m_previousStart;
@@ -42,24 +47,24 @@ class Companion {
 
 }  // namespace
 
-void DrawPenRun(const double* x, const double* y, double endX, double endY, double width, int side, int from, int to) {
-    const auto end = [&](int i) { return i < to ? Point{x[i + 1], y[i + 1]} : Point{endX, endY}; };
-    for (int i = from; i <= to; ++i) Line({x[i], y[i]}, end(i));
-    if (side < 0 || side > 2 || width < kLeastWidth) return;
-    const double h = side == 1 ? width / 2.0 : width;
-    if (!OnDwg() && TqDC->GetPixelsByRealen(h) < kLeastPixels) return;
-    Companion right;
-    Companion left;
-    for (int i = from; i <= to; ++i) {
-        const Point a = {x[i], y[i]};
-        const Point b = end(i);
+void DrawCompanions(const PenRun& run, draw::StrokeRow& row) {
+    if (run.width < kLeastWidth) return;
+    const double h = run.side == 1 ? run.width / 2.0 : run.width;
+    const CTqDraw* context = draw::WorkingContext();
+    if (context == nullptr || (context->GetTqDCType() != kDwg && context->GetPixelsByRealen(h) < kLeastPixels)) return;
+    const auto vertex = [&](int i) { return Point{run.Vertex(i)[0], run.Vertex(i)[1]}; };
+    Companion right(row);
+    Companion left(row);
+    for (int i = run.from; i <= run.to; ++i) {
+        const Point a = vertex(i);
+        const Point b = vertex(i + 1);
         const double length = Distance(a, b);
         // Required: a segment this short is passed over, also the last, whose closing stroke is then not drawn.
         if (length < kLeastSegment) continue;
         const double dx = (b.x - a.x) / length * h;
         const double dy = (b.y - a.y) / length * h;
-        if (side != 2) right.Add({a.x + dy, a.y - dx}, {b.x + dy, b.y - dx}, i == to);
-        if (side != 0) left.Add({a.x - dy, a.y + dx}, {b.x - dy, b.y + dx}, i == to);
+        if (run.side != 2) right.Add({a.x + dy, a.y - dx}, {b.x + dy, b.y - dx}, i == run.to);
+        if (run.side != 0) left.Add({a.x - dy, a.y + dx}, {b.x - dy, b.y + dx}, i == run.to);
     }
 }
 

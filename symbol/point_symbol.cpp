@@ -18,7 +18,6 @@ namespace zm::symbol {
 namespace {
 
 constexpr double kNoRotation = 1e-6;   // radians
-constexpr double kDotPixels = 1.5;     // a symbol smaller than this is a dot
 constexpr int kPolylinePoints = 4000;  // of one arc polyline
 constexpr int kStrokesInARow = 32;     // put on the device at a time
 constexpr double kDegreesPerRadian = 180.0 / kPi;

@@ -17,12 +17,14 @@ using namespace zm::bench;
 
 constexpr int kSize = 1000;
 
-// Where the lower left corner of the view lies: at the origin, as in a local system, or where a projection has it.
+// Where the lower left corner of the view lies: about the origin and farther out in a local system, or where a
+// projection has it.
 struct Corner {
     double x, y;
 };
 Corner CornerOf(const benchmark::State& run) {
-    return run.range(0) != 0 ? Corner{kEasting, kNorthing} : Corner{0.0, 0.0};
+    const auto easting = static_cast<double>(run.range(0));
+    return {easting, easting == kEasting ? kNorthing : easting};
 }
 
 // Bresenham on 32-bit pixels; the last pixel of a stroke is left out.
@@ -47,6 +49,10 @@ class ImageDevice : public NullDevice {
             }
         }
         return 1;
+    }
+    void Lines(const zm::Stroke& stroke, const POINT* ends, int count) override {
+        for (const POINT* last = ends + 2 * static_cast<std::ptrdiff_t>(count); ends != last; ends += 2)
+            ImageDevice::Line(stroke, ends[0].x, ends[0].y, ends[1].x, ends[1].y);
     }
     std::uint32_t first() const { return m_pixels[0]; }
 
@@ -81,7 +87,7 @@ void BM_ImageSymbols(benchmark::State& run) {
     run.SetItemsProcessed(run.iterations() * 10);  // strokes
     benchmark::DoNotOptimize(device.first());
 }
-BENCHMARK(BM_ImageSymbols)->ArgName("projected")->Arg(1)->Arg(0);
+BENCHMARK(BM_ImageSymbols)->ArgName("easting")->Arg(0)->Arg(1000)->Arg(static_cast<int>(kEasting));
 
 void BM_ImagePatternLines(benchmark::State& run) {
     ImageDevice device;
@@ -98,13 +104,15 @@ void BM_ImagePatternLines(benchmark::State& run) {
     run.SetItemsProcessed(run.iterations());  // lines
     benchmark::DoNotOptimize(device.first());
 }
-BENCHMARK(BM_ImagePatternLines)->ArgName("projected")->Arg(1)->Arg(0);
+BENCHMARK(BM_ImagePatternLines)->ArgName("easting")->Arg(0)->Arg(1000)->Arg(static_cast<int>(kEasting));
 
-// The strokes of the same line, transformed and handed to the device in a plain loop.
+// The strokes of the same line, transformed and handed to the device in a plain loop: one by one or in a run.
 void BM_ImagePatternLimit(benchmark::State& run) {
+    const bool inRuns = run.range(0) != 0;
     ImageDevice image;
     zm::Device& device = image;
     const zm::Stroke pen;
+    POINT ends[80];
     constexpr double kMarker[] = {-0.2, 0, 0.2, 0, 0, -0.2, 0, 0.2, -0.2, -0.2, 0.2, 0.2};
     const auto px = [](double v) { return static_cast<int>(v * 10.0); };
     const auto py = [](double v) { return static_cast<int>(20000.0 - v * 10.0); };
@@ -112,21 +120,31 @@ void BM_ImagePatternLimit(benchmark::State& run) {
     for (auto _ : run) {
         const Ends at = LineAt(i);
         const double c = (at.x2 - at.x1) / 10.0, s = (at.y2 - at.y1) / 10.0;
+        POINT* next = ends;
+        const auto stroke = [&](int x1, int y1, int x2, int y2) {
+            if (!inRuns) {
+                device.Line(pen, x1, y1, x2, y2);
+                return;
+            }
+            *next++ = {x1, y1};
+            *next++ = {x2, y2};
+        };
         for (int k = 0; k < 10; ++k) {
             const double x = at.x1 + k * c, y = at.y1 + k * s, mx = x + 0.8 * c, my = y + 0.8 * s;
-            device.Line(pen, px(x), py(y), px(x + 0.6 * c), py(y + 0.6 * s));
+            stroke(px(x), py(y), px(x + 0.6 * c), py(y + 0.6 * s));
             for (int m = 0; m < 12; m += 4) {
                 const double* v = kMarker + m;
-                device.Line(pen, px(mx + v[0] * c - v[1] * s), py(my + v[1] * c + v[0] * s),
-                            px(mx + v[2] * c - v[3] * s), py(my + v[3] * c + v[2] * s));
+                stroke(px(mx + v[0] * c - v[1] * s), py(my + v[1] * c + v[0] * s), px(mx + v[2] * c - v[3] * s),
+                       py(my + v[3] * c + v[2] * s));
             }
         }
+        if (inRuns) device.Lines(pen, ends, 40);
         i = i == 100000 ? 0 : i + 1;
     }
     run.SetItemsProcessed(run.iterations());
     benchmark::DoNotOptimize(image.first());
 }
-BENCHMARK(BM_ImagePatternLimit);
+BENCHMARK(BM_ImagePatternLimit)->ArgName("runs")->Arg(0)->Arg(1);
 
 #ifdef ZM_HAVE_QT
 void BM_QPainterSymbols(benchmark::State& run) {

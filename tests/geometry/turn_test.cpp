@@ -14,6 +14,7 @@
 
 namespace {
 
+using zm::geometry::Pair;
 using zm::geometry::Place;
 using zm::geometry::Turn;
 using zm::geometry::TurnedFigure;
@@ -40,9 +41,9 @@ void ExpectTheBitsOfTheBearing(const Ends& leg, double step, double u, double v)
 
     const zm::geometry::Leg ahead(leg.toX - leg.x, leg.toY - leg.y);
     ASSERT_EQ(Bits(ahead.distance()), Bits(distance));
-    const Place stepped = Step(ahead, leg.x, leg.y, step);
-    ASSERT_EQ(Bits(stepped.x), Bits(x)) << leg.x << ' ' << leg.y << ' ' << leg.toX << ' ' << leg.toY << ' ' << step;
-    ASSERT_EQ(Bits(stepped.y), Bits(y)) << leg.x << ' ' << leg.y << ' ' << leg.toX << ' ' << leg.toY << ' ' << step;
+    const Pair stepped = Step(ahead, Pair{leg.x, leg.y}, step);
+    ASSERT_EQ(Bits(stepped[0]), Bits(x)) << leg.x << ' ' << leg.y << ' ' << leg.toX << ' ' << leg.toY << ' ' << step;
+    ASSERT_EQ(Bits(stepped[1]), Bits(y)) << leg.x << ' ' << leg.y << ' ' << leg.toX << ' ' << leg.toY << ' ' << step;
 
     const double c = std::cos(bearing);
     const double s = std::sin(bearing);

@@ -7,12 +7,14 @@
 
 #include "symbol/library.h"
 #include "tests/support/random.h"
+#include "tests/symbol/pattern_steps.h"
 #include "tests/symbol/symbol_test.h"
-#include "zenromath/geometry.h"
 
 namespace {
 
+using zm::test::LayStepByStep;
 using zm::test::Random;
+using zm::test::Token;
 
 /// Keeps what reaches the writer as it is.
 class NumberTrace : public zm::dwg::Trace {
@@ -50,57 +52,6 @@ class PatternBits : public zm::test::DrawingTest {
     NumberTrace m_numbers;
 };
 
-struct Token {
-    char letter;
-    double value;
-};
-
-// The pass along the line as it is told, a distance and a bearing for each token. The pattern holds a gap and no
-// companions.
-void LayStepByStep(const std::vector<Token>& tokens, std::vector<double> x, std::vector<double> y, double g) {
-    const int n = static_cast<int>(x.size());
-    std::size_t p = 0;
-    int from = 0, i = 0;
-    double rest = g * tokens[0].value / 1000.0;
-    const auto advance = [&] {
-        p = (p + 1) % tokens.size();
-        rest = g * tokens[p].value / 1000.0;
-    };
-    const auto stroke = [&](double endX, double endY) {
-        for (int v = from; v <= i; ++v) {
-            const auto k = static_cast<std::size_t>(v);
-            TqDC->line(x[k], y[k], v < i ? x[k + 1] : endX, v < i ? y[k + 1] : endY);
-        }
-    };
-    while (i < n - 1) {
-        const auto at = static_cast<std::size_t>(i);
-        double d = 0.0, a = 0.0;
-        XYSA(x[at], y[at], &x[at + 1], &y[at + 1], &d, &a, 0);
-        const char letter = tokens[p].letter;
-        if (letter != '+' && letter != '-') {
-            if (letter == 'G') insert(x[at], y[at], a, static_cast<int>(tokens[p].value));
-            advance();
-            from = i;
-        } else if (d < rest) {
-            if (letter == '+' && i == n - 2) stroke(x[at + 1], y[at + 1]);
-            rest -= d;
-            ++i;
-        } else {
-            double endX = 0.0, endY = 0.0;
-            XYSA(x[at], y[at], &endX, &endY, &rest, &a, 1);
-            if (letter == '+') stroke(endX, endY);
-            advance();
-            if (rest == d) {
-                ++i;
-            } else {
-                x[at] = endX;
-                y[at] = endY;
-            }
-            from = i;
-        }
-    }
-}
-
 struct Area {
     const char* name;
     double x, y;  // about here
@@ -131,12 +82,14 @@ TEST_P(PatternsInAnArea, HaveTheBitsOfEachStep) {
             y.push_back(y.back() + (GetParam().square ? level ? 0 : random.Int(-9, 9) : dy));
         }
         m_numbers.calls.clear();
-        LayStepByStep(tokens, x, y, 1000.0);
+        const auto [toldX, toldY] = LayStepByStep(tokens, x, y, 1000.0);
         const auto told = m_numbers.calls;
         m_numbers.calls.clear();
         getsymbody(80);
         NewLC(x.data(), y.data(), static_cast<int>(x.size()), 80);
         ASSERT_EQ(m_numbers.calls, told) << "round " << round;
+        ASSERT_EQ(x, toldX);
+        ASSERT_EQ(y, toldY);
     }
 }
 INSTANTIATE_TEST_SUITE_P(Areas, PatternsInAnArea,

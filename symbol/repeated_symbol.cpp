@@ -1,0 +1,114 @@
+#include "symbol/repeated_symbol.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstring>
+
+#include "symbol/library.h"
+#include "symbol/paper.h"
+#include "symbol/point_symbol.h"
+#include "symbol/state.h"
+
+namespace zm::symbol {
+namespace {
+
+using geometry::Pair;
+
+typedef std::uint32_t WholePair __attribute__((vector_size(8)));
+static_assert(sizeof(WholePair) == sizeof(POINT));
+
+constexpr double kDirectionSlack = 1e-7;  // of cosine and sine
+constexpr double kPixelRounding = 2e-9;   // pixels; of a few operations on values up to 60,000, and of the units
+
+constexpr double kUnits = 0x1p32;      // of a pixel
+constexpr double kFarthest = 0x1p18;   // pixels; farther out a symbol is placed alone
+constexpr double kToUnits = 0x1.8p20;  // a double with so much added has its last digit at one unit
+
+FixedPair Units(Pair pixels) {
+    const Pair shifted = pixels + kToUnits;
+    FixedPair bits;
+    std::memcpy(&bits, &shifted, sizeof(bits));
+    return bits - std::bit_cast<std::uint64_t>(kToUnits);
+}
+
+// The records of a symbol of plain segments, which becomes the current one; null, and no message, where it is none, or
+// nothing can be told of it.
+const SYMBODY* SegmentsOf(int code, int most, int& segments) {
+    const Library* library = state().library.get();
+    if (library == nullptr || code < 1 || code > kLastCode ||
+        library->heads[static_cast<std::size_t>(code)].status != SymbolStatusG || getsymbody(code) == 0)
+        return nullptr;
+    const SymbolHead& head = library->current;
+    const auto position = static_cast<std::size_t>(head.position);
+    segments = head.number;
+    if (head.status != SymbolStatusG || TheBody != library->body.data() + position || segments < 1 || segments > most ||
+        segments * kSegmentRecords > nBody || library->segmentsFrom[position] < segments)
+        return nullptr;
+    return TheBody;
+}
+
+}  // namespace
+
+bool RepeatedSymbol::Prepare(const Standing& standing, int code) {
+    m_prepared = false;
+    if (!standing.hasDirection || !m_row.IsOpen() || Get_G_Size(code) < TqDC->GetRealenByPixels(kDotPixels))
+        return false;
+    const SYMBODY* record = SegmentsOf(code, kMostSegments, m_segments);
+    if (record == nullptr) return false;
+    m_turn = m_row.turn();
+    m_code = code;
+    m_direction = standing.direction;
+
+    const Pair pixels = m_row.view().scale();
+    const Pair origin = m_row.view().origin();
+    const double perUnit = std::fabs(pixels[0]);
+    const Pair along = pixels * ScaleDenominator() * m_direction;
+    const Pair across = pixels * ScaleDenominator() * Pair{-m_direction[1], m_direction[0]};
+    Pair ends[2 * kMostSegments];
+    double farthest = 0.0;
+    for (int i = 0; i < m_segments; ++i, record += kSegmentRecords)
+        for (int end = 0; end < 2; ++end) {
+            const SYMBODY::Point& p = record[1 + end].point;
+            ends[2 * i + end] = double{p.x} * along + double{p.y} * across;
+            farthest = std::max(farthest, std::fabs(double{p.x}) + std::fabs(double{p.y}));
+        }
+    farthest *= std::fabs(ScaleDenominator()) * perUnit;
+    // A survey position is rounded to a double; what lies in the view is not much farther out than its corner.
+    const double slack = farthest * kDirectionSlack + kPixelRounding +
+                         perUnit * std::max(std::fabs(origin[0]), std::fabs(origin[1])) * 0x1p-52;
+    m_reach = farthest + slack;
+    if (!(m_reach < kFarthest)) return false;
+    m_slack = static_cast<std::uint64_t>(2.0 * slack * kUnits);
+    for (int i = 0; i < 2 * m_segments; ++i) m_ends[i] = Units(ends[i] - slack);
+    m_prepared = true;
+    return true;
+}
+
+// False, with nothing drawn, where some end is not in the view, or may be on either of two pixels.
+bool RepeatedSymbol::Put(Pair at) {
+    const Pair place = m_row.view().PixelsOf(at);
+    if (!m_row.view().Holds(place, m_reach)) return false;
+    POINT* out = m_row.next();
+    const FixedPair units = Units(place);
+    FixedPair doubt = {0, 0};
+    const FixedPair slack = {m_slack, m_slack};
+    const FixedPair* last = m_ends + 2 * static_cast<std::ptrdiff_t>(m_segments);
+    for (const FixedPair* end = m_ends; end != last; ++end, ++out) {
+        const FixedPair least = units + *end;
+        doubt |= least ^ (least + slack);
+        const WholePair pixel = __builtin_convertvector(least >> 32, WholePair);
+        std::memcpy(out, &pixel, sizeof(pixel));
+    }
+    if (((doubt[0] | doubt[1]) >> 32) != 0) return false;
+    m_row.Take(m_segments);
+    return true;
+}
+
+void RepeatedSymbol::PlaceAlone(const Standing& standing, int code) {
+    m_row.Flush();
+    geometry::Turn turn(standing.leg());
+    PlaceSymbol(standing.at[0], standing.at[1], turn, code);
+}
+
+}  // namespace zm::symbol

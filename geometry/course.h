@@ -51,10 +51,7 @@ class Course {
     /// To the goal, as XYSA gives it.
     double distance() const { return m_distance; }
     /// Whether the cosine and the sine of the bearing to the goal, as XYSA gives it, are direction() within 1e-7.
-    bool HasDirection() const {
-        return m_slack[0] < HUGE_VAL ||
-               (m_direction[1] == 0.0 && m_at[1] == m_goal[1] && m_distance > state().mini && m_distance < HUGE_VAL);
-    }
+    bool HasDirection() const { return m_slack[0] < HUGE_VAL; }
     Pair direction() const { return m_direction; }
 
     /// The point at a distance toward the goal, as Step gives it.
@@ -76,9 +73,8 @@ class Course {
         m_distance = std::sqrt(SumOfBoth(way * way)[0]);
         m_left -= distance;
         m_sideways = SumOfBoth(way * Across());
-        const double near = kNear * m_left;
-        if (!(std::fabs(m_sideways[0]) < near && std::fabs(m_left - m_distance) < near && m_distance > state().mini))
-            [[unlikely]]
+        if (!(std::fabs(m_sideways[0]) <= m_mostSideways * m_left && std::fabs(m_left - m_distance) < kNear * m_left &&
+              m_distance > state().mini)) [[unlikely]]
             Aim();
     }
 
@@ -93,7 +89,17 @@ class Course {
         m_left = m_distance;
         m_direction = leg.Along(1.0);
         m_sideways = Pair{};
-        m_slack = leg.IsPlain() && !leg.IsFlat() ? SlackOf(m_direction) : Pair{HUGE_VAL, HUGE_VAL};
+        m_mostSideways = kNear;
+        if (!leg.IsPlain()) {
+            m_slack = Pair{HUGE_VAL, HUGE_VAL};
+        } else if (leg.dy() == 0.0) {
+            // The bearing is 0 or pi to the last bit, as long as nothing moves it off the line.
+            m_direction = Pair{std::copysign(1.0, leg.dx()), 0.0};
+            m_slack = Pair{0.0, leg.dx() < 0.0 ? kSineOfPi : 0.0};
+            m_mostSideways = 0.0;
+        } else {
+            m_slack = leg.IsFlat() ? Pair{HUGE_VAL, HUGE_VAL} : SlackOf(m_direction);
+        }
     }
     static Pair SlackOf(Pair direction) {
         const double c = std::fabs(direction[0]);
@@ -105,10 +111,11 @@ class Course {
     Pair m_at;
     Pair m_goal;
     double m_distance = 0.0;
-    Pair m_direction{};   // of the leg that was aimed by: cosine and sine
-    Pair m_sideways{};    // of the goal from there to the left, twice
-    Pair m_slack{};       // of the direction; infinite where nothing is known
-    double m_left = 0.0;  // distance to the goal but for some roundings: what was gone is taken off
+    Pair m_direction{};           // of the leg that was aimed by: cosine and sine
+    Pair m_sideways{};            // of the goal from there to the left, twice
+    Pair m_slack{};               // of the direction; infinite where nothing is known
+    double m_mostSideways = 0.0;  // of the distance left; farther off it is aimed anew
+    double m_left = 0.0;          // distance to the goal but for some roundings: what was gone is taken off
 };
 
 }  // namespace zm::geometry

@@ -17,8 +17,8 @@ void Turn::BeExact() {
     m_exact = true;
     if (angle == 0.0)
         m_direction = Pair{1.0, 0.0};
-    else if (angle == kPi)  // the sine is that of the double below pi
-        m_direction = Pair{-1.0, 1.2246467991473532e-16};
+    else if (angle == kPi)
+        m_direction = Pair{-1.0, kSineOfPi};
     else
         m_direction = Pair{std::cos(angle), std::sin(angle)};
 }

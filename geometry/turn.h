@@ -22,6 +22,8 @@ inline Pair CertainSum(Pair place, Pair offset, Slack slack, PairMask& sure) {
     return least;
 }
 
+constexpr double kSineOfPi = 1.2246467991473532e-16;  // of the double below pi
+
 /// A leg of a line: its length as XYSA gives it, and what XYSA's bearing of it has for cosine and sine to a few 1e-15,
 /// by one division.
 class Leg {
@@ -163,9 +165,15 @@ inline double BearingSlack(double quotient, double dy) {
     return 4.7 - 3.14 * quotient + (3.1 - std::copysign(3.1, dy));
 }
 
+/// Cosine and sine of 0 and of the double below pi, the bearings of level legs.
+inline Pair LevelDirection(double dx) {
+    return dx < 0.0 ? Pair{-1.0, kSineOfPi} : Pair{1.0, 0.0};
+}
+
 /// The point at a distance from another along a leg, as XYSA gives it.
 inline Pair Step(const Leg& leg, Pair at, double distance) {
     if (leg.IsPlain()) {
+        if (leg.dy() == 0.0) return at + distance * LevelDirection(leg.dx());
         // The arc cosine's own argument, and the sine that belongs to it.
         const double c = leg.dx() / leg.distance();
         const double s = std::sqrt((1.0 - c) * (1.0 + c));

@@ -17,7 +17,6 @@
 namespace zm::symbol {
 namespace {
 
-constexpr double kNoRotation = 1e-6;   // radians
 constexpr int kPolylinePoints = 4000;  // of one arc polyline
 constexpr int kStrokesInARow = 32;     // put on the device at a time
 constexpr double kDegreesPerRadian = 180.0 / kPi;
@@ -26,13 +25,7 @@ constexpr double kDegreesPerRadian = 180.0 / kPi;
 class Placement {
  public:
     Placement(double x, double y, geometry::Turn& turn, const Body& body, int code)
-        : m_x(x),
-          m_y(y),
-          m_scale(ScaleDenominator()),
-          m_turned(!turn.IsBelow(kNoRotation)),
-          m_figure(turn, x, y, m_scale),
-          m_body(body),
-          m_code(code) {}
+        : m_figure(x, y, turn), m_body(body), m_code(code) {}
 
     void Draw(int record) const {
         switch (ToInt(m_body.records[record].op.op)) {
@@ -59,7 +52,8 @@ class Placement {
     /// Plain segments from a record on, at most kStrokesInARow.
     void DrawPlainSegments(int record, int count) const {
         double ends[4 * kStrokesInARow];
-        if (!m_turned || !m_figure.IsNear() || !PutTurned(record, count, ends)) PutEach(record, count, ends);
+        const geometry::TurnedFigure* figure = m_figure.Near();
+        if (figure == nullptr || !PutTurned(*figure, record, count, ends)) PutEach(record, count, ends);
         draw::DrawStrokes(ends, count);
     }
 
@@ -70,12 +64,12 @@ class Placement {
     bool IsMarker(int index) const { return std::fabs(m_body.records[index].point.x - double{kArcMarker}) < 1e-5; }
 
     // False if some point needs the exact turn.
-    bool PutTurned(int record, int count, double* ends) const {
+    bool PutTurned(const geometry::TurnedFigure& figure, int record, int count, double* ends) const {
         geometry::PairMask sure = geometry::kBoth;
         const SYMBODY* points = m_body.records + record + 1;
         for (int i = 0; i < count; ++i, points += kSegmentRecords, ends += 4) {
-            const geometry::Pair a = m_figure.Near(points[0].point.x, points[0].point.y, sure);
-            const geometry::Pair b = m_figure.Near(points[1].point.x, points[1].point.y, sure);
+            const geometry::Pair a = figure.Near(points[0].point.x, points[0].point.y, sure);
+            const geometry::Pair b = figure.Near(points[1].point.x, points[1].point.y, sure);
             ends[0] = a[0];
             ends[1] = a[1];
             ends[2] = b[0];
@@ -93,13 +87,7 @@ class Placement {
             }
     }
 
-    Point SymbolPoint(int index) const {
-        const double px = m_body.records[index].point.x;
-        const double py = m_body.records[index].point.y;
-        if (!m_turned) return {m_x + px * m_scale, m_y + py * m_scale};
-        const geometry::Place place = m_figure.Of(px, py);
-        return {place.x, place.y};
-    }
+    Point SymbolPoint(int index) const { return m_figure.At(m_body.records[index].point); }
 
     // Required: with one stored point the terminator is taken as the second, a stroke to (-100, -100) on the paper.
     void DrawSymbolSegment(int index) const {
@@ -112,7 +100,7 @@ class Placement {
     void DrawSymbolCircle(int index, float radius) const {
         if (!Has(index, 1)) return;
         const Point centre = SymbolPoint(index);
-        TqDC->drawarc(centre.x, centre.y, radius * m_scale, 0.0, 0.0);
+        TqDC->drawarc(centre.x, centre.y, radius * m_figure.scale(), 0.0, 0.0);
     }
 
     void DrawSymbolArc(int index) const {
@@ -129,11 +117,7 @@ class Placement {
         TqDC->pixel(at.x, at.y, 0, 1);
     }
 
-    double m_x;
-    double m_y;
-    double m_scale;
-    bool m_turned;
-    mutable geometry::TurnedFigure m_figure;
+    mutable SymbolFigure m_figure;
     const Body& m_body;
     int m_code;
 };

@@ -85,9 +85,9 @@ bool RepeatedSymbol::Prepare(const Standing& standing, int code) {
     return true;
 }
 
-// False, with nothing drawn, where some end is not in the view, or may be on either of two pixels.
-bool RepeatedSymbol::Put(Pair at) {
-    const Pair place = m_row.view().PixelsOf(at);
+// False, with nothing drawn, where some end may not be in the view.
+bool RepeatedSymbol::Put(const Standing& standing) {
+    const Pair place = m_row.view().PixelsOf(standing.at);
     if (!m_row.view().Holds(place, m_reach)) return false;
     POINT* out = m_row.next();
     const FixedPair units = Units(place);
@@ -100,9 +100,23 @@ bool RepeatedSymbol::Put(Pair at) {
         const WholePair pixel = __builtin_convertvector(least >> 32, WholePair);
         std::memcpy(out, &pixel, sizeof(pixel));
     }
-    if (((doubt[0] | doubt[1]) >> 32) != 0) return false;
-    m_row.Take(m_segments);
+    if (((doubt[0] | doubt[1]) >> 32) != 0)
+        PutExactly(standing);
+    else
+        m_row.Take(m_segments);
     return true;
+}
+
+// Some end may be on either of two pixels. All are in the view, so that nothing is drawn meanwhile.
+void RepeatedSymbol::PutExactly(const Standing& standing) {
+    geometry::Turn turn(standing.leg());
+    SymbolFigure figure(standing.at[0], standing.at[1], turn);
+    const SYMBODY* record = TheBody;
+    for (int i = 0; i < m_segments; ++i, record += kSegmentRecords) {
+        const Point from = figure.At(record[1].point);
+        const Point to = figure.At(record[2].point);
+        m_row.Line(Pair{from.x, from.y}, Pair{to.x, to.y});
+    }
 }
 
 void RepeatedSymbol::PlaceAlone(const Standing& standing, int code) {

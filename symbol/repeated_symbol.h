@@ -24,7 +24,7 @@ struct Standing {
 /// segments in the view of a device is turned and scaled to pixels once and then only moved.
 ///
 /// The pixels are those of the long way. All that a stroke's end may be off by is known; where that leaves a choice
-/// between two pixels, the symbol is placed by PlaceSymbol.
+/// between two pixels, the ends are computed as PlaceSymbol does.
 class RepeatedSymbol {
  public:
     /// \param row  takes the strokes
@@ -32,7 +32,7 @@ class RepeatedSymbol {
 
     void Place(const Standing& standing, int code) {
         m_row.MakeRoom(kMostSegments);
-        if (!(IsReady(standing, code) || Prepare(standing, code)) || !Put(standing.at)) PlaceAlone(standing, code);
+        if (!(IsReady(standing, code) || Prepare(standing, code)) || !Put(standing)) PlaceAlone(standing, code);
     }
 
  private:
@@ -43,7 +43,8 @@ class RepeatedSymbol {
                geometry::Both(m_direction == standing.direction);
     }
     bool Prepare(const Standing& standing, int code);
-    bool Put(geometry::Pair at);
+    bool Put(const Standing& standing);
+    void PutExactly(const Standing& standing);
     void PlaceAlone(const Standing& standing, int code);
 
     draw::StrokeRow& m_row;

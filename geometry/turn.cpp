@@ -16,9 +16,9 @@ void Turn::BeExact() {
     const double angle = Angle();
     m_exact = true;
     if (angle == 0.0)
-        m_direction = Pair{1.0, 0.0};
+        m_direction = LevelDirection(1.0);
     else if (angle == kPi)
-        m_direction = Pair{-1.0, kSineOfPi};
+        m_direction = LevelDirection(-1.0);
     else
         m_direction = Pair{std::cos(angle), std::sin(angle)};
 }

@@ -3,13 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <cmath>
-#include <cstdint>
 #include <limits>
 #include <numbers>
 #include <vector>
 
+#include "tests/geometry/bits.h"
 #include "tests/geometry/with_mini.h"
 #include "tests/support/random.h"
 #include "zenromath/geometry.h"
@@ -19,12 +18,9 @@ namespace {
 using zm::geometry::Course;
 using zm::geometry::Legs;
 using zm::geometry::Pair;
+using zm::test::Bits;
 using zm::test::Random;
 using zm::test::ScopedTolerance;
-
-std::uint64_t Bits(double v) {
-    return std::isnan(v) ? 0 : std::bit_cast<std::uint64_t>(v + 0.0);
-}
 
 struct Line {
     double x, y, toX, toY;

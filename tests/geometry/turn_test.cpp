@@ -3,11 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <cmath>
-#include <cstdint>
 #include <limits>
 
+#include "tests/geometry/bits.h"
 #include "tests/geometry/with_mini.h"
 #include "tests/support/random.h"
 #include "zenromath/geometry.h"
@@ -18,15 +17,12 @@ using zm::geometry::Pair;
 using zm::geometry::Place;
 using zm::geometry::Turn;
 using zm::geometry::TurnedFigure;
+using zm::test::Bits;
 using zm::test::Random;
 using zm::test::ScopedTolerance;
 
 constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-
-std::uint64_t Bits(double v) {
-    return std::isnan(v) ? 0 : std::bit_cast<std::uint64_t>(v + 0.0);
-}
 
 struct Ends {
     double x, y, toX, toY;

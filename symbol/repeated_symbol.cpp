@@ -70,8 +70,10 @@ bool RepeatedSymbol::Prepare(const Standing& standing, int code) {
     for (int i = 0; i < m_segments; ++i, record += kSegmentRecords)
         for (int end = 0; end < 2; ++end) {
             const SYMBODY::Point& p = record[1 + end].point;
+            const double extent = std::fabs(double{p.x}) + std::fabs(double{p.y});
+            if (!(extent < HUGE_VAL)) return false;
+            farthest = std::max(farthest, extent);
             ends[2 * i + end] = double{p.x} * along + double{p.y} * across;
-            farthest = std::max(farthest, std::fabs(double{p.x}) + std::fabs(double{p.y}));
         }
     farthest *= std::fabs(ScaleDenominator()) * perUnit;
     // A survey position is rounded to a double; what lies in the view is not much farther out than its corner.

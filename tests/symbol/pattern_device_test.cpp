@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 #include <functional>
+#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
@@ -166,6 +167,25 @@ INSTANTIATE_TEST_SUITE_P(Views, PatternsOnADevice,
                                          View{"clipped", 512340.0, 3391230.0, 10.0, false, 0, false, true},
                                          View{"rotated", 512340.0, 3391230.0, 10.0, false, 0, false, false, true}),
                          [](const auto& info) { return std::string(info.param.name); });
+
+// A caller may put anything into the records.
+TEST_F(RepeatedSymbols, WithAnEndThatIsNoNumberDrawTheirOtherStrokes) {
+    const std::vector<Token> tokens = {{'-', 0.7}, {'G', 42}};
+    Load(std::string(kSymbols) + "*80 LC\n-0.7 G42\n*$\n");
+    Begin(0).SetViewDrawDC(&m_pixels, 20.0, 0.0, 0.0, 800, 600, 0);
+    getsymbody(42);
+    for (const float bad : {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity()}) {
+        TheBody[2].point.x = bad;
+        std::vector<double> x = {10.013, 20.0}, y = {10.007, 17.0};
+        m_pixels.Taken();
+        LayStepByStep(tokens, x, y, 1000.0);
+        const auto told = m_pixels.Taken();
+        EXPECT_EQ(told.size(), 2u * 17u);
+        getsymbody(80);
+        NewLC(x.data(), y.data(), 2, 80);
+        EXPECT_EQ(m_pixels.Taken(), told);
+    }
+}
 
 // Within the tolerance of its end a leg has the bearing 0.
 TEST_F(RepeatedSymbols, WithinTheToleranceOfAVertexAreNotTurned) {

@@ -84,9 +84,11 @@ int WriteRuns(CTqDraw& dc, int n, double* xy) {
 }  // namespace
 
 int zm::draw::DrawLineAnywhere(CTqDraw& dc, double x1, double y1, double x2, double y2) {
-    dc.GetRMCoord(x1, y1);
-    dc.GetRMCoord(x2, y2);
-    if (dc.cutline(x1, y1, x2, y2) == 0) return 0;
+    if (Access::IsRotated(dc)) {
+        dc.GetRMCoord(x1, y1);
+        dc.GetRMCoord(x2, y2);
+    }
+    if (!Access::IsUnclipped(dc) && dc.cutline(x1, y1, x2, y2) == 0) return 0;
     switch (SinkOf(Access::Type(dc))) {
         case Sink::dwg:
             return sink::dwg::Line(x1, y1, x2, y2);

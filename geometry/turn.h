@@ -43,9 +43,7 @@ class Leg {
     bool IsFlat() const { return !(std::fabs(m_dy) > kFlattest * m_distance); }
     /// How far the direction may be off; infinite where nothing is known.
     double Slack() const {
-        const double up = std::fabs(m_dy);
-        if (!IsPlain() || IsFlat()) return HUGE_VAL;
-        return up > kSteep * m_distance ? kSteepSlack : kSlack + kSineSlack * (m_distance / up);
+        return IsPlain() && !IsFlat() ? kSlack + kSineSlack * (m_distance / std::fabs(m_dy)) : HUGE_VAL;
     }
 
  private:
@@ -54,8 +52,6 @@ class Leg {
     static constexpr double kFlattest = 1e-5;  // sine below which an arc cosine tells too little of it
     static constexpr double kSlack = 3.6e-15;
     static constexpr double kSineSlack = 3.5e-16;
-    static constexpr double kSteep = 0.125;  // sine from which one bound serves all
-    static constexpr double kSteepSlack = kSlack + kSineSlack / kSteep;
 
     double m_dx, m_dy;
     double m_squared;

@@ -42,7 +42,7 @@ BENCHMARK(BM_PatternLine)
 
 // The same dashes by walking each segment with its direction, straight to the context.
 void BM_DashLimit(benchmark::State& run) {
-    Stage stage(kPatterns, kDevice, nullptr, kEasting, kNorthing);
+    Stage stage(kPatterns, static_cast<int>(run.range(0)), nullptr, kEasting, kNorthing);
     const int n = 100000;
     const auto xy = Wiggle(n, kStep);
     CTqDraw& dc = stage.dc();
@@ -72,6 +72,6 @@ void BM_DashLimit(benchmark::State& run) {
     run.SetItemsProcessed(run.iterations() * n);
     benchmark::DoNotOptimize(stage.device().sum);
 }
-BENCHMARK(BM_DashLimit);
+BENCHMARK(BM_DashLimit)->ArgName("sink")->Arg(kDevice)->Arg(kDwg);
 
 }  // namespace

@@ -13,7 +13,6 @@ void StrokeRow::LineElsewhere(geometry::Pair from, geometry::Pair to) {
     if (m_context != nullptr) Flush();
     CTqDraw* context = WorkingContext();
     if (context == nullptr) return;
-    m_other = nullptr;
     if (IsPlainDevice(*context)) {
         Open(*context);
         if (m_view.Map(from, to, next())) {

@@ -10,7 +10,7 @@ namespace zm::draw {
 /// Strokes on their way: what lies in the view of a device is gathered, already in pixels, and goes out in one call.
 /// Whatever else reaches a context goes through at once, behind what was gathered.
 ///
-/// Nothing but the row may draw, and no message may show, between a stroke and Flush.
+/// Nothing but the row may draw, and no message may show, between a stroke and Flush. What is not flushed is not drawn.
 class StrokeRow {
  public:
     static constexpr int kMost = 64;  // strokes that are gathered
@@ -59,13 +59,16 @@ class StrokeRow {
  private:
     void Open(const CTqDraw& context) {
         m_context = &context;
+        m_other = nullptr;  // else its strokes would overtake those gathered
         m_view = PlainView(context);
     }
     void PutOut();
     void LineElsewhere(geometry::Pair from, geometry::Pair to);
 
-    const CTqDraw* m_context = nullptr;  // whose view it is; null where it must be asked for anew
-    CTqDraw* m_other = nullptr;          // the working one if it is no plain device; its line is right for all
+    const CTqDraw* m_context = nullptr;  // the plain device whose view it is; null where it must be asked for anew
+    // The working context where it is no plain device. It is not asked again: DrawLineAnywhere is right even if it has
+    // become one meanwhile.
+    CTqDraw* m_other = nullptr;
     PlainView m_view;
     unsigned m_turn = 0;
     int m_count = 0;

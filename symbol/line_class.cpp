@@ -59,14 +59,14 @@ class PatternWalk {
     enum class Halt { kNone, kBadSymbol, kStuck };
     Halt GoSegment();
     template <bool kLater, class Way>
-    Halt GoOn(Way way, geometry::Pair to);
+    Halt GoOn(Way way, geometry::Pair to);  // kLater: what is to be drawn is written down
     Laid& NextLaid() {
         if (m_laidCount == kLaidAtOnce) DrawLaid();
         return m_laid[m_laidCount++];
     }
     void DrawLaid();
     void DrawDash(int from, int segment, geometry::Pair at, geometry::Pair end) {
-        if (from == segment && m_side == kNoSide)
+        if (from == segment && m_side == kNoSide)  // as most are
             m_row.Line(at, end);
         else
             DrawPenRun({m_x, m_y, from, segment, at, end, m_width, m_side}, m_row);
@@ -88,8 +88,8 @@ class PatternWalk {
     double m_g;
     int m_code;
 
-    double m_lengths[kPatternTokens];  // of the tokens on the ground
-    Act m_acts[kPatternTokens];
+    double m_lengths[kPatternTokens];  // of the tokens on the ground; set by ReadPattern
+    Act m_acts[kPatternTokens];        // set by Walk
 
     int m_side = kNoSide;
     double m_width = 0.0;
@@ -215,6 +215,7 @@ int PatternWalk::TellStuck() {
     return _LMsg(numbers::Text(texts::kPatternStuck, m_code).c_str(), nullptr, 0);
 }
 
+// Few steps are drawn as they come, and what was written down before them: between them there is nothing to gain.
 PatternWalk::Halt PatternWalk::GoSegment() {
     const geometry::Pair from = {m_x[m_at], m_y[m_at]};
     const geometry::Pair to = {m_x[m_at + 1], m_y[m_at + 1]};

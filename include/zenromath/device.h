@@ -137,8 +137,10 @@ class ZM_API Device {
     virtual int Line(const Stroke& stroke, int x1, int y1, int x2, int y2) = 0;
     /// A run of strokes: from the first point to the second, from the third to the fourth ... For devices that draw
     /// many at a time faster than one by one; they are not told of the moves between. The base class has Moved and Line
-    /// for each, by the pen of the moment. \param ends   two points for each stroke, device pixels \param count
-    /// strokes, 1 or more
+    /// for each, by the pen of the moment.
+    ///
+    /// \param ends   two points for each stroke, device pixels
+    /// \param count  strokes, 1 or more
     virtual void Lines(const Stroke& stroke, const POINT* ends, int count);
     /// One pixel; the colour set, CLR_INVALID where there is no such pixel.
     virtual COLORREF Dot(int x, int y, COLORREF color) = 0;

@@ -285,4 +285,33 @@ TEST_F(Strokes, OfARowGoToARecordingAtOnceAndToWhateverTakesItsPlace) {
     EXPECT_EQ(Recorded(other).size(), 1u);
 }
 
+TEST_F(Strokes, OfARowGoToTheContextThatWorksNowAndNotToTheOneBefore) {
+    CTqDraw& before = MakeContext(3);
+    zm::draw::StrokeRow row;
+    row.Line(At(1.0, 1.0), At(2.0, 1.0));
+    SelectWorkingTqDC(nullptr);
+    CTqDraw now(3);
+    row.Line(At(1.0, 1.0), At(3.0, 1.0));
+    row.Line(At(1.0, 1.0), At(4.0, 1.0));
+    EXPECT_EQ(Recorded(now).size(), 2u);
+    EXPECT_EQ(Recorded(before).size(), 1u);
+}
+
+TEST_F(Strokes, OfARowKeepTheirOrderWhereTheContextIsNoLongerClipped) {
+    CTqDraw& dc = MakeContext(0);
+    dc.SetCutArea(0.0, 0.0, 80.0, 60.0);
+    dc.SetDoCut(1);
+    zm::draw::StrokeRow row;
+    row.Line(At(1.0, 1.0), At(2.0, 1.0));
+    EXPECT_EQ(device.lines().size(), 2u);
+    dc.SetDoCut(0);
+    ASSERT_TRUE(row.IsOpen());
+    row.Line(At(3.0, 1.0), At(4.0, 1.0));
+    EXPECT_EQ(device.lines().size(), 2u);
+    row.Line(At(-1.0, 1.0), At(5.0, 1.0));
+    row.Flush();
+    EXPECT_EQ(device.lines(), (Lines{"MoveToEx 10 590", "LineTo 20 590", "MoveToEx 30 590", "LineTo 40 590",
+                                     "MoveToEx 0 590", "LineTo 50 590"}));
+}
+
 }  // namespace

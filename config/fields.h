@@ -32,7 +32,7 @@ class FieldScanner {
         m_rest.remove_prefix(length);
         return length > 0;
     }
-    /// A decimal number behind blanks, modulo 2 to the 32nd; value stays where there is none.
+    /// A decimal number after blanks, modulo 2 to the 32nd; value stays where there is none.
     bool Int(int& value) {
         SkipBlanks();
         std::string_view digits = m_rest;

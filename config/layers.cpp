@@ -5,13 +5,15 @@
 #include <string>
 
 #include "config/fields.h"
+#include "config/layers.h"
+#include "config/not_saved.h"
 #include "config/pens.h"
 #include "config/state.h"
 #include "config/texts.h"
-#include "runtime/fixed_text.h"
-#include "runtime/numbers.h"
-#include "runtime/profile.h"
-#include "runtime/project.h"
+#include "runtime/profile/profile.h"
+#include "runtime/profile/project.h"
+#include "runtime/text/fixed_text.h"
+#include "runtime/text/numbers.h"
 #include "zenromath/config.h"
 #include "zenromath/host.h"
 #include "zenromath/runtime.h"
@@ -80,6 +82,38 @@ void ReadLayers(int count) {
     if (bad > 0) TellOfBadLines(bad, firstBad);
 }
 
+std::string NameOf(const LayerCol& layer) {
+    return std::string(runtime::FieldText(layer.name));
+}
+
+// A line end would cut the line and lose the layer.
+std::string NameInFile(const LayerCol& layer) {
+    std::string name = NameOf(layer);
+    for (char& c : name)
+        if (c == '\n' || c == '\r') c = '_';
+    return name;
+}
+
+// Names that the reader takes for something else: they are saved as they stand, and said.
+void TellOfShiftingNames() {
+    int shifting = 0;
+    std::string first;
+    for (int i = 0; i < state().layerCount; ++i) {
+        const std::string name = NameOf(state().layers[i]);
+        if (!name.empty() && name.find_first_of(" \t\n\v\f\r") == std::string::npos) continue;
+        if (shifting++ == 0) first = LayerKey(i + 1) + "=" + NameInFile(state().layers[i]);
+    }
+    if (shifting == 0) return;
+    std::string text = runtime::Project().currentFile;
+    text +=
+        ": " + first +
+        "...\nThe name of this layer is empty or has a blank, a tab or a line end in it. A blank ends a name, so the "
+        "line is read back with another name and other numbers; a line end was saved as _. Give the layer a name "
+        "without them and save again.";
+    if (shifting > 1) text += numbers::Text("\n%d layers have such names.", shifting);
+    _LMsg(text.c_str(), nullptr, 0);
+}
+
 void MakeDefaultLayer() {
     State& s = state();
     s.layerCount = 1;
@@ -117,6 +151,11 @@ LayerCol* LayerOf(int code) {
 }
 
 }  // namespace
+
+void LayersChanged() {
+    if (!state().tableHandedOut) IndexLayers();
+}
+
 }  // namespace zm::config
 
 void ReadCengCi(void) {
@@ -130,7 +169,7 @@ void ReadCengCi(void) {
         ReadLayers(s.layerCount);
     else
         MakeDefaultLayer();
-    if (!s.tableHandedOut) IndexLayers();
+    LayersChanged();
     ReadColorSetting();
     ReadPenWidth();
 }
@@ -146,18 +185,13 @@ void WriteCengCi(void) {
     zm::runtime::WriteInt(s.layerCount, kCountKey, kSection);
     for (int i = 0; i < s.layerCount; ++i) {
         const LayerCol& layer = s.layers[i];
-        const std::string name(zm::runtime::FieldText(layer.name));
-        zm::runtime::WriteText(
-            zm::numbers::Text("%s %d %d %d %d", name.c_str(), layer.start, layer.end, layer.color, layer.show).c_str(),
-            LayerKey(i + 1).c_str(), kSection);
+        zm::runtime::WriteText(zm::numbers::Text("%s %d %d %d %d", NameInFile(layer).c_str(), layer.start, layer.end,
+                                                 layer.color, layer.show)
+                                   .c_str(),
+                               LayerKey(i + 1).c_str(), kSection);
     }
-    if (file.Commit()) return;
-    const std::string path = zm::runtime::Project().currentFile;
-    _LMsg(
-        (path +
-         " could not be written: the layers are not saved. Give the file and its folder write access, and save again.")
-            .c_str(),
-        nullptr, 0);
+    if (!file.Commit()) zm::config::SayNotSaved(zm::runtime::Project().currentFile, "the layers are");
+    TellOfShiftingNames();
 }
 
 void Get_CengCi(LayerCol*& table, int*& count) {

@@ -6,9 +6,9 @@
 #include "config/fields.h"
 #include "config/state.h"
 #include "config/texts.h"
-#include "runtime/fixed_text.h"
-#include "runtime/numbers.h"
-#include "runtime/profile.h"
+#include "runtime/profile/profile.h"
+#include "runtime/text/fixed_text.h"
+#include "runtime/text/numbers.h"
 #include "zenromath/config.h"
 #include "zenromath/runtime.h"
 
@@ -118,7 +118,7 @@ int TqNoteLayBase::ReadNoteClassInfo() {
 int TqNoteLayBase::ReadOneClass(char* line, NOTELAY* record) {
     if (line == nullptr || record == nullptr) return 0;
     std::string text(line);
-    // The comma behind the layer name becomes a blank, so that the name ends there.
+    // The comma after the layer name becomes a blank, so that the name ends there.
     if (const std::size_t comma = text.find(',', 2); comma != std::string::npos) text[comma] = ' ';
     NOTELAY r{};
     FieldScanner fields(text);

@@ -8,9 +8,9 @@
 #include "config/fields.h"
 #include "config/state.h"
 #include "config/texts.h"
-#include "runtime/fixed_text.h"
-#include "runtime/numbers.h"
-#include "runtime/project.h"
+#include "runtime/profile/project.h"
+#include "runtime/text/fixed_text.h"
+#include "runtime/text/numbers.h"
 #include "zenromath/config.h"
 #include "zenromath/runtime.h"
 
@@ -27,6 +27,14 @@ char g_noText[] = "null";
 
 TqNoteLayBase::TqNoteLayBase() : m_classes(new ClassList), m_fonts(new FontList) {
     zm::runtime::WholeName(m_path, "Orvnote", "cod", 1);
+    Load();
+}
+
+TqNoteLayBase::TqNoteLayBase(const char* path) : m_classes(new ClassList), m_fonts(new FontList) {
+    if (path != nullptr && zm::runtime::CopyCut(m_path, path)) Load();
+}
+
+void TqNoteLayBase::Load() {
     if (ReadNoteClassInfo() == 0 || ReadNoteFontInfo() == 0) return;
     ChooseDefault();
     zm::config::state().notes = this;

@@ -4,9 +4,11 @@
 #include <cstring>
 
 #include "config/fields.h"
+#include "config/not_saved.h"
 #include "config/state.h"
-#include "runtime/numbers.h"
-#include "runtime/profile.h"
+#include "runtime/profile/profile.h"
+#include "runtime/profile/project.h"
+#include "runtime/text/numbers.h"
 #include "zenromath/config.h"
 #include "zenromath/runtime.h"
 
@@ -48,7 +50,7 @@ bool WritePenWidth() {
     for (int code = 1; code < kPenCodes; ++code)
         if (widths[code] < kNoWidth)
             WriteZenroProfileString(kWidthSection, Key(code).c_str(), Key(widths[code]).c_str(), kFile, kBesideModule);
-    return file.Commit();
+    return file.Commit() || SayNotSaved(GetZenroINIPath(kFile, kBesideModule).GetString(), "the pen widths are");
 }
 
 }  // namespace zm::config
@@ -89,11 +91,13 @@ void ReadColorSetting(void) {
 
 void WriteColorSetting(void) {
     using namespace zm::config;
-    const zm::profile::Batch file;
+    zm::profile::Batch file;
     for (int i = 1; i < kColorCount; ++i) {
         const unsigned long color = state().palette[i];
         const auto byte = [&](int shift) { return static_cast<int>(color >> shift & 0xFF); };
         zm::profile::WriteString(kColorSection, Key(i).c_str(),
                                  zm::numbers::Text("%d,%d,%d", byte(0), byte(8), byte(16)).c_str(), kFile);
     }
+    if (!file.Commit())
+        SayNotSaved(std::string(zm::runtime::Project().machineDirectory) + "\\" + kFile, "the colours are");
 }

@@ -9,7 +9,7 @@ constexpr std::uint8_t kNoWidth = 255;  // the code has no width of its own
 
 /// Reads the table of section "PenWidth" of "neworv.ini" beside the module; the table, or null if it is not allocated.
 std::uint8_t* ReadPenWidth();
-/// Writes it there; false where there is no table or the file could not be written.
+/// Writes it there; false where there is no table or, after a message, where the file could not be written.
 bool WritePenWidth();
 
 }  // namespace zm::config

@@ -1,4 +1,4 @@
-// Texts of the tables, as GBK bytes. Each stands beside its readable form; a test compares the two.
+// Texts of the tables, as GBK bytes. Each is beside its readable form; a test compares the two.
 #pragma once
 
 namespace zm::config::texts {

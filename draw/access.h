@@ -14,6 +14,7 @@ struct Access {
 
     /// Whether the switch is off: cutline lets everything through.
     static bool IsUnclipped(const CCutArea& area) { return area.m_docut == 0; }
+    static bool IsPolygon(const CCutArea& area) { return area.IsPolygon(); }
 
     static bool IsRotated(const CTqDraw& dc) { return dc.m_rotateActive != 0; }
     static int Type(const CTqDraw& dc) { return dc.m_type; }

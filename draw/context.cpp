@@ -6,16 +6,15 @@
 
 #include "draw/device.h"
 #include "draw/numbers.h"
-#include "draw/pixel_line.h"
 #include "draw/state.h"
+#include "draw/stroke/view.h"
 #include "draw/texts.h"
 #include "zenromath/config.h"
 #include "zenromath/draw.h"
 #include "zenromath/runtime.h"
 
-using zm::draw::kDegreesPerRadian;
+using zm::Truncated;
 using zm::draw::state;
-using zm::draw::Truncated;
 
 namespace {
 
@@ -182,11 +181,9 @@ int CTqDraw::IsRM() const {
 
 void CTqDraw::GetRMCoord(double& x, double& y) const {
     if (m_rotateActive == 0) return;
-    const double a = m_rotateAngleRM / kDegreesPerRadian;
-    const double dx = x - m_rotateX;
-    const double dy = y - m_rotateY;
-    x = std::cos(a) * dx + m_rotateX - std::sin(a) * dy;
-    y = std::sin(a) * dx + m_rotateY + std::cos(a) * dy;
+    const zm::geometry::Pair rotated = zm::draw::Rotation(*this).Of(zm::geometry::Pair{x, y});
+    x = rotated[0];
+    y = rotated[1];
 }
 
 void CTqDraw::SetNeedRotate(int need) {

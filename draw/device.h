@@ -1,8 +1,8 @@
 // The one header of platform drawing operations.
 //
-// Each keeps its known name and does what GDI does on Windows; elsewhere an HDC is a zm::Device and the handles are
-// the library's own. All take any argument: a null or stale dc or handle makes the operation fail, with the failure
-// value of each, and nothing else. Device pixels, y down. Texts are bytes in GBK. Colours are 0x00BBGGRR.
+// Each keeps its known name. An HDC is a zm::Device, on Windows also a device context of the system, for GDI to draw on;
+// handles are GDI's objects there and elsewhere the library's own. A null or stale dc or handle makes an operation fail,
+// with the failure value of each, and nothing else. Device pixels, y down. Texts are GBK bytes. Colours are 0x00BBGGRR.
 #pragma once
 
 #include "zenromath/platform.h"
@@ -16,8 +16,9 @@ ZM_API int MoveToEx(HDC dc, int x, int y, POINT* previous);
 ZM_API int LineTo(HDC dc, int x, int y);
 /// MoveToEx and LineTo in one.
 ZM_API int DrawLine(HDC dc, int x1, int y1, int x2, int y2);
-/// The same for each pair of points: from the first to the second, from the third to the fourth ...
-ZM_API void DrawLines(HDC dc, const POINT* ends, int lines);
+/// The same for each pair of points: from the first to the second, from the third to the fourth ... The sum of the
+/// results.
+ZM_API int DrawLines(HDC dc, const POINT* ends, int lines);
 /// Sets one pixel; the colour set, CLR_INVALID on failure.
 ZM_API COLORREF SetPixel(HDC dc, int x, int y, COLORREF color);
 /// Outline with the selected pen, interior with the selected brush; the right column and the lower row are out.

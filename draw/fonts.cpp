@@ -6,16 +6,17 @@
 #include "draw/device.h"
 #include "draw/numbers.h"
 #include "draw/palette.h"
-#include "draw/sinks.h"
 #include "draw/state.h"
+#include "draw/stroke/sinks.h"
 #include "draw/texts.h"
-#include "runtime/numbers.h"
+#include "runtime/text/numbers.h"
 #include "zenromath/config.h"
 #include "zenromath/draw.h"
 #include "zenromath/dwg.h"
 #include "zenromath/host.h"
 #include "zenromath/runtime.h"
 
+using zm::Truncated;
 using namespace zm::draw;
 
 namespace {

@@ -4,13 +4,14 @@
 #include "draw/device.h"
 #include "draw/numbers.h"
 #include "draw/palette.h"
-#include "draw/sinks.h"
 #include "draw/state.h"
-#include "runtime/numbers.h"
+#include "draw/stroke/sinks.h"
+#include "runtime/text/numbers.h"
 #include "zenromath/config.h"
 #include "zenromath/draw.h"
 #include "zenromath/dwg.h"
 
+using zm::Truncated;
 using namespace zm::draw;
 
 namespace {

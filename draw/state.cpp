@@ -1,41 +1,37 @@
 #include "draw/state.h"
 
-#include <unordered_set>
+#include <algorithm>
+#include <utility>
 
 #include "zenromath/runtime.h"
 
 CTqDraw* TqDC = nullptr;
 
 namespace zm::draw {
-namespace {
-
-std::unordered_set<const CTqDraw*>& Contexts() {
-    static std::unordered_set<const CTqDraw*> contexts;
-    return contexts;
-}
-
-}  // namespace
 
 constinit State detail::theState;
-constinit const CTqDraw* detail::theKnown = nullptr;
 
 void ResetState() {
-    state() = State{};
+    State fresh;
+    fresh.contexts = std::move(state().contexts);
+    state() = std::move(fresh);
     TqDC = nullptr;
 }
 
 void AddContext(const CTqDraw* context) {
-    Contexts().insert(context);
+    state().contexts.push_back(context);
 }
 
 void ForgetContext(const CTqDraw* context) {
-    Contexts().erase(context);
-    if (detail::theKnown == context) detail::theKnown = nullptr;
+    State& now = state();
+    std::erase(now.contexts, context);
+    if (now.known == context) now.known = nullptr;
 }
 
 CTqDraw* detail::FindWorkingContext() {
-    if (TqDC == nullptr || Contexts().count(TqDC) == 0) return nullptr;
-    theKnown = TqDC;
+    const auto& contexts = state().contexts;
+    if (TqDC == nullptr || std::find(contexts.begin(), contexts.end(), TqDC) == contexts.end()) return nullptr;
+    state().known = TqDC;
     return TqDC;
 }
 

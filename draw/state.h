@@ -1,6 +1,8 @@
 // What draw remembers between calls, one copy for all contexts.
 #pragma once
 
+#include <vector>
+
 #include "zenromath/draw.h"
 
 namespace zm::draw {
@@ -12,11 +14,13 @@ struct State {
     LOGFONTA currentFont{};      // the last font description, its width halved; textout draws double-byte text with it
     COLORREF lastPenColor = 0;   // the last real colour given to a CTQPen
     int firstCharacter = 1;      // written into the "Text:" command
+
+    std::vector<const CTqDraw*> contexts;  // those that exist; TqDC may be none of them
+    const CTqDraw* known = nullptr;        // the one found last, as each symbol asks for it
 };
 
 namespace detail {
 extern State theState;
-extern const CTqDraw* theKnown;  // a context that exists: the one found last, as each symbol asks for it
 CTqDraw* FindWorkingContext();
 }  // namespace detail
 
@@ -28,13 +32,13 @@ inline State& state() {
 /// Sets every remembered value of this folder back to its start value, and TqDC to null. Contexts that exist stay.
 void ResetState();
 
-/// The contexts that exist; TqDC may be none of them.
+/// At the birth and the end of a context.
 void AddContext(const CTqDraw* context);
 void ForgetContext(const CTqDraw* context);
 
 /// TqDC, null if it is null or its context was destroyed.
 inline CTqDraw* WorkingContext() {
-    return TqDC == detail::theKnown ? TqDC : detail::FindWorkingContext();
+    return TqDC == state().known ? TqDC : detail::FindWorkingContext();
 }
 
 namespace detail {

@@ -4,8 +4,8 @@
 
 #include "draw/device.h"
 #include "draw/numbers.h"
-#include "draw/sinks.h"
 #include "draw/state.h"
+#include "draw/stroke/sinks.h"
 #include "zenromath/config.h"
 #include "zenromath/draw.h"
 
@@ -37,7 +37,7 @@ int LengthUpTo(const char* s, int most) {
     return end != nullptr ? static_cast<int>(static_cast<const char*>(end) - s) : most;
 }
 
-// Ends a text behind len bytes while it lives.
+// Ends a text after len bytes while it lives.
 class ScopedEnd {
  public:
     ScopedEnd(char* s, int len) : m_place(s + len), m_byte(*m_place) {

@@ -1,4 +1,4 @@
-// Texts of draw, as GBK bytes. Each that is not plain ASCII stands beside its readable form; a test compares the two.
+// Texts of draw, as GBK bytes. Each that is not plain ASCII is beside its readable form; a test compares the two.
 #pragma once
 
 namespace zm::draw::texts {

@@ -1,4 +1,4 @@
-// Texts of the DWG writer that reach the user, as GBK bytes. Each stands beside its readable form; a test compares the
+// Texts of the DWG writer that reach the user, as GBK bytes. Each is beside its readable form; a test compares the
 // two. Those in English are plain ASCII and the same in both.
 #pragma once
 
@@ -36,9 +36,14 @@ inline constexpr char kElsewhere[] =
     "The drawing could not be made as %s: the folder is missing or refuses writing. It was written as %s instead.";
 inline constexpr char kTemplateFault[] = "acad.dwg cannot be used as a template: %s.";
 inline constexpr char kBlockFault[] = "%s.dwg is damaged at offset %lu: %s. The block is left out.";
+inline constexpr char kBlockUnknown[] =
+    "%s.dwg cannot be copied: at offset %lu, %s. The block is left out; an import takes it whole.";
+inline constexpr char kImportNote[] = "%s.dwg: left out of the block are %s.";
+inline constexpr char kImportFault[] = "%s.dwg cannot be used as a block: at offset %lu, %s. The block is left out.";
+inline constexpr char kCopyWarning[] = "%s.dwg at offset %lu: %s. Other programs will not read the drawing right.";
 inline constexpr char kBlockLimit[] = "%s.dwg does not fit: %s. The block is left out.";
 
-// Limits of a drawing, told once in a session.
+// Limits of a drawing, reported once in a session.
 inline constexpr char kTooManyLayers[] =
     "The drawing holds 200 layers, no more fit. Entities of further layers go to the layer before.";
 inline constexpr char kTooManyLinetypes[] =

@@ -7,6 +7,7 @@
 
 #include "geodesy/clones.h"
 #include "geodesy/gauss_series.h"
+#include "geodesy/newton_inverse.h"
 #include "geodesy/numeric.h"
 #include "geodesy/zone_ellipsoids.h"
 #include "geodesy/zone_series.h"
@@ -75,6 +76,53 @@ ZM_VECTOR_CLONES void ZoneBackwardBlock(const ZoneEllipsoid z, double L0, Block&
     }
 }
 
+// What one Newton step makes of each position of a block.
+struct Stepped {
+    double B[kBlock];
+    double l[kBlock];
+    double unsettled[kBlock];  // 1 where another step is needed, else 0
+    double inRange[kBlock];    // 1 where the branch-free way holds, else 0
+};
+
+ZM_VECTOR_CLONES void NewtonBlock(const GaussEllipsoid g, const Block& block, Stepped& stepped) {
+    for (std::size_t i = 0; i < kBlock; ++i) {
+        const double B = block.firstOut[i];
+        const double l = block.secondOut[i];
+        const SinCos at = SinCosNear(B);
+        const NewtonStep step = NewtonStepAt(g, block.first[i], block.second[i], B, l, at, SinCosNear);
+        stepped.B[i] = B + step.B;
+        stepped.l[i] = l + step.l;
+        stepped.unsettled[i] = step.Size(at) > kNewtonSettled ? 1.0 : 0.0;
+        const double inRange = std::abs(B) <= kSinCosRange ? 1.0 : 0.0;
+        stepped.inRange[i] = std::abs(step.turn) <= kSinCosRange ? inRange : 0.0;
+    }
+}
+
+// Takes the step where block.gamma says that the position has not settled.
+ZM_VECTOR_CLONES void TakeStep(Block& block, const Stepped& stepped) {
+    for (std::size_t i = 0; i < kBlock; ++i) {
+        const double moving = block.gamma[i];
+        block.firstOut[i] = moving != 0.0 ? stepped.B[i] : block.firstOut[i];
+        block.secondOut[i] = moving != 0.0 ? stepped.l[i] : block.secondOut[i];
+        block.usual[i] = moving > stepped.inRange[i] ? 0.0 : block.usual[i];
+        block.gamma[i] = std::min(moving, stepped.unsettled[i]);
+    }
+}
+
+void InverseOfForwardBlock(const GaussEllipsoid& g, Block& block) {
+    Stepped stepped;
+    BackwardBlock(g, block);
+    // What is not usual is done again alone, and must not keep the others waiting.
+    std::copy_n(block.usual, kBlock, block.gamma);
+    const auto anyMoves = [&] {
+        return std::any_of(block.gamma, block.gamma + kBlock, [](double m) { return m != 0.0; });
+    };
+    for (int i = 0; i < kMostNewtonSteps && anyMoves(); ++i) {
+        NewtonBlock(g, block, stepped);
+        TakeStep(block, stepped);
+    }
+}
+
 // Fills a block, runs it, lets the scalar form do what was not usual, and writes out. A short last block is padded
 // with zeros, whose results are dropped.
 template <class RunBlock, class DoOne>
@@ -121,13 +169,10 @@ void zm::BackwardArray(int ell, std::size_t n, const double* x, const double* y,
 }
 
 void zm::InverseOfForwardArray(int ell, std::size_t n, const double* x, const double* y, double* B, double* l) {
-    for (std::size_t i = 0; i < n; ++i) {
-        double latitude = 0.0;
-        double longitude = 0.0;
-        InverseOfForward(ell, x[i], y[i], latitude, longitude);
-        B[i] = latitude;
-        l[i] = longitude;
-    }
+    const GaussEllipsoid& g = SelectedEllipsoid(ell);
+    InBlocks(
+        n, x, y, B, l, nullptr, [&](Block& block) { InverseOfForwardBlock(g, block); },
+        [ell](double x1, double y1, double& B1, double& l1, double&) { InverseOfForward(ell, x1, y1, B1, l1); });
 }
 
 int zm::UTMtoGSArray(znCoordSysTypeConstants coordSys, int centralMeridian, std::size_t n, const double* B,

@@ -1,6 +1,7 @@
 // The distance of two points, on the projection plane or on the ellipsoid.
 #include <cmath>
 
+#include "geodesy/meridian_arc.h"
 #include "geodesy/sincos.h"
 #include "zenromath/geodesy.h"
 
@@ -27,22 +28,10 @@ double Coincident(const Ellipsoid& e, double B1, double B2, double dL) {
                     std::sqrt(1.0 - e.e2 * std::sin(B1) * std::sin(B2)) * dL);
 }
 
-// Source: binomial series of the meridian arc in powers of sin B, to e2^4; docs/geodesy/series.md.
 double AlongMeridian(const Ellipsoid& e, double B1, double B2) {
-    const double e2 = e.e2;
-    const double e4 = e2 * e2;
-    const double e6 = e4 * e2;
-    const double e8 = e4 * e4;
-    const double Z = 3.0 / 4 * e2 + 45.0 / 64 * e4 + 175.0 / 256 * e6 + 11025.0 / 16384 * e8;
-    const double C = 15.0 / 32 * e4 + 175.0 / 384 * e6 + 3675.0 / 8192 * e8;
-    const double D = 35.0 / 96 * e6 + 735.0 / 2048 * e8;
-    const double E = 315.0 / 1024 * e8;
-    const auto M = [&](double B) {
-        const auto [s, c] = SinCosOf(B);
-        const double s2 = s * s;
-        return B * (1.0 + Z) - c * s * (Z + s2 * (C + s2 * (D + s2 * E)));
-    };
-    return std::abs(M(B2) - M(B1)) * e.a * (1.0 - e2);
+    const ArcSeries arc(e.e2);
+    const auto M = [&](double B) { return B * (1.0 + arc.s) - arc.Bend(SinCosOf(B)); };
+    return std::abs(M(B2) - M(B1)) * e.a * (1.0 - e.e2);
 }
 
 // Reduced latitude u = atan(c tan B), c = sqrt(1 - e2), as its sine and cosine.

@@ -3,6 +3,7 @@
 
 #include <cmath>
 
+#include "geodesy/meridian_arc.h"
 #include "geodesy/sincos.h"
 
 namespace zm::geodesy {
@@ -13,33 +14,22 @@ constexpr int kMostFootpointSteps = 10;
 /// What forward and backward need of an ellipsoid. All of it depends on a and b alone.
 struct GaussEllipsoid {
     constexpr GaussEllipsoid(double semiMajor, double semiMinor)
-        : a(semiMajor), b(semiMinor), k(b * b / a), c(a * a / b), secondEccentricity2(c / b - 1.0) {
-        SetArc();
-    }
+        : a(semiMajor),
+          b(semiMinor),
+          k(b * b / a),
+          c(a * a / b),
+          secondEccentricity2(c / b - 1.0),
+          arc(1.0 - k / a),
+          arcUnit(k * (arc.s + 1.0)),
+          bendUnit(1.0 / (arc.s + 1.0)),
+          overC(1.0 / c) {}
 
     double a, b, k, c;
     double secondEccentricity2;  // as c / b - 1
-    double arcS = 0, arcP = 0, arcQ = 0, arcR = 0;
-    double arcUnit = 0;   // k (S + 1): metres of arc to a radian
-    double bendUnit = 0;  // 1 / (S + 1)
-    double overC = 0;     // 1 / c
-
- private:
-    // Meridian arc, powers of E = 1 - k/a.
-    // Source: binomial series of (1 - E sin^2 B)^(-3/2), integrated in powers of sin B; docs/geodesy/series.md.
-    constexpr void SetArc() {
-        const double e1 = 1.0 - k / a;
-        const double e2 = e1 * e1;
-        const double e3 = e2 * e1;
-        const double e4 = e2 * e2;
-        arcS = 3.0 / 4 * e1 + 45.0 / 64 * e2 + 175.0 / 256 * e3 + 11025.0 / 16384 * e4;
-        arcP = 15.0 / 32 * e2 + 175.0 / 384 * e3 + 3675.0 / 8192 * e4;
-        arcQ = 35.0 / 96 * e3 + 735.0 / 2048 * e4;
-        arcR = 315.0 / 1024 * e4;
-        arcUnit = k * (arcS + 1.0);
-        bendUnit = 1.0 / (arcS + 1.0);
-        overC = 1.0 / c;
-    }
+    ArcSeries arc;
+    double arcUnit;   // k (s + 1): metres of arc to a radian
+    double bendUnit;  // 1 / (s + 1)
+    double overC;     // 1 / c
 };
 
 /// The ellipsoid of the selector of the free functions: 1, 54 Krassovsky 1940; 0, 80 IAG 1975; else the 2000 system.
@@ -53,15 +43,9 @@ inline const GaussEllipsoid& SelectedEllipsoid(int ell) {
     return kNational2000;
 }
 
-// The part of the arc, over k, that is not proportional to the latitude.
-inline double ArcBend(const GaussEllipsoid& g, const SinCos& at) {
-    const double s2 = at.sin * at.sin;
-    return at.cos * at.sin * (g.arcS + s2 * (g.arcP + s2 * (g.arcQ + s2 * g.arcR)));
-}
-
 /// Metres from the equator to latitude B along the meridian.
 inline double MeridianArc(const GaussEllipsoid& g, double B, const SinCos& at) {
-    return g.k * ((g.arcS + 1.0) * B - ArcBend(g, at));
+    return g.k * ((g.arc.s + 1.0) * B - g.arc.Bend(at));
 }
 
 struct PlanePosition {
@@ -92,7 +76,7 @@ inline double ForwardConvergence(const GaussEllipsoid& g, double l, const SinCos
 
 /// One step of the footpoint iteration; x0: northing over arcUnit, at: sine and cosine of the latitude before.
 inline double FootpointStep(const GaussEllipsoid& g, double x0, const SinCos& at) {
-    return x0 + ArcBend(g, at) * g.bendUnit;
+    return x0 + g.arc.Bend(at) * g.bendUnit;
 }
 
 struct GeodeticPosition {
@@ -168,11 +152,11 @@ struct QuickFootpoint {
     const SinCos at1{at0.sin + (at0.cos * sinTurn - at0.sin * lessCos),
                      at0.cos - (at0.sin * sinTurn + at0.cos * lessCos)};
 
-    // The step's first two derivatives by the latitude, m = sin^2, p the polynomial of ArcBend.
+    // The step's first two derivatives by the latitude, m = sin^2, p the polynomial of Bend.
     const double m = at1.sin * at1.sin;
-    const double p = g.arcS + m * (g.arcP + m * (g.arcQ + m * g.arcR));
-    const double p1 = g.arcP + m * (2.0 * g.arcQ + m * (3.0 * g.arcR));
-    const double p2 = 2.0 * g.arcQ + m * (6.0 * g.arcR);
+    const double p = g.arc.s + m * (g.arc.p + m * (g.arc.q + m * g.arc.r));
+    const double p1 = g.arc.p + m * (2.0 * g.arc.q + m * (3.0 * g.arc.r));
+    const double p2 = 2.0 * g.arc.q + m * (6.0 * g.arc.r);
     const double first = ((1.0 - 2.0 * m) * p + 2.0 * m * (1.0 - m) * p1) * g.bendUnit;
     const double halfSecond =
         at1.sin * at1.cos * (3.0 * (1.0 - 2.0 * m) * p1 - 2.0 * p + 2.0 * m * (1.0 - m) * p2) * g.bendUnit;

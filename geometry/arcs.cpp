@@ -1,11 +1,12 @@
 // Arcs and circles: the circle through three points, and flattening.
 #include <cmath>
-#include <limits>
 
 #include "geometry/lines.h"
 #include "geometry/state.h"
+#include "runtime/truncated.h"
 #include "zenromath/geometry.h"
 
+using zm::Truncated;
 using zm::geometry::kPi;
 using zm::geometry::kTwoPi;
 using zm::geometry::state;
@@ -42,14 +43,6 @@ Point AlongBisector(Point middle, double x1, double y1, double x2, double y2) {
 void PutPolar(double* out, double cx, double cy, double r, double bearing) {
     out[0] = cx + r * std::cos(bearing);
     out[1] = cy + r * std::sin(bearing);
-}
-
-// Saturates, where the conversion to int would be undefined.
-int ToInt(double value) {
-    if (!(value == value)) return 0;
-    if (value >= std::numeric_limits<int>::max()) return std::numeric_limits<int>::max();
-    if (value <= std::numeric_limits<int>::min()) return std::numeric_limits<int>::min();
-    return static_cast<int>(value);
 }
 
 // Steps to walk; a negative step (a negative prec given directly) walks nowhere.
@@ -111,7 +104,7 @@ int DRAWARC1(double* x1, double* y1, double* x2, double* y2, double* x3, double*
 int ArcStepCount(double prec, double radius, double sweep, double* step, int* count) {
     double angle = prec * kStepLengthOfPrec / radius;
     if (angle > kGreatestStep) angle = kGreatestStep;
-    const int unlimited = ToInt(std::trunc(std::fabs(sweep) / angle + 0.5));
+    const int unlimited = Truncated(std::trunc(std::fabs(sweep) / angle + 0.5));
     int limited = unlimited;
     if (unlimited >= kStepLimit) {
         limited = kStepLimit - 1;

@@ -23,7 +23,7 @@ constexpr double kDiagonal = 2.0 / 3.0;
 
 // The factors of the back substitution: g[1] = 0, g[i] = kBeside / (kDiagonal - kBeside g[i-1]), and the divisors of
 // the forward elimination. They do not depend on the points and run into their limit 2 - sqrt 3 (to the last bit)
-// within kFactors steps; CurveFactors.ReachTheirLimit checks that.
+// within kFactors steps, as is asserted below.
 constexpr int kFactors = 24;
 struct Factors {
     std::array<double, kFactors + 1> factor{};   // from index 1
@@ -130,7 +130,7 @@ void SplineToPoints(int n, double* x, double* y, double* out, int* outCount) {
         return;
     }
     // The control points w[0] to w[n + 1], as pairs, stand at the end of the output until the curve overwrites them:
-    // span s has read its four before it writes, and from span s + 1 on the rest lies behind what is written.
+    // span s has read its four before it writes, and from span s + 1 on the rest lies after what is written.
     const std::ptrdiff_t points = n;
     const std::ptrdiff_t room = 1 + kPointsOfASpan * (points - 1);
     if (room > std::numeric_limits<int>::max()) {  // more points than can be counted: as where memory lacks

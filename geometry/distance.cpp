@@ -36,7 +36,7 @@ int NearestSegment(double px, double py, int n, const double* x, const double* y
 }
 
 // Does p face the leg from the inner vertex q to the previous vertex, by the bisector of the corner? x, y: three
-// vertices, q the middle one; nextLeg is the length of the leg behind q.
+// vertices, q the middle one; nextLeg is the length of the leg after q.
 bool FacesPreviousLeg(double px, double py, const double* x, const double* y, double nextLeg) {
     const double previousLeg = Distance(x[1], y[1], x[0], y[0]);
     const double dx = x[1] + (x[2] - x[1]) * previousLeg / nextLeg;

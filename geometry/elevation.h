@@ -1,5 +1,5 @@
 // The one upward call of geometry: while a height table is armed, it sets the elevation that the DWG writer gives to
-// the next entity. All that the two folders know of each other stands here.
+// the next entity. All that the two folders know of each other is here.
 #pragma once
 
 #include "zenromath/export.h"

@@ -31,8 +31,8 @@ HeightGrid::HeightGrid(const double* x, const double* y, const double* h, int n)
     m_entries.reserve(static_cast<std::size_t>(n));
     for (int i = 0; i < n; ++i) {
         if (!std::isfinite(x[i]) || !std::isfinite(y[i])) continue;  // near nothing
-        const bool far = std::fabs(x[i]) > kFarOut || std::fabs(y[i]) > kFarOut;
-        (far ? m_far : m_entries).push_back({x[i], y[i], h[i], i});
+        const bool farOut = std::fabs(x[i]) > kFarOut || std::fabs(y[i]) > kFarOut;
+        (farOut ? m_far : m_entries).push_back({x[i], y[i], h[i], i});
     }
     m_starts.reserve(2 * m_entries.size() + 16);
     m_sorted.resize(m_entries.size());
@@ -88,7 +88,7 @@ void HeightGrid::SortIntoCells(const Cells& cells, std::size_t begin, std::size_
         const Entry& e = m_entries[i];
         m_sorted[static_cast<std::size_t>(starts[cellOf(e)]++)] = e;
     }
-    // Each start now stands at the end of its cell, which is the start of the next one.
+    // Each start now is at the end of its cell, which is the start of the next one.
     std::copy_backward(starts, starts + cellCount, starts + cellCount + 1);
     starts[0] = static_cast<int>(begin);
     std::copy(m_sorted.begin() + static_cast<std::ptrdiff_t>(begin),

@@ -23,7 +23,7 @@ constexpr std::int64_t kScansOfAGrid = 8;   // building a grid costs about as mu
 
 }  // namespace
 
-// A grid over the first points of the table. Those behind it, which came later, are scanned until that has cost as much
+// A grid over the first points of the table. Those after it, which came later, are scanned until that has cost as much
 // as building the grid anew, so that neither a few questions nor a few new points pay for a grid.
 class Find4H::Index {
  public:
@@ -46,7 +46,7 @@ class Find4H::Index {
  private:
     std::optional<HeightGrid> m_grid;
     int m_covered = 0;
-    std::int64_t m_scanned = 0;  // points looked at behind the grid
+    std::int64_t m_scanned = 0;  // points looked at after the grid
 };
 
 Find4H::Find4H(int n, double* x, double* y, double* h)

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "geometry/exact/crossing.h"
+#include "geometry/rectangle.h"
 #include "geometry/state.h"
 #include "zenromath/geometry.h"
 
@@ -12,7 +14,6 @@ using zm::geometry::state;
 
 namespace {
 
-constexpr double kBoxTolerance = 1e-08;        // metres; MyCrossRect
 constexpr double kDegenerateLine = 1e-08;      // metres; CHUIZU
 constexpr double kSineFromTolerance = 1e-06;   // AbcIsClockwise reads a greater tolerance as a sine
 constexpr double kLeastLengthProduct = 1e-06;  // square metres; below it a cross value is not normed
@@ -22,35 +23,6 @@ bool Outside(double value, double end1, double end2, double tolerance) {
     return (value - end1 > tolerance && value - end2 > tolerance) ||
            (end1 - value > tolerance && end2 - value > tolerance);
 }
-
-// The sides of a segment's box on which a point clearly lies. If two points share a side, no value is within the
-// tolerance of both the box and the two points in that coordinate, so no meeting point counts as on both segments.
-class SidesOfBox {
- public:
-    SidesOfBox(double x1, double y1, double x2, double y2, double tolerance)
-        : m_left(std::min(x1, x2) - 4.0 * tolerance),
-          m_right(std::max(x1, x2) + 4.0 * tolerance),
-          m_bottom(std::min(y1, y2) - 4.0 * tolerance),
-          m_top(std::max(y1, y2) + 4.0 * tolerance) {
-        // Products of such numbers may overflow, and a meeting point that is no number lies outside of nothing.
-        const bool plain = std::fabs(x1) < kPlain && std::fabs(y1) < kPlain && std::fabs(x2) < kPlain &&
-                           std::fabs(y2) < kPlain && tolerance >= 0.0;
-        m_usable = plain ? ~0u : 0u;
-    }
-
-    /// One bit for each side; none where the point is too far out to be sure.
-    unsigned int Of(double x, double y) const {
-        const unsigned int bits = Bit(x < m_left, 0) | Bit(x > m_right, 1) | Bit(y < m_bottom, 2) | Bit(y > m_top, 3);
-        return std::fabs(x) < kPlain && std::fabs(y) < kPlain ? bits & m_usable : 0u;
-    }
-
- private:
-    static constexpr double kPlain = 1e100;
-    static unsigned int Bit(bool set, int place) { return static_cast<unsigned int>(set) << place; }
-
-    double m_left, m_right, m_bottom, m_top;
-    unsigned int m_usable;
-};
 
 }  // namespace
 
@@ -103,12 +75,8 @@ int Cross_P(double& X, double& Y, double x1, double y1, double x2, double y2, do
     const double tolerance = state().mini;
     if (tolerance >= std::fabs(x2 - x1) + std::fabs(y2 - y1)) return -2;
     if (tolerance >= std::fabs(x3 - x4) + std::fabs(y3 - y4)) return -2;
-    const double determinant = (x2 - x1) * (y4 - y3) - (y2 - y1) * (x4 - x3);
-    if (tolerance >= std::fabs(determinant)) return -3;
-
-    const double g = (x3 - x1) * (y4 - y1) - (x4 - x1) * (y3 - y1);
-    const double px = x1 + (x2 - x1) * g / determinant;
-    const double py = y1 + (y2 - y1) * g / determinant;
+    if (tolerance >= std::fabs(zm::geometry::Determinant(x1, y1, x2, y2, x3, y3, x4, y4))) return -3;
+    const auto [px, py] = zm::geometry::Meeting(x1, y1, x2, y2, x3, y3, x4, y4);
     X = px;
     Y = py;
     if (Outside(px, x1, x2, tolerance) || Outside(py, y1, y2, tolerance)) return 4;
@@ -120,7 +88,7 @@ int Cross_P(double& X, double& Y, double x1, double y1, double x2, double y2, do
 // 0.
 int norm_intersect(double x1, double y1, double x2, double y2, double* pairs, int n, double& X, double& Y) {
     if (pairs == nullptr || n < 2) return 0;
-    const SidesOfBox sides(x1, y1, x2, y2, state().mini);
+    const zm::geometry::SidesOfBox sides(x1, y1, x2, y2);
     unsigned int before = sides.Of(pairs[0], pairs[1]);
     const double* p = pairs;
     for (int i = 1; i < n; ++i, p += 2) {
@@ -135,26 +103,7 @@ int norm_intersect(double x1, double y1, double x2, double y2, double* pairs, in
 }
 
 int MyCrossRect(double x1, double y1, double x2, double y2, double left, double bottom, double right, double top) {
-    const double dx = x2 - x1;
-    const double dy = y2 - y1;
-    const double l = left - x1;
-    const double b = bottom - y1;
-    const double r = right - x1;
-    const double t = top - y1;
-    int sides = 0;
-    // Required: the ends of the sides are taken in or left out differently from side to side; callers count on the
-    // corner cases that follow from it.
-    if (std::fabs(dx) > kBoxTolerance) {
-        const double k = dy / dx;
-        if (l * k > b && t + kBoxTolerance > l * k) ++sides;
-        if (r * k > b && t + kBoxTolerance > r * k) ++sides;
-    }
-    if (std::fabs(dy) > kBoxTolerance) {
-        const double h = dx / dy;
-        if (b * h > l - kBoxTolerance && r > b * h) ++sides;
-        if (t * h > l - kBoxTolerance && r > t * h) ++sides;
-    }
-    return sides;
+    return zm::geometry::SidesMet(x1, y1, x2, y2, left, bottom, right, top);
 }
 
 void CHUIZU(double* in6, double* out2) {

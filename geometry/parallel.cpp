@@ -25,7 +25,7 @@ void Move(double x, double y, double length, double bearing, double& toX, double
     toY = y + length * std::sin(bearing);
 }
 
-// The offset of a corner: vertex i, with the vertex before it and (nextX, nextY) behind it.
+// The offset of a corner: vertex i, with the vertex before it and (nextX, nextY) after it.
 void OffsetCorner(const double* x, const double* y, double nextX, double nextY, double dist, int side, double& outX,
                   double& outY) {
     const double back = Bearing(x[0], y[0], x[-1], y[-1]);

@@ -11,7 +11,7 @@ constexpr double kEdgeTolerance = 1e-07;                  // metres; the boundar
 constexpr double kSmall = 1e-08;                          // metres; PtInPolyEdge
 constexpr double kSquaredOnEdge = 9.999999999999998e-15;  // square metres
 constexpr double kWellAway = 4e-07;      // metres; four times the edge tolerance, so that roundings have no part
-constexpr double kRayBeyondBox = 1e-05;  // metres; the ray ends here behind the vertices
+constexpr double kRayBeyondBox = 1e-05;  // metres; the ray ends here after the vertices
 
 // The least and the greatest of n values, n at least 1. What is no number has no part, unless it comes first. Four
 // values at a time, since one comparison has to wait for the one before.

@@ -23,7 +23,7 @@ struct Line {
 };
 
 // Is the diagonal from `from` (on the other line) to the vertex `to` of `line` blocked? The other line counts from
-// otherNext on, the crossing with `from` itself aside; its own line counts from the vertex behind `to`.
+// otherNext on, the crossing with `from` itself aside; its own line counts from the vertex after `to`.
 bool Blocked(const double* from, const Line& line, int to, const Line& other, int otherNext) {
     const double* end = line.At(to);
     double X = 0.0;

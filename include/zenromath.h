@@ -8,4 +8,5 @@
 #include "zenromath/geodesy.h"
 #include "zenromath/geometry.h"
 #include "zenromath/runtime.h"
+#include "zenromath/sheets.h"
 #include "zenromath/symbol.h"

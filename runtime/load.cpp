@@ -1,5 +1,5 @@
 // The work of the library at load, in its order. Only the shared library carries this source.
-#include "runtime/project.h"
+#include "runtime/profile/project.h"
 #include "zenromath/runtime.h"
 
 namespace {

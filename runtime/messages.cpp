@@ -2,9 +2,10 @@
 #include <cstdio>
 #include <cstring>
 
-#include "runtime/files.h"
-#include "runtime/numbers.h"
+#include "runtime/files/files.h"
+#include "runtime/files/system.h"
 #include "runtime/state.h"
+#include "runtime/text/numbers.h"
 #include "runtime/texts.h"
 #include "zenromath/runtime.h"
 
@@ -153,8 +154,8 @@ int _LMsg(const char* text, const char* title, int ask) {
 }
 
 int _LMsg(int id, const char* title, int ask) {
-    const auto lookUp = zm::runtime::state().stringTable;
-    return _LMsg(lookUp != nullptr ? lookUp(id) : nullptr, title, ask);
+    if (const auto lookUp = zm::runtime::state().stringTable) return _LMsg(lookUp(id), title, ask);
+    return _LMsg(zm::system::ResourceText(id).c_str(), title, ask);
 }
 
 void zm::SetStringTable(const char* (*lookUp)(int id)) {

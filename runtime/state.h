@@ -3,9 +3,9 @@
 
 #include <memory>
 
-#include "runtime/directory_names.h"
-#include "runtime/profile_cache.h"
-#include "runtime/project.h"
+#include "runtime/files/directory_names.h"
+#include "runtime/profile/profile_cache.h"
+#include "runtime/profile/project.h"
 #include "zenromath/host.h"
 #include "zenromath/runtime.h"
 

@@ -6,10 +6,18 @@
 #include <memory>
 #include <string>
 
-#include "runtime/fixed_text.h"
-#include "runtime/numbers.h"
 #include "runtime/state.h"
+#include "runtime/text/fixed_text.h"
+#include "runtime/text/numbers.h"
 #include "zenromath/runtime.h"
+
+// A friend of the class in place of the function itself: of a friend that is imported from a DLL g++ warns each client.
+struct zm::runtime::WaitTimes {
+    /// Seconds.
+    static double SinceMessageOf(const tqwaitcur& waiting) {
+        return zm::CurrentHost().Now() - waiting.m_lastMessageTime;
+    }
+};
 
 namespace {
 
@@ -22,6 +30,10 @@ constexpr std::size_t kTextLimit = 1999;
 constexpr double kSecondsBetweenLines = 2.0;
 constexpr int kNoNumber = -9999;
 constexpr zm::UInt64 kEscape = 27;
+// Moves, clicks and double clicks of three buttons; the wheel and further buttons come behind them. The header of the
+// system counts those as mouse messages too.
+constexpr unsigned int kFirstMouseMessage = 512;
+constexpr unsigned int kLastMouseMessage = 521;
 
 const char* OrEmpty(const char* text) {
     return text != nullptr ? text : "";
@@ -46,7 +58,7 @@ void PumpMessages(zm::Host& host) {
     zm::QueueMessage message;
     while (host.TakeMessage(message, nullptr, 0, 0)) {
         if (message.message == WM_QUIT) continue;
-        if (message.message >= WM_MOUSEFIRST && message.message <= WM_MOUSELAST) continue;
+        if (message.message >= kFirstMouseMessage && message.message <= kLastMouseMessage) continue;
         host.Dispatch(message);
     }
 }
@@ -169,8 +181,7 @@ int _LWaitReMsgEsc2(int total, int current, const char* format, ...) {
     const std::shared_ptr<tqwaitcur> waiting = zm::runtime::state().waiting;
     const zm::Int64 count = std::max(total, 1);
     const zm::Int64 done = std::clamp<zm::Int64>(current, 0, count);
-    if (zm::CurrentHost().Now() - waiting->m_lastMessageTime > kSecondsBetweenLines ||
-        done % ((count + 99) / 100) == 0) {
+    if (zm::runtime::WaitTimes::SinceMessageOf(*waiting) > kSecondsBetweenLines || done % ((count + 99) / 100) == 0) {
         std::va_list args;
         va_start(args, format);
         const std::string text = Formatted(format, args);

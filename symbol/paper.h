@@ -1,10 +1,10 @@
 // Small steps that all kinds of symbols share: paper lengths on the ground, bearings, guarded conversions.
 #pragma once
 
-#include <climits>
 #include <cmath>
 
 #include "draw/state.h"
+#include "runtime/truncated.h"
 #include "zenromath/draw.h"
 #include "zenromath/geometry.h"
 
@@ -19,7 +19,7 @@ struct Point {
     double y = 0.0;
 };
 
-/// The scale denominator as it stands: metres on the paper times it are metres on the ground.
+/// The scale denominator as it is: metres on the paper times it are metres on the ground.
 inline double ScaleDenominator() {
     return draw::state().paperScale;
 }
@@ -27,12 +27,6 @@ inline double ScaleDenominator() {
 /// The type of the working context.
 inline bool OnDwg() {
     return TqDC->GetTqDCType() == kDwg;
-}
-
-/// Truncation that is defined for every value: limited to the range of int, 0 for a not-a-number.
-inline int ToInt(double value) {
-    if (!(value > INT_MIN)) return std::isnan(value) ? 0 : INT_MIN;
-    return value < INT_MAX ? static_cast<int>(value) : INT_MAX;
 }
 
 /// A bearing, turned by pi where flip is 1.

@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <memory>
 
-#include "symbol/library.h"
-#include "symbol/limits.h"
+#include "symbol/area/hatch_statistics.h"
+#include "symbol/file/library.h"
 #include "symbol/scratch.h"
 
 namespace zm::symbol {
@@ -14,6 +14,7 @@ struct State {
     std::shared_ptr<Library> library;         // TsymbolInit; a symbol being drawn keeps its own
     int lastCode = 0;                         // the last code looked up; cleared by TsymbolInit only
     const char* const* blockTable = nullptr;  // SetSymbolBlockTable; the caller's
+    const double* blockReach = nullptr;       // SetSymbolBlockReach; the caller's
     int frameSwitch = 0;                      // _LDExText draws a frame if it is on; nothing in the library sets it
     int colourCounter = 0;                    // rolling colour of brush and bitmap hatches, 0 to 7
     double lineOffsetX = 0.0;                 // AppendLineCor with a negative group

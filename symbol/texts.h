@@ -1,4 +1,4 @@
-// Texts of the symbol folder that reach users, as GBK bytes. Each stands beside its readable form; a test compares
+// Texts of the symbol folder that reach users, as GBK bytes. Each is beside its readable form; a test compares
 // the two.
 #pragma once
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "config/state.h"
-#include "runtime/numbers.h"
+#include "runtime/text/numbers.h"
 #include "tests/support/family_dirs.h"
 #include "tests/support/test_host.h"
 #include "zenromath/config.h"

@@ -8,9 +8,10 @@
 #include <vector>
 
 #include "draw/device.h"
-#include "dwg/trace.h"
-#include "zenromath/device.h"
+#include "tests/support/writer_trace.h"
 #include "zenromath/draw.h"
+#include "zenromath/null_device.h"
+#include "zenromath/svg.h"
 
 namespace {
 
@@ -30,26 +31,21 @@ std::vector<double> Walk(std::int64_t n) {
 }
 
 // Takes strokes and does nothing with them.
-class NoDevice : public zm::Device {
+class SumDevice : public zm::NullDevice {
  public:
     int Line(const zm::Stroke&, int x1, int, int, int) override { return sum += x1, 1; }
-    COLORREF Dot(int, int, COLORREF color) override { return color; }
-    int Arc(const zm::Stroke&, const RECT&, POINT, POINT) override { return 1; }
-    int Box(const zm::Stroke*, const zm::Fill&, const RECT&) override { return 1; }
-    int FillRegion(const zm::Region&, const zm::Fill&) override { return 1; }
-    int Text(const zm::TextStyle&, int, int, std::string_view) override { return 1; }
     unsigned sum = 0;
 };
 
-class NoWriter : public zm::dwg::Trace {
+class NoWriter : public zm::test::Trace {
  public:
-    NoWriter() : m_previous(zm::dwg::SetTrace(this)) {}
-    ~NoWriter() override { zm::dwg::SetTrace(m_previous); }
+    NoWriter() : m_previous(zm::test::SetTrace(this)) {}
+    ~NoWriter() override { zm::test::SetTrace(m_previous); }
     NoWriter(const NoWriter&) = delete;
     NoWriter& operator=(const NoWriter&) = delete;
 
  private:
-    zm::dwg::Trace* m_previous;
+    zm::test::Trace* m_previous;
 };
 
 void SetClip(CTqDraw& dc, std::int64_t kind) {
@@ -98,7 +94,7 @@ BENCHMARK(BM_LinesToDrawingFileSink)->Arg(1000)->Arg(1000000);
 
 void BM_LinesToDevice(benchmark::State& run) {
     auto xy = Walk(run.range(0));
-    NoDevice device;
+    SumDevice device;
     CTqDraw dc(0);
     dc.SetViewDrawDC(&device, 1.0, 0.0, 0.0, 800, 600, 0);
     SetClip(dc, 1);
@@ -107,5 +103,21 @@ void BM_LinesToDevice(benchmark::State& run) {
     run.SetItemsProcessed(run.iterations() * run.range(0));
 }
 BENCHMARK(BM_LinesToDevice)->Arg(1000)->Arg(1000000);
+
+// The same line to an SVG document, as one polyline.
+void BM_LinesToSvg(benchmark::State& run) {
+    auto xy = Walk(run.range(0));
+    for (auto _ : run) {
+        zm::SvgDevice device(800, 600);
+        CTqDraw dc(0);
+        dc.SetViewDrawDC(&device, 1.0, 0.0, 0.0, 800, 600, 0);
+        SetClip(dc, 1);
+        dc.lines(static_cast<int>(run.range(0)), xy.data());
+        benchmark::DoNotOptimize(device.Document().size());
+        SelectWorkingTqDC(nullptr);
+    }
+    run.SetItemsProcessed(run.iterations() * run.range(0));
+}
+BENCHMARK(BM_LinesToSvg)->Arg(1000000);
 
 }  // namespace

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "dwg/layout.h"
-#include "dwg/state.h"
-#include "dwg/writer.h"
-#include "runtime/files.h"
+#include "dwg/format/file_layout.h"
+#include "dwg/writer/state.h"
+#include "dwg/writer/writer.h"
+#include "runtime/files/files.h"
 #include "runtime/state.h"
 #include "tools/make_template/template_drawing.h"
 
@@ -31,7 +31,7 @@ class Workshop {
         fs::current_path(m_dir);
         zm::runtime::StartProjectFiles();
         zm::dwg::ResetState();
-        const std::string drawing = zm::tools::TemplateDrawing();
+        const std::string drawing = zm::tool::TemplateDrawing();
         std::ofstream("acad.dwg", std::ios::binary).write(drawing.data(), static_cast<std::streamsize>(drawing.size()));
     }
     ~Workshop() {

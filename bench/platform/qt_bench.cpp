@@ -3,13 +3,16 @@
 
 #include <QImage>
 #include <QPainter>
+#include <cmath>
+#include <functional>
 #include <random>
 #include <vector>
 
+#include "bench/symbol/inputs.h"
 #include "draw/device.h"
-#include "platform/qt/application.h"
-#include "platform/qt/qt_device.h"
 #include "zenromath/draw.h"
+#include "zenromath/qt.h"
+#include "zenromath/symbol.h"
 
 namespace {
 
@@ -38,6 +41,92 @@ zm::qt::Rendering RenderingOf(const benchmark::State& run) {
     return run.range(1) == 0 ? zm::qt::Rendering::pixels : zm::qt::Rendering::smooth;
 }
 
+// What is drawn: a library, and figure number i of it.
+enum Work { kLines, kSymbols, kPatterns };
+constexpr int kFigures = 2000;
+constexpr char kLibrary[] =
+    "*12 G\n1 -1,-1 1,-1\n1 1,-1 1,1\n1 1,1 -1,1\n1 -1,1 -1,-1\n1 -1,-1 1,1\n1 -1,1 1,-1\n1 0,1 0,2\n1 -0.5,2 0.5,2\n"
+    "1 -0.5,-1 -0.5,-1.5\n1 0.5,-1 0.5,-1.5\n*42 G\n1 -0.2,0 0.2,0\n1 0,-0.2 0,0.2\n1 -0.2,-0.2 0.2,0.2\n"
+    "*80 LC\n+0.6 -0.2 G42 -0.2\n*$\n";
+constexpr double kScale = 10.0;  // pixels for a survey unit
+constexpr double kExtent = kSide / kScale;
+
+void DrawFigure(Work work, int i) {
+    const double x = zm::bench::kEasting + 15.0 + i % 67;
+    const double y = zm::bench::kNorthing + 15.0 + i % 71;
+    const double a = i * 0.1;
+    double xs[] = {x, x + 10.0 * std::cos(a)};
+    double ys[] = {y, y + 10.0 * std::sin(a)};
+    if (work == kLines)
+        TqDC->line(xs[0], ys[0], x + std::cos(a), y + std::sin(a));
+    else if (work == kSymbols)
+        insert(x, y, a, 12);
+    else
+        PROCESSALL(2, xs, ys, 1, 80);
+}
+
+// Lines of 10 px, symbols of ten strokes, patterned lines of 100 px; every other one in another colour. Clipped to the
+// view, as applications draw.
+void DrawFigures(zm::Device* device, Work work, const std::function<void(int)>& next) {
+    zm::bench::Stage stage(kLibrary, zm::bench::kDevice, device, zm::bench::kEasting, zm::bench::kNorthing);
+    stage.dc().SetViewDrawDC(device, kScale, zm::bench::kEasting, zm::bench::kNorthing, kSide, kSide, 0);
+    stage.dc().SetCutArea();
+    stage.dc().SetDoCut(1);
+    for (int i = 0; i < kFigures; ++i) {
+        next(i);
+        const CTQPen pen(PS_SOLID, 1, static_cast<DWORD>(i % 2 == 0 ? 0x000000 : 0x0000C0));
+        DrawFigure(work, i);
+    }
+}
+
+// Keeps the strokes of each figure.
+class Keeper : public zm::NullDevice {
+ public:
+    int Line(const zm::Stroke&, int x1, int y1, int x2, int y2) override {
+        figures.back().append(QLineF(x1 + 0.5, y1 + 0.5, x2 + 0.5, y2 + 0.5));
+        return 1;
+    }
+    std::vector<QVector<QLineF>> figures;
+};
+
+QImage Paper() {
+    zm::qt::EnsureApplication();
+    QImage image(kSide, kSide, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    return image;
+}
+
+void BM_FiguresToQt(benchmark::State& run) {
+    QImage image = Paper();
+    const auto rendering = run.range(1) == 0 ? zm::qt::Rendering::pixels : zm::qt::Rendering::smooth;
+    for (auto _ : run) {
+        zm::qt::QtDevice device(&image, rendering);
+        DrawFigures(&device, static_cast<Work>(run.range(0)), [](int) {});
+        device.Finish();
+    }
+    run.SetItemsProcessed(run.iterations() * kFigures);
+}
+
+// The same strokes, ready in pixels, a call for each figure.
+void BM_FiguresByQPainter(benchmark::State& run) {
+    QImage image = Paper();
+    Keeper keeper;
+    DrawFigures(&keeper, static_cast<Work>(run.range(0)), [&](int) { keeper.figures.emplace_back(); });
+    for (auto _ : run) {
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing, run.range(1) == 1);
+        for (std::size_t i = 0; i < keeper.figures.size(); ++i) {
+            painter.setPen(QPen(i % 2 == 0 ? QColor(0, 0, 0) : QColor(0xC0, 0, 0), 1, Qt::SolidLine, Qt::SquareCap,
+                                Qt::RoundJoin));
+            painter.drawLines(keeper.figures[i]);
+        }
+    }
+    run.SetItemsProcessed(run.iterations() * kFigures);
+}
+
+BENCHMARK(BM_FiguresToQt)->ArgNames({"work", "smooth"})->ArgsProduct({{kLines, kSymbols, kPatterns}, {0, 1}});
+BENCHMARK(BM_FiguresByQPainter)->ArgNames({"work", "smooth"})->ArgsProduct({{kLines, kSymbols, kPatterns}, {0, 1}});
+
 void BM_ContextToQt(benchmark::State& run) {
     zm::qt::EnsureApplication();
     const auto segments = Segments(static_cast<int>(run.range(0)));
@@ -48,6 +137,8 @@ void BM_ContextToQt(benchmark::State& run) {
         SelectWorkingTqDC(nullptr);
         CTqDraw context(0);
         context.SetViewDrawDC(&device, 1.0, 0.0, 0.0, kSide, kSide, 0);
+        context.SetCutArea();
+        context.SetDoCut(1);
         for (const Segment& s : segments)
             context.line(static_cast<double>(s.x1), static_cast<double>(s.y1), static_cast<double>(s.x2),
                          static_cast<double>(s.y2));

@@ -7,10 +7,10 @@
 #include <string>
 #include <unordered_map>
 
-#include "runtime/files.h"
-#include "runtime/numbers.h"
-#include "runtime/profile.h"
-#include "runtime/profile_text.h"
+#include "runtime/files/files.h"
+#include "runtime/profile/profile.h"
+#include "runtime/profile/profile_text.h"
+#include "runtime/text/numbers.h"
 #include "tests/support/scratch.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "bench/symbol/inputs.h"
-#include "symbol/hatch_lines.h"
+#include "symbol/area/hatch_lines.h"
 
 namespace {
 

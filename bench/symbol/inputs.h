@@ -11,18 +11,18 @@
 #include <vector>
 
 #include "draw/state.h"
-#include "dwg/trace.h"
-#include "symbol/library.h"
+#include "symbol/file/library.h"
+#include "symbol/file/symbol_file.h"
 #include "symbol/state.h"
-#include "symbol/symbol_file.h"
-#include "zenromath/device.h"
+#include "tests/support/writer_trace.h"
 #include "zenromath/draw.h"
+#include "zenromath/null_device.h"
 #include "zenromath/symbol.h"
 
 namespace zm::bench {
 
 /// A device that draws nothing: what is measured is the way to it.
-class NullDevice : public Device {
+class SumDevice : public NullDevice {
  public:
     int Line(const Stroke&, int x1, int y1, int x2, int y2) override {
         sum += x1 ^ y1 ^ x2 ^ y2;
@@ -36,14 +36,11 @@ class NullDevice : public Device {
         sum += box.left;
         return 1;
     }
-    int Box(const Stroke*, const Fill&, const RECT&) override { return 1; }
-    int FillRegion(const Region&, const Fill&) override { return 1; }
-    int Text(const TextStyle&, int, int, std::string_view) override { return 1; }
     int sum = 0;
 };
 
 /// Takes the writer's calls and keeps nothing.
-class NullWriter : public dwg::Trace {
+class NullWriter : public test::Trace {
  public:
     void Line(double x1, double, double, double) override { sum += x1; }
     void Polyline(const double* xy, int n) override { sum += xy[2 * n - 1]; }
@@ -57,7 +54,7 @@ enum Sink { kDevice = 0, kDwg = 1, kRecording = 3 };
 constexpr double kEasting = 512000.0;
 constexpr double kNorthing = 3391000.0;
 
-/// A library of this text and a working context on a sink, without clipping. (x0, y0) is the view's lower left corner.
+/// A library of this text and a working context on a sink, clipped to its view as applications have it. (x0, y0) is the view's lower left corner.
 class Stage {
  public:
     Stage(const std::string& library, int type, Device* device = nullptr, double x0 = 0.0, double y0 = 0.0)
@@ -73,11 +70,13 @@ class Stage {
         symbol::state().library = std::move(loaded);
         m_dc = std::make_unique<CTqDraw>(type);
         m_dc->SetViewDrawDC(device != nullptr ? device : &m_null, 10.0, x0, y0, 20000, 20000, 0);
-        dwg::SetTrace(&m_writer);
+        m_dc->SetCutArea();
+        m_dc->SetDoCut(1);
+        test::SetTrace(&m_writer);
     }
     ~Stage() {
         m_dc.reset();
-        dwg::SetTrace(nullptr);
+        test::SetTrace(nullptr);
         draw::ResetState();
         symbol::ResetState();
     }
@@ -85,7 +84,7 @@ class Stage {
     Stage& operator=(const Stage&) = delete;
 
     CTqDraw& dc() { return *m_dc; }
-    NullDevice& device() { return m_null; }
+    SumDevice& device() { return m_null; }
     /// A recording grows without end otherwise.
     void Empty() {
         if (m_type == kRecording && m_dc->GetTqDCString()->GetSize() > 100000) m_dc->GetTqDCString()->RemoveAll();
@@ -93,7 +92,7 @@ class Stage {
 
  private:
     int m_type;
-    NullDevice m_null;
+    SumDevice m_null;
     NullWriter m_writer;
     std::unique_ptr<CTqDraw> m_dc;
 };

@@ -26,7 +26,7 @@ constexpr char kMapnikStyle[] =
     R"(</Datasource></Layer></Map>)";
 constexpr char kMapnikScript[] =
     "import mapnik\n"
-    "m = mapnik.Map(3800, 3800)\n"
+    "m = mapnik.Map(4000, 4000)\n"
     "mapnik.load_map(m, 'style.xml')\n"
     "m.zoom_all()\n"
     "mapnik.render_to_file(m, 'out.png', 'png')\n";
@@ -101,7 +101,8 @@ void BM_LinesToRecording(benchmark::State& state) {
 BENCHMARK(BM_LinesToRecording)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void BM_LinesToPngAsAFence(benchmark::State& state) {
-    Run(state, ZENRO_PROGRAM " draw lines.geojson --rules ./fence.rules --scale 5000 --no-frame -o out.png", kLines);
+    Run(state, ZENRO_PROGRAM " draw lines.geojson --rules ./fence.rules --scale 5000 --no-frame --dpi 254 -o out.png",
+        kLines);
 }
 BENCHMARK(BM_LinesToPngAsAFence)->Unit(benchmark::kMillisecond)->UseRealTime();
 

@@ -1,9 +1,11 @@
 #include "dwg/reader/dump.h"
 
 #include <cmath>
+#include <cstdlib>
 
-#include "runtime/gbk.h"
-#include "runtime/numbers.h"
+#include "dwg/reader/picture.h"
+#include "runtime/text/gbk.h"
+#include "runtime/text/numbers.h"
 
 namespace zm::dwg::reader {
 namespace {
@@ -42,7 +44,8 @@ std::string LayerName(const Drawing& drawing, int index) {
 
 std::string LinetypeName(const Drawing& drawing, int index) {
     const auto i = static_cast<std::size_t>(index);
-    if (index == 255) return "BYBLOCK";
+    if (index == kByBlock || index == kByBlock1009) return "BYBLOCK";
+    if (index == kByLayer1009) return "BYLAYER";
     return i < drawing.linetypes.size() ? drawing.linetypes[i].name : Text("#%d", index);
 }
 
@@ -71,6 +74,13 @@ std::string Fields(const Drawing& drawing, const Record& record, bool json) {
     if (record.linetype) add("linetype", quoted(LinetypeName(drawing, *record.linetype)));
     if (record.elevation) add("elevation", Number(*record.elevation, json));
     if (record.thickness) add("thickness", Number(*record.thickness, json));
+    if (!record.handle.empty()) {
+        std::string digits;
+        for (const char c : record.handle) digits += Text("%02X", static_cast<unsigned char>(c));
+        add("handle", quoted(digits));
+    }
+    if (record.InPaperSpace()) add("viewport", Text("%d", record.viewport.value_or(0)));
+    if (record.kind == kJump) add("to", Text("%llu", static_cast<ull>(drawing.PlaceOf(record.jump))));
     if (!record.points.empty()) {
         std::string points;
         for (const Point& point : record.points)
@@ -87,33 +97,48 @@ std::string Fields(const Drawing& drawing, const Record& record, bool json) {
     return out;
 }
 
+// A name as it is shown among others: one without letters would be overlooked.
+std::string Shown(const std::string& name) {
+    return name.empty() ? "(no name)" : gbk::ToUtf8(name);
+}
+
+std::string StateOf(const Layer& layer) {
+    std::string state;
+    if (layer.color < 0) state += " off";
+    if (layer.flag & Layer::kFrozen) state += " frozen";
+    return state;
+}
+
 std::string InfoText(const Drawing& drawing, ull entities, bool drawn, const Point& low, const Point& high) {
     const Header& h = drawing.header;
     std::string out = Text("version %d, %u header variables, code page %d\n", h.version, h.variables, h.codePage);
-    out += Text("%llu entity records, bytes %u to %u; block section at %u; %zu bytes in all\n", entities, h.entityStart,
-                h.entityEnd, h.blockStart, drawing.bytes().size());
+    out += Text("%llu entity records, bytes %u to %u; block section at %u, extra section at %u; %zu bytes in all\n",
+                entities, h.entityStart, h.entityEnd, h.blockStart, h.extraStart, drawing.bytes().size());
     if (drawn)
         out += Text("extents %.3f %.3f to %.3f %.3f\n", low.x, low.y, high.x, high.y);
     else
         out += "nothing drawn\n";
     out += Text("%zu layers\n", drawing.layers.size());
     for (std::size_t i = 0; i < drawing.layers.size(); ++i)
-        out += Text("  %zu %s colour %d linetype %s\n", i, gbk::ToUtf8(drawing.layers[i].name).c_str(),
-                    drawing.layers[i].color, gbk::ToUtf8(LinetypeName(drawing, drawing.layers[i].linetype)).c_str());
+        out += Text("  %zu %s colour %d linetype %s%s\n", i, Shown(drawing.layers[i].name).c_str(),
+                    std::abs(drawing.layers[i].color),
+                    gbk::ToUtf8(LinetypeName(drawing, drawing.layers[i].linetype)).c_str(),
+                    StateOf(drawing.layers[i]).c_str());
     out += Text("%zu text styles\n", drawing.styles.size());
     for (std::size_t i = 0; i < drawing.styles.size(); ++i) {
         const Style& style = drawing.styles[i];
         out +=
-            Text("  %zu %s font %s %s width %g oblique %g\n", i, gbk::ToUtf8(style.name).c_str(),
+            Text("  %zu %s font %s %s width %g oblique %g\n", i,
+                 style.flag & Style::kShapeFile ? "(shape file)" : Shown(style.name).c_str(),
                  gbk::ToUtf8(style.font).c_str(), gbk::ToUtf8(style.bigFont).c_str(), style.widthFactor, style.oblique);
     }
     out += Text("%zu linetypes\n", drawing.linetypes.size());
     for (std::size_t i = 0; i < drawing.linetypes.size(); ++i)
-        out += Text("  %zu %s elements %d length %g\n", i, gbk::ToUtf8(drawing.linetypes[i].name).c_str(),
+        out += Text("  %zu %s elements %d length %g\n", i, Shown(drawing.linetypes[i].name).c_str(),
                     drawing.linetypes[i].count, drawing.linetypes[i].length);
     out += Text("%zu blocks\n", drawing.blocks.size());
     for (std::size_t i = 0; i < drawing.blocks.size(); ++i)
-        out += Text("  %zu %s at %u\n", i, gbk::ToUtf8(drawing.blocks[i].name).c_str(), drawing.blocks[i].offset);
+        out += Text("  %zu %s at %u\n", i, Shown(drawing.blocks[i].name).c_str(), drawing.blocks[i].offset);
     return out;
 }
 
@@ -124,27 +149,49 @@ std::string InfoJson(const Drawing& drawing, ull entities, bool drawn, const Poi
         for (const auto& item : items) out += (out.size() > 1 ? "," : "") + one(item);
         return out + "]";
     };
+    const auto number = [](double value) { return Number(value, true); };
     std::string out = Text("{\"version\":%d,\"variables\":%u,\"code_page\":%d,\"entities\":%llu,\"bytes\":%zu",
                            h.version, h.variables, h.codePage, entities, drawing.bytes().size());
-    out += ",\"extents\":" + (drawn ? "[" + Number(low.x, true) + "," + Number(low.y, true) + "," +
-                                          Number(high.x, true) + "," + Number(high.y, true) + "]"
-                                    : std::string("null"));
+    out += Text(
+        ",\"entity_start\":%u,\"entity_end\":%u,\"block_start\":%u,\"block_size\":%u,\"extra_start\":%u,"
+        "\"extra_size\":%u",
+        h.entityStart, h.entityEnd, h.blockStart, h.blockSize, h.extraStart, h.extraSize);
+    out += ",\"extents\":" +
+           (drawn ? "[" + number(low.x) + "," + number(low.y) + "," + number(high.x) + "," + number(high.y) + "]"
+                  : std::string("null"));
     out += ",\"layers\":" + list(drawing.layers, [&](const Layer& layer) {
-               return "{\"name\":" + Quoted(layer.name) + Text(",\"color\":%d,\"linetype\":", layer.color) +
+               return "{\"name\":" + Quoted(layer.name) +
+                      Text(",\"color\":%d,\"flag\":%d,\"linetype\":", layer.color, layer.flag) +
                       Quoted(LinetypeName(drawing, layer.linetype)) + "}";
            });
-    out += ",\"styles\":" + list(drawing.styles, [](const Style& style) {
-               return "{\"name\":" + Quoted(style.name) + ",\"font\":" + Quoted(style.font) +
-                      ",\"big_font\":" + Quoted(style.bigFont) + ",\"width\":" + Number(style.widthFactor, true) + "}";
+    out += ",\"styles\":" + list(drawing.styles, [&](const Style& style) {
+               return "{\"name\":" + Quoted(style.name) + Text(",\"flag\":%d,\"font\":", style.flag) +
+                      Quoted(style.font) + ",\"big_font\":" + Quoted(style.bigFont) +
+                      ",\"height\":" + number(style.height) + ",\"width\":" + number(style.widthFactor) +
+                      ",\"oblique\":" + number(style.oblique) +
+                      Text(",\"generation\":%d,\"last_height\":", style.generation) + number(style.lastHeight) + "}";
            });
-    out += ",\"linetypes\":" + list(drawing.linetypes, [](const Linetype& type) {
-               return "{\"name\":" + Quoted(type.name) + Text(",\"elements\":%d,\"length\":", type.count) +
-                      Number(type.length, true) + "}";
+    out += ",\"linetypes\":" + list(drawing.linetypes, [&](const Linetype& type) {
+               return "{\"name\":" + Quoted(type.name) + ",\"description\":" + Quoted(type.description) +
+                      Text(",\"flag\":%d,\"alignment\":%d,\"elements\":%d,\"length\":", type.flag, type.alignment,
+                           type.count) +
+                      number(type.length) + ",\"dashes\":" + list(type.elements, number) + "}";
            });
     out += ",\"blocks\":" + list(drawing.blocks, [](const BlockEntry& block) {
-               return "{\"name\":" + Quoted(block.name) + Text(",\"offset\":%u}", block.offset);
+               return "{\"name\":" + Quoted(block.name) +
+                      Text(",\"flag\":%d,\"offset\":%u,\"mark\":%d}", block.flag, block.offset, block.mark);
            });
     return out + "}\n";
+}
+
+constexpr const char* kSectionNames[] = {"entities", "blocks", "extras"};
+
+std::string PlaceText(const Place* place, bool json) {
+    if (place == nullptr) return {};
+    const std::string section = kSectionNames[static_cast<int>(place->section)];
+    std::string out = json ? ",\"section\":\"" + section + "\"" : " section=" + section;
+    if (place->block != nullptr) out += (json ? ",\"block_name\":" : " in=") + Quoted(place->block->name);
+    return out;
 }
 
 }  // namespace
@@ -158,14 +205,19 @@ std::string Info(const Drawing& drawing, bool json) {
     return json ? InfoJson(drawing, entities, drawn, low, high) : InfoText(drawing, entities, drawn, low, high);
 }
 
-std::string Line(const Drawing& drawing, const Record& record, bool json) {
+std::string Line(const Drawing& drawing, const Record& record, bool json, const Place* place) {
     if (json)
-        return Text("{\"offset\":%llu,\"kind\":\"%s\",\"erased\":%s,\"layer\":", static_cast<ull>(record.offset),
+        return Text("{\"offset\":%llu,\"kind\":\"%s\",\"erased\":%s", static_cast<ull>(record.offset),
                     KindName(record).c_str(), record.erased ? "true" : "false") +
-               Quoted(LayerName(drawing, record.layer)) + Fields(drawing, record, true) + "}";
-    return Text("%llu %s%s layer=", static_cast<ull>(record.offset), KindName(record).c_str(),
+               PlaceText(place, true) +
+               (place != nullptr
+                    ? Text(",\"bytes\":%u,\"flags\":%u,\"options\":%u", record.length, record.flags, record.options)
+                    : std::string()) +
+               ",\"layer\":" + Quoted(LayerName(drawing, record.layer)) + Fields(drawing, record, true) + "}";
+    return Text("%llu %s%s", static_cast<ull>(record.offset), KindName(record).c_str(),
                 record.erased ? " erased" : "") +
-           Quoted(LayerName(drawing, record.layer)) + Fields(drawing, record, false);
+           PlaceText(place, false) + " layer=" + Quoted(LayerName(drawing, record.layer)) +
+           Fields(drawing, record, false);
 }
 
 }  // namespace zm::dwg::reader

@@ -1,12 +1,12 @@
 // The layout of drawings of version digits 1006 and 1009, as data: header fields here, record kinds and their fields in
-// dwg/record_layout.h. docs/dwg/writer.md and docs/dwg/template.md tell what the fields mean.
+// dwg/format/record_layout.h. docs/dwg/writer.md and docs/dwg/template.md tell what the fields mean.
 #pragma once
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 
-#include "dwg/record_layout.h"
+#include "dwg/format/record_layout.h"
 
 namespace zm::dwg::reader {
 

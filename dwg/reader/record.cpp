@@ -7,7 +7,7 @@
 namespace zm::dwg::reader {
 namespace {
 
-// Takes fields one behind the other, never behind the record's end; counts what they would take.
+// Takes fields one after the other, never after the record's end; counts what they would take.
 class Cursor {
  public:
     Cursor(Bytes bytes, std::uint64_t at, std::uint64_t end) : m_bytes(bytes), m_at(at), m_end(end) {}
@@ -43,7 +43,11 @@ void ReadField(Cursor& cursor, const FieldLayout& layout, Record& record) {
             record.color = static_cast<int>(cursor.UInt(1));
             break;
         case FieldRole::extended:
-            if (cursor.UInt(1) & kHasExtendedData) cursor.Text(cursor.UInt(2));
+            record.extra = static_cast<unsigned>(cursor.UInt(1));
+            if (record.extra & kHasExtendedData) cursor.Text(cursor.UInt(2));
+            break;
+        case FieldRole::viewport:
+            if (record.extra & kHasViewport) record.viewport = static_cast<int>(cursor.UInt(2));
             break;
         case FieldRole::linetype:
             record.linetype = static_cast<int>(cursor.UInt(WidthOf(layout.type)));
@@ -66,9 +70,7 @@ void ReadField(Cursor& cursor, const FieldLayout& layout, Record& record) {
         case FieldRole::z:
             record.points.back().z = cursor.Real();
             break;
-        case FieldRole::block:
-        case FieldRole::style:
-        case FieldRole::other:
+        default:
             Field& field = record.fields.emplace_back(Field{&layout, NumberOf(cursor, layout), {}});
             if (layout.type == FieldType::text) field.text = cursor.Text(static_cast<std::size_t>(field.number));
             break;
@@ -103,8 +105,15 @@ bool ReadRecord(Bytes bytes, std::uint64_t offset, bool r1009, std::uint64_t roo
     record.layout = KindLayoutOf(record.kind);
     const std::uint64_t length = record.length + (wideInsert && record.kind == kInsert ? kReferenceSurplus : 0u);
     if (record.length < kRecordHeaderBytes || end - offset < length) return false;
-    if (record.layout == nullptr) {
+    if (record.kind == kJump) record.jump = U32At(bytes, offset + 4);
+    if (record.layout == nullptr || IsOpaque(*record.layout)) {
         record.used = record.length;
+        return true;
+    }
+    // A jump has no fields, whatever its flags say, but for the marker that our writer makes.
+    if (record.kind == kJump && !record.IsMarker()) {
+        record.layer = record.options = 0;
+        record.used = kRecordHeaderBytes + (r1009 ? kLaterEndSize : 0);
         return true;
     }
     Cursor cursor(bytes, offset + kRecordHeaderBytes, offset + length);

@@ -6,10 +6,10 @@
 #include <limits>
 #include <string>
 
-#include "runtime/files.h"
-#include "runtime/numbers.h"
-#include "runtime/project.h"
+#include "runtime/files/files.h"
+#include "runtime/profile/project.h"
 #include "runtime/state.h"
+#include "runtime/text/numbers.h"
 #include "zenromath/host.h"
 #include "zenromath/runtime.h"
 

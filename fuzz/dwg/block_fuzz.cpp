@@ -1,6 +1,6 @@
 // Any bytes as a block file: copied so that the reader finds nothing wrong, or left out with the drawing as it was.
-#include "dwg/block_copy.h"
-#include "dwg/writer.h"
+#include "dwg/block/block_copy.h"
+#include "dwg/writer/writer.h"
 #include "fuzz/dwg/proof_by_reader.h"
 #include "tests/support/test_host.h"
 
@@ -9,7 +9,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static test::TestHost host;
     static const dwg::DrawingTemplate drawing = [] {
         dwg::DrawingTemplate made;
-        const std::string bytes = tools::TemplateDrawing();
+        const std::string bytes = tool::TemplateDrawing();
         made.bytes.assign(bytes.begin(), bytes.end());
         return made;
     }();

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "dwg/line_pattern.h"
+#include "dwg/writer/line_pattern.h"
 #include "fuzz/dwg/session_in_memory.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

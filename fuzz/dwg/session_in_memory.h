@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "dwg/session.h"
+#include "dwg/writer/session.h"
 #include "tools/make_template/template_drawing.h"
 
 namespace zm::fuzz {
@@ -39,7 +39,18 @@ class MemoryDrawing {
     MemoryDrawing& operator=(const MemoryDrawing&) = delete;
 
     /// Finishes the file and checks that everything stands where its header says.
-    void Check() {
+    void Check() { CheckPlaces(2); }
+    /// The same of a drawing whose references within blocks are as long as they say.
+    void CheckWithoutSurplus() { CheckPlaces(0); }
+    /// The bytes of the file that was checked; without a closing record.
+    std::vector<std::uint8_t> Bytes() const {
+        return {m_file.begin(), m_file.begin() + static_cast<std::ptrdiff_t>(m_end)};
+    }
+    void SetTail(std::size_t size) { m_tail = size; }
+
+ private:
+    // A reference in a block that was copied is so many bytes longer than it says.
+    void CheckPlaces(unsigned surplus) {
         Require(dwg::state().session->Finish(), "the file is written whole");
         const std::uint8_t* file = m_file.data();
         std::uint64_t place = dwg::Load32(file + dwg::kEntitiesStart);
@@ -51,18 +62,10 @@ class MemoryDrawing {
         place += m_tail;
         Require(dwg::Load32(file + dwg::kBlocksStart) == place, "the block section stands behind the tables");
         const std::uint64_t end = place + dwg::state().session->tables().section().size();
-        // A reference in a block is two bytes longer than it says.
-        while (place < end) place += Length(place, file[place] == 14 ? 2 : 0);
+        while (place < end) place += Length(place, file[place] == 14 ? surplus : 0);
         Require(place == end, "the records of the block section fill it");
         m_end = end;
     }
-    /// The bytes of the file that was checked; without a closing record.
-    std::vector<std::uint8_t> Bytes() const {
-        return {m_file.begin(), m_file.begin() + static_cast<std::ptrdiff_t>(m_end)};
-    }
-    void SetTail(std::size_t size) { m_tail = size; }
-
- private:
     std::uint64_t Length(std::uint64_t place, unsigned surplus) const {
         Require(place + dwg::kEntityHeaderSize <= kSize, "a record stands inside the file");
         const unsigned length = dwg::Load16(m_file.data() + place + 2);

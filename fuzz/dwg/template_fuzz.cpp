@@ -1,6 +1,6 @@
 // Any bytes as a template: refused with a reason, or a sound drawing comes of it.
-#include "dwg/selection.h"
-#include "dwg/writer.h"
+#include "dwg/writer/selection.h"
+#include "dwg/writer/writer.h"
 #include "fuzz/dwg/session_in_memory.h"
 #include "tests/support/test_host.h"
 

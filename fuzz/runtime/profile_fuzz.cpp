@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "runtime/profile_text.h"
+#include "runtime/profile/profile_text.h"
 
 namespace {
 

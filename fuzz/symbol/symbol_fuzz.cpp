@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "draw/state.h"
-#include "dwg/trace.h"
+#include "symbol/file/symbol_file.h"
 #include "symbol/state.h"
-#include "symbol/symbol_file.h"
-#include "zenromath/device.h"
+#include "tests/support/writer_trace.h"
 #include "zenromath/draw.h"
 #include "zenromath/host.h"
+#include "zenromath/null_device.h"
 #include "zenromath/symbol.h"
 
 namespace {
@@ -23,16 +23,6 @@ class SilentHost : public Host {
  public:
     int ShowBox(const char*, const char*, unsigned int) override { return IDNO; }
     void Beep() override {}
-};
-
-class NullDevice : public Device {
- public:
-    int Line(const Stroke&, int, int, int, int) override { return 1; }
-    COLORREF Dot(int, int, COLORREF color) override { return color; }
-    int Arc(const Stroke&, const RECT&, POINT, POINT) override { return 1; }
-    int Box(const Stroke*, const Fill&, const RECT&) override { return 1; }
-    int FillRegion(const Region&, const Fill&) override { return 1; }
-    int Text(const TextStyle&, int, int, std::string_view) override { return 1; }
 };
 
 // The first bytes of the input choose where and how is drawn.
@@ -82,7 +72,7 @@ void DrawAll(const Setting& s) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static SilentHost host;
     static NullDevice device;
-    static dwg::Trace writer;
+    static test::Trace writer;
     SetHost(&host);
     Setting setting = {};
     if (size >= sizeof setting) {
@@ -92,7 +82,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     symbol::ResetState();
     draw::ResetState();
-    dwg::SetTrace(&writer);
+    test::SetTrace(&writer);
     CTqDraw dc(setting.sink % 4);
     dc.SetViewDrawDC(&device, std::pow(10.0, setting.pixels % 5 - 2.0), 0.0, 0.0, 1000, 1000, 0);
     dc.SetCutArea(0.0, 0.0, 100.0, 100.0);

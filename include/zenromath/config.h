@@ -27,6 +27,9 @@ struct LayerCol {
 ZM_API void ReadCengCi(void);
 /// Saves the layers, at most 1000: the count is stored as that limit too. Lines of higher numbers stay in the file. The
 /// project's current extension becomes ".ini".
+///
+/// Errors: a file that could not be written, and a name that would be read back as another one (empty, or with a blank, a
+/// tab or a line end in it), are each reported by a message. Such names are saved as they stand, a line end as "_".
 ZM_API void WriteCengCi(void);
 /// Hands out the table of 1000 layers (null before the first read and after DeleteCengCi8Dlg) and the count by address.
 /// Both may be changed by the caller, who keeps to 1000 layers and to terminated names; lookups see the change at once.
@@ -55,9 +58,9 @@ ZM_API unsigned long GetColorNo(int code);
 /// \return 10
 ZM_API int Get_SysColor(unsigned long*& palette);
 /// Reads the colours 1 to 9 of section "PenColor" of "neworv.ini" in the machine's configuration directory. The first
-/// key that is missing ends the reading; it and those behind it keep their values.
+/// key that is missing ends the reading; it and those after it keep their values.
 ZM_API void ReadColorSetting(void);
-/// Writes the colours 1 to 9 there.
+/// Writes the colours 1 to 9 there. A file that could not be written is reported by a message with its path.
 ZM_API void WriteColorSetting(void);
 
 // ---- Note classes and fonts ---------------------------------------------------------------------------------------
@@ -109,6 +112,8 @@ class ZM_API TqNoteLayBase {
 
     /// Reads classes and fonts. The object becomes the global one if both were found; a message tells if no class was.
     TqNoteLayBase();
+    /// The same from another file. path: whole, GBK, at most 255 bytes; null or a longer one is no file.
+    explicit TqNoteLayBase(const char* path);
     /// Frees all records; there is no global object then.
     ~TqNoteLayBase();
     TqNoteLayBase(const TqNoteLayBase&) = delete;
@@ -183,6 +188,7 @@ class ZM_API TqNoteLayBase {
     /// Writes a value of the file; 1, 0 if it could not be written.
     int WriteOneRcd(const char* section, const char* key, const char* value);
 
+    const char* GetFile() const { return m_path; }              ///< full path of the file
     double GetCWeight() const { return m_cweight; }             ///< CWEIGHT, 1 if missing
     const char* GetScreenFont() const { return m_screenFont; }  ///< SCREENFONT
     int GetDecMin() const { return m_decMin; }                  ///< width taken off per decimal point, 0.1 mm
@@ -194,6 +200,7 @@ class ZM_API TqNoteLayBase {
     int m_GetClassn(char code) const;
     void m_ReleaseCObArray(ClassList* list);
     void m_ReleaseCObArray(FontList* list);
+    void Load();
     void ChooseDefault();
 
     int m_defaultIndex = 0;

@@ -1,8 +1,8 @@
 // The device boundary: what an application derives from to let the library draw on something of its own.
 //
-// On Windows the library draws on the caller's HDC with GDI and has no use for this header. Elsewhere an HDC is a
-// pointer to a zm::Device. Handles, selection and the current position are kept once, in the base class, for all
-// devices; a derived device receives resolved strokes, fills and text, never a handle:
+// An HDC is a pointer to a zm::Device; on Windows it may be a device context of the system as well, drawn on with GDI.
+// Handles, selection and the current position are kept once, in the base class, for all devices; a derived device
+// receives resolved strokes, fills and text, never a handle:
 //
 //     MoveToEx, LineTo, DrawLine           Moved, Line
 //     DrawLines                            Lines
@@ -12,7 +12,13 @@
 //     FillRgn                              FillRegion
 //     TextOutA, DrawTextA                  Text, Paragraph
 //
-// Coordinates are device pixels, y down. Texts are bytes in GBK. Nothing is clipped before it arrives.
+// Coordinates are device pixels, y down. Texts are bytes in GBK. Fills, arcs, boxes and text are not clipped before they
+// arrive; survey strokes are clipped to the view.
+//
+// A device may let the application in while it draws. The strokes of one hand-over were mapped before the first of them
+// was drawn, so another view, rotation, clip area, working context or symbol library holds from the next hand-over on,
+// and goes on there with the rest of the figure; another pen holds at once. The device itself may go: what is left of
+// the hand-over is dropped. A context may go too, unless a call of its own (line, lines, drawarc ...) is under way.
 #pragma once
 
 #include <array>
@@ -118,30 +124,41 @@ class ZM_API Region {
     std::shared_ptr<const Data> m_data;
 };
 
-/// Something to draw on.
+#if defined(_WIN32)
+/// What makes the address of a device one of the system's types. Its handles are numbers of 32 bits and no addresses;
+/// the library knows which of the two it was given.
+using DeviceContext = HDC__;
+constexpr int ERROR_REGION = 0;
+#else
+struct DeviceContext {};
+#endif
+
+/// Something to draw on. On Windows its pens, fonts, brushes and regions are GDI's objects.
 ///
 /// A device lives as long as anything is drawn on it; operations on an HDC whose device is gone do nothing and report
 /// failure. A fresh device has a black pen of width 1, a white brush, the system font, black text on opaque white, and
 /// the current position (0, 0).
-class ZM_API Device {
+class ZM_API Device : public DeviceContext {
  public:
     Device();
     virtual ~Device();
     Device(const Device&) = delete;
     Device& operator=(const Device&) = delete;
 
-    /// The current position was set. For devices that write down what they are told.
+    /// The current position was set. For devices that write down what is asked of them.
     virtual void Moved(int x, int y);
     /// A straight stroke. The first pixel is drawn, the last left out.
     /// \return non-zero if done; so for all that follow
     virtual int Line(const Stroke& stroke, int x1, int y1, int x2, int y2) = 0;
     /// A run of strokes: from the first point to the second, from the third to the fourth ... For devices that draw
-    /// many at a time faster than one by one; they are not told of the moves between. The base class has Moved and Line
-    /// for each, by the pen of the moment.
+    /// many at a time faster than one by one: the library hands over its survey strokes so, up to 64 at a time, all of
+    /// one symbol or line. Moves between them are not reported. The base class has Moved and Line for each, by the pen
+    /// of the moment.
     ///
     /// \param ends   two points for each stroke, device pixels
     /// \param count  strokes, 1 or more
-    virtual void Lines(const Stroke& stroke, const POINT* ends, int count);
+    /// \return       the sum of the results that Line has for each
+    virtual int Lines(const Stroke& stroke, const POINT* ends, int count);
     /// One pixel; the colour set, CLR_INVALID where there is no such pixel.
     virtual COLORREF Dot(int x, int y, COLORREF color) = 0;
     /// A piece of the ellipse in box (its corners in any order), counter-clockwise on the device from the radial line

@@ -12,7 +12,7 @@
 namespace zm::draw {
 struct Access;
 
-/// An unsigned integer type that stands beside DWORD, so that a call with 0xFFFFFFFF finds the DWORD overload on every
+/// An unsigned integer type beside DWORD, so that a call with 0xFFFFFFFF finds the DWORD overload on every
 /// platform, whichever type DWORD is there.
 template <class T>
 concept OtherUnsigned = std::is_same_v<T, unsigned int> || std::is_same_v<T, unsigned long>;

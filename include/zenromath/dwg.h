@@ -9,7 +9,7 @@
 //
 // Limits of a file: 200 layers, 100 linetypes, 10 text styles, 500 blocks, 64000 bytes of block definitions, names of
 // 31 bytes, 32697 bytes in one text, coordinates that are finite numbers, 4 GiB. What goes beyond is left out or cut,
-// and the first case of each kind in a session is told in a message box.
+// and the first case of each kind in a session is reported in a message box.
 #pragma once
 
 #include "zenromath/platform.h"
@@ -17,7 +17,7 @@
 /// Opens the session on an output file. The file is made from the template "acad.dwg", which is searched in the
 /// project, the module and the ini directory.
 ///
-/// \param path  the output; with a backslash it is taken as it stands, without one it is made in the project directory.
+/// \param path  the output; with a backslash it is taken as it is, without one it is made in the project directory.
 ///              An existing file is overwritten. Where the folder is missing or refuses writing the file goes by its
 ///              bare name to the first of the project, the module and the ini directory that takes it, and close tells
 ///              so.
@@ -28,7 +28,7 @@ ZM_API void _LDBopendwg(char* path);
 
 /// Finishes the file: writes header, tables and block definitions, and closes it.
 ///
-/// Errors: a file that could not be written whole (full disk, lost permission, closed by others) is told with its path.
+/// Errors: a file that could not be written whole (full disk, lost permission, closed by others) is reported with its path.
 /// zm::dwg::LastFileComplete() then answers false.
 ZM_API void _LDBclosedwg(void);
 
@@ -38,7 +38,7 @@ ZM_API void _LDBclosedwg(void);
 ZM_API void _LDBsetcolor(int color);
 
 /// Sets the current elevation and thickness, both in survey metres, start values 0. A value that is no finite number
-/// leaves the attribute as it is and is told.
+/// leaves the attribute as it is and is reported.
 ZM_API void _LDBsetelev(double elevation, double thickness);
 
 /// Sets the current elevation alone; as _LDBsetelev.
@@ -59,7 +59,7 @@ ZM_API void _LDBsetlay(char* name);
 ///
 /// \param[in,out] name  upper-cased in place like that of _LDBsetlay
 ///
-/// Errors: without "ACAD.LIN" the message "CANNOT OPEN LINETYPE FILE!\n"; a linetype found nowhere is told and ends the
+/// Errors: without "ACAD.LIN" the message "CANNOT OPEN LINETYPE FILE!\n"; a linetype found nowhere is reported and ends the
 /// process with status 13, as does a name or an element of 20 or more characters in the file.
 ZM_API void _LDBsetltype(char* name);
 
@@ -77,4 +77,49 @@ ZM_API void _LDBsetstyle(int type, char* name, char* font, double width, double 
 namespace zm::dwg {
 /// Whether the file of the last _LDBclosedwg was written whole and where it was asked for; true before the first one.
 ZM_API bool LastFileComplete();
+
+/// Makes the drawing of a file a block of the open drawing, whole: layers, linetypes and text styles by name, blocks
+/// within blocks to any depth, attributes, dimensions, polylines, elevations, thicknesses and handles; every point moved
+/// by the file's base point. Takes files of version digits 1006 and 1009. A block that is there already is not read
+/// again.
+///
+/// \param name  of the file without ".dwg"; the block has it too
+/// \return  the block's number; -1, after a message that says why, where it cannot be had; the drawing is then as it was
+ZM_API int ImportBlock(const char* name);
+
+/// How the references of symbols get a block that the drawing lacks: by the copying of block files (false, at load), or
+/// by ImportBlock. The z scale of a reference is then its x scale, and it has the current colour, which strokes of the
+/// block in the colour "by block" take.
+ZM_API void SetBlockImport(bool on);
+
+/// A folder where block files are looked for before the directories of the family; null or empty for none (at load).
+ZM_API void SetBlockFolder(const char* folder);
+
+/// What copying left in the block definitions since the last open that other programs read wrong, with file, offset and
+/// reason, GBK. Null after the last one.
+ZM_API const char* BlockCopyWarning(int index);
+
+/// What imports left out of block files since the last open, though the files have it: records of paper space and
+/// extended data, counted, one text for each file, GBK. Null after the last one.
+ZM_API const char* BlockImportNote(int index);
+
+/// A filled quadrangle (SOLID) on the current layer, its height that of the current elevation, without a thickness.
+///
+/// \param corners  four points x, y in order around it, the last two the same for a triangle; survey metres
+///                 Must not be null. Nothing is written where one is not finite, or no drawing is open.
+/// \param color    of the CAD palette, 1 to 255; 0 is the colour of the block, 256 that of the layer
+ZM_API void PutSolid(const double* corners, int color);
+
+/// Whether _LDBsetelev takes a thickness (true, at load). Hatches give their symbol code as thickness, which programs
+/// show as walls when they look from the side; with false every entity has thickness 0.
+ZM_API void SetThicknessKept(bool kept);
+
+/// Whether _LDBpolyline writes a line of four points and more that ends where it begins as a closed polyline without its
+/// last point, as CAD programs draw rings themselves; false at load: all points, open.
+ZM_API void SetRingsClosed(bool closed);
+
+/// Gives the current attributes their values of the process's start: colour 7, the first layer, linetype and text style,
+/// elevation and thickness 0. Opening a session keeps what the one before left, which may be numbers that its own tables
+/// lack; who draws several files in one process calls this before each.
+ZM_API void ResetAttributes();
 }  // namespace zm::dwg

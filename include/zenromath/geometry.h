@@ -188,7 +188,7 @@ ZM_API int ArcStepCount(double prec, double radius, double sweep, double* step, 
 /// Flattens the arc through the first three points.
 ///
 /// \param n         number of points; with fewer than 3, or three on a line, nothing is written
-/// \param x, y      the points, read only; those behind the third have no part
+/// \param x, y      the points, read only; those after the third have no part
 /// \param out       receives pairs, up to 4000; the last one is exactly the third input point
 /// \param outCount  receives the number of pairs
 ZM_API void ArcToPoints(int n, double* x, double* y, double* out, int* outCount, double prec);
@@ -216,7 +216,7 @@ ZM_API int MulArc2Straight(int n, double* x, double* y, const char* codes, doubl
 
 /// The same, with two output arrays.
 ///
-/// \param maxOut      room of outX and outY in points; what lies beyond is left out, and that is told through _LMsg
+/// \param maxOut      room of outX and outY in points; what lies beyond is left out, and that is reported through _LMsg
 /// \param outX, outY  receive the points
 /// \return            number of points written; 0 if no scratch space can be had
 ///

@@ -1,5 +1,5 @@
 // The host: what the library asks of the program around it. Message boxes, beeps, titles, status bar, cursor, keys,
-// the message pump, the font chooser, the end of the process, the clock.
+// the message pump, the font chooser, dialogs, the end of the process, the clock.
 //
 // The console host is in force at load. An application with windows of its own derives from Host and puts it in force
 // with SetHost. All texts are bytes in GBK.
@@ -8,6 +8,10 @@
 #include "zenromath/platform.h"
 
 namespace zm {
+
+namespace dialogs {
+class Dialog;
+}
 
 /// The standard cursors.
 enum class Cursor { arrow, wait };
@@ -56,6 +60,15 @@ class ZM_API Host {
 
     /// Lets the user choose a font, starting from the one given; false if he did not.
     virtual bool PickFont(HWND, LOGFONT&) { return false; }
+
+    /// Shows a settings dialog until its result is set; zenromath/dialog_view.h has the course of it. A window that goes
+    /// away by itself, with its owner for example, leaves the result unset.
+    /// \return  false if no window can be shown; the dialog was not opened then
+    virtual bool RunDialog(dialogs::Dialog&) { return false; }
+    /// Makes a module the source of resources; the previous one, null where there is none.
+    virtual void* PutResourceSource(void*) { return nullptr; }
+    /// The library's own module, null where a program has no resources.
+    virtual void* LibraryModule() { return nullptr; }
 
     /// Seconds since some fixed moment, for progress.
     virtual double Now();

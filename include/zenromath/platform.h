@@ -39,12 +39,13 @@ using DWORD = std::uint32_t;
 using BOOL = std::int32_t;
 using UINT = std::uint32_t;
 using LONG = std::int32_t;
+using INT_PTR = std::intptr_t;
 using COLORREF = std::uint32_t;  // 0x00BBGGRR
 
 /// A device context: the abstract device of zenromath/device.h itself.
 using HDC = zm::Device*;
 
-// Handles of objects; what stands behind them belongs to the device layer or to the host.
+// Handles of objects; what they lead to belongs to the device layer or to the host.
 struct ZmObject;
 using HGDIOBJ = ZmObject*;
 struct ZmPen;
@@ -183,7 +184,7 @@ using Int64 = std::int64_t;
 
 #if !defined(_AFX) && !defined(_AFXDLL)
 
-/// A text string: bytes in GBK, with an end byte behind them.
+/// A text string: bytes in GBK, with an end byte after them.
 class CString {
  public:
     CString() = default;
@@ -324,6 +325,18 @@ class CEdit : public CWnd {
 class CStatic : public CWnd {
  public:
     using CWnd::CWnd;
+};
+
+/// A modal dialog: a window that is made by a template, and the window that it belongs to.
+class CDialog : public CWnd {
+ public:
+    explicit CDialog(UINT templateId = 0, CWnd* parent = nullptr) : m_templateId(templateId), m_parent(parent) {}
+    /// Shows the dialog until it is ended: IDOK or IDCANCEL.
+    virtual INT_PTR DoModal() { return IDCANCEL; }
+
+ protected:
+    UINT m_templateId;
+    CWnd* m_parent;
 };
 
 /// The application object.

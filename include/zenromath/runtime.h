@@ -117,8 +117,8 @@ class ZM_API CZenroMathApp : public CWinApp {
 ///
 /// \param name   a path is returned unchanged: a name whose first backslash, or for want of one first forward slash, is
 ///               not its first byte, and a name that begins with two backslashes or two forward slashes. So
-///               sub\a.ini stays relative to the current directory of the process. Any other name goes behind the
-///               directory of where and a backslash, \a.ini with its own leading backslash too.
+///               `sub\a.ini` stays relative to the current directory of the process. Any other name goes behind the
+///               directory of where and a backslash, `\a.ini` with its own leading backslash too.
 /// \param where  0 project directory, 2 ini directory below the module directory, 3 configuration directory of the
 ///               machine, any other value (1 and -1 included) the module directory. Not the table of _LFWholeName.
 /// \return       the path; an empty text for a null or empty name, and after a message where the path would not fit
@@ -193,7 +193,9 @@ ZM_API int filescopy(char* from, char* to, char* mode);
 
 // ---- Wait cursor and progress -------------------------------------------------------------------------------------
 
-ZM_API int _LWaitReMsgEsc2(int total, int current, const char* format, ...);
+namespace zm::runtime {
+struct WaitTimes;  // reads the time of an object's last message
+}
 
 /// Shows the wait cursor and reports progress in the title of a window while it lives.
 class ZM_API tqwaitcur {
@@ -228,7 +230,7 @@ class ZM_API tqwaitcur {
     static bool sz_bPeekMessage;
 
  private:
-    friend int _LWaitReMsgEsc2(int total, int current, const char* format, ...);  // reads the time of the last message
+    friend struct zm::runtime::WaitTimes;
     void SetWndText(const char* text, int save);
 
     HCURSOR m_previousCursor = nullptr;

@@ -1,6 +1,6 @@
 // Map symbology: the symbol library file and the interpreter that turns a code and coordinates into strokes.
 //
-// A symbol is addressed by an integer code from 1 to 999; what it is stands in the library file "symbol.dat", which
+// A symbol is addressed by an integer code from 1 to 999; what it draws is in the library file "symbol.dat", which
 // TsymbolInit reads once (its format: docs/symbol/symbol-file.md). Everything here draws through the working context
 // TqDC, with the pen in force, and reaches a device, a DWG file or a recording alike. Survey coordinates are metres on
 // the ground; lengths in the library are millimetres on the paper and grow with the map scale (setgscale).
@@ -123,7 +123,7 @@ ZM_API const char* Get_Symbol_Note(int code);
 ///                     result of drawarc
 ///
 /// Room: with lineType 2 to 5 the caller gives both arrays max(n, 4000) elements, since the curve is copied back into
-/// them. A curve never takes more than 4000 points here; what is beyond is left out and told once by a message.
+/// them. A curve never takes more than 4000 points here; what is beyond is left out and reported once by a message.
 /// Required: lineType 2 with 666 or more points is drawn as the raw polyline.
 /// Null arrays or an n below 1 draw nothing.
 ZM_API int PROCESSALL(int n, double* x, double* y, int lineType, int code);
@@ -167,6 +167,15 @@ ZM_API void _LDExText(double x, double y, char* text, int flags);
 /// every vertex, besides its strokes; a block comes of that where the code given to NewLC is a graphic symbol.
 ZM_API void SetSymbolBlockTable(const char* const* table);
 
+namespace zm::symbol {
+/// How far symbols reach from their anchors, so that one that the limit of the clip area may run through is placed as
+/// strokes, which are cut, though it has a block: a reference is whole or not there.
+///
+/// \param reach  array of 1000 lengths indexed by the code, metres of paper; it is the caller's and stays in use. Null,
+///               as at load: a block is placed wherever its anchor lies inside.
+ZM_API void SetSymbolBlockReach(const double* reach);
+}  // namespace zm::symbol
+
 /// Lays the current line-class symbol along a polyline; getsymbody(code) was called before.
 ///
 /// \param[in,out] x,y  n points, survey metres. Required: in pattern mode the way along the line is kept in them, so
@@ -195,7 +204,7 @@ ZM_API int drawcode(int number, int code, int n, double* x, double* y, double g)
 /// Fills a polygon with a hatch symbol and draws its outline.
 ///
 /// \param n     number of vertices
-/// \param xy    2n interleaved coordinates, survey metres; the closing edge is implied
+/// \param xy    2n interleaved coordinates, survey metres; the closing edge is implied. Brushes fill closed rings only.
 /// \param code  a code of kind H
 /// \return      1; 0 if n is below 3 or the code is not a hatch; a message's result. On a DWG sink a brush or bitmap
 ///              gives the result of the outline.
@@ -204,7 +213,7 @@ ZM_API int drawcode(int number, int code, int n, double* x, double* y, double g)
 /// device, the outline alone in a DWG file, and ends the symbol. In a DWG file all entities from here on carry the code
 /// as elevation and thickness. Holes are seams: filling is even-odd along each line.
 /// Caps: 18 crossings of a line, 494 lines of a pass, 495 segments of a family, 4000 points of an entry. What they cut
-/// is counted, not told in a message (symbol/limits.h).
+/// is counted, not told in a message (symbol/area/hatch_statistics.h).
 ZM_API int DrawHatch(int n, double* xy, int code);
 
 /// Writes one two-point line into a text file of line coordinates.

@@ -1,4 +1,4 @@
-#include "platform/qt/application.h"
+#include "zenromath/qt.h"
 
 #include <QApplication>
 #include <QGuiApplication>
@@ -14,12 +14,19 @@ void WithoutRuntimeDirectory(QtMsgType type, const QMessageLogContext& context, 
     if (!message.startsWith(QLatin1String("QStandardPaths: "))) g_previousHandler(type, context, message);
 }
 
+// Qt takes the first that can be reached, so a display that is named and gone leaves the offscreen platform.
+QByteArray WantedPlatforms() {
+    QByteArray wanted;
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) wanted += "wayland;";
+    if (!qEnvironmentVariableIsEmpty("DISPLAY")) wanted += "xcb;";
+    return wanted + "offscreen";
+}
+
 }  // namespace
 
 void EnsureApplication() {
     if (QCoreApplication::instance() != nullptr) return;
-    const bool display = qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
-    if (!display && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", WantedPlatforms());
     g_previousHandler = qInstallMessageHandler(WithoutRuntimeDirectory);
     if (g_previousHandler == nullptr) qInstallMessageHandler(nullptr);
     static int argc = 1;

@@ -1,4 +1,4 @@
-#include "platform/qt/qt_device.h"
+#include "zenromath/qt.h"
 
 #include <QBitmap>
 #include <QImage>
@@ -11,15 +11,17 @@
 #include <numeric>
 #include <span>
 
-#include "platform/headless/arc_figure.h"
-#include "platform/headless/dashes.h"
-#include "platform/qt/application.h"
+#include "platform/device/arc_figure.h"
+#include "platform/device/dashes.h"
 #include "platform/qt/qt_text.h"
 
 namespace zm::qt {
 namespace {
 
-constexpr int kBatch = 4096;  // strokes that are handed over together
+constexpr double kThinnest = 0.15 / 25.4 * 96.0;  // of a pixel of a screen: 0.15 mm
+constexpr std::size_t kBatch = 4096;              // strokes that are handed over together
+constexpr double kHardlyTurned = 0.75;            // square of the cosine of 30 degrees
+constexpr double kShortPieces = 81.0;             // product of the squared lengths of two pieces, pixels; three each
 // Beyond this a coordinate can leave Qt's fixed-point rasteriser; device coordinates stay far below.
 constexpr int kFar = 1 << 20;
 
@@ -61,10 +63,11 @@ QRect Normalised(const RECT& box) {
 
 }  // namespace
 
-QtDevice::QtDevice(QPaintDevice* target, Rendering rendering, double unit)
+QtDevice::QtDevice(QPaintDevice* target, Rendering rendering, double unit, double zoom)
     : m_rendering(rendering), m_unit(unit > 0.0 ? unit : 1.0), m_shift(rendering == Rendering::smooth ? 0.5 : 0.0) {
     EnsureApplication();
     if (target == nullptr) return;
+    if (rendering == Rendering::pixels || !(zoom > 0.0)) zoom = 1.0;
     // Thin strokes go straight to the pixels of an image; the pointer is taken before the painter shares it.
     if (auto* image = dynamic_cast<QImage*>(target);
         image != nullptr && rendering == Rendering::pixels &&
@@ -73,7 +76,9 @@ QtDevice::QtDevice(QPaintDevice* target, Rendering rendering, double unit)
         m_bytesPerLine = image->bytesPerLine();
     }
     if (!m_painter.begin(target)) return;
-    m_bounds = QRect(0, 0, target->width(), target->height());
+    m_bounds = QRect(0, 0, static_cast<int>(std::ceil(target->width() / zoom)),
+                     static_cast<int>(std::ceil(target->height() / zoom)));
+    m_painter.scale(zoom, zoom);
     m_painter.setRenderHint(QPainter::Antialiasing, rendering == Rendering::smooth);
     m_painter.setRenderHint(QPainter::TextAntialiasing, rendering == Rendering::smooth);
     m_painter.setBrushOrigin(0, 0);
@@ -93,16 +98,16 @@ void QtDevice::EndChain() {
     if (m_chain.size() == 2 && m_chain[0] == m_chain[1])
         m_painter.drawPoint(m_chain[0]);  // a wide stroke of no length is a dot
     else if (m_chain.size() == 2)
-        m_lines.append(QLineF(m_chain[0], m_chain[1]));
+        m_lines.push_back(QLineF(m_chain[0], m_chain[1]));
     else if (m_chain.size() > 2)
-        m_painter.drawPolyline(m_chain);
+        m_painter.drawPolyline(m_chain.data(), static_cast<int>(m_chain.size()));
     m_chain.clear();
 }
 
 void QtDevice::Flush() {
     if (!m_painter.isActive()) return;
     EndChain();
-    if (!m_lines.isEmpty()) m_painter.drawLines(m_lines);
+    if (!m_lines.empty()) m_painter.drawLines(m_lines.data(), static_cast<int>(m_lines.size()));
     m_lines.clear();
     for (QVector<QRect>* runs : {&m_gapRuns, &m_runs}) {
         if (runs->isEmpty()) continue;
@@ -120,19 +125,22 @@ void QtDevice::TakePen(const Stroke& stroke) {
     Flush();
     m_stroke = stroke;
     m_hasStroke = true;
+    m_ink = ColorOf(stroke.color).rgb();
+    m_caps = stroke.width <= 1 && !Dashed(stroke);
     const bool wide = stroke.width > 1;
-    QPen pen(ColorOf(stroke.color), stroke.width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    // A pen of one pixel is the thinnest line of paper where pixels are finer than that.
+    const double width = wide || m_rendering == Rendering::pixels ? stroke.width : std::max(1.0, kThinnest * m_unit);
+    QPen pen(ColorOf(stroke.color), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
     if (Dashed(stroke)) {
         // Qt's pattern counts in pen widths. A wide dashed pen keeps the rhythm of a thin one at its own weight.
         QList<qreal> pattern;
-        for (const int length : platform::DashesOf(stroke.style)) pattern.append(length * m_unit / stroke.width);
+        for (const int length : platform::DashesOf(stroke.style)) pattern.append(length * m_unit / width);
         pen.setDashPattern(pattern);
         pen.setCapStyle(Qt::FlatCap);
     } else if (!wide) {
         pen.setCapStyle(Qt::SquareCap);
     }
     m_painter.setPen(pen);
-    m_painter.setBrush(Qt::NoBrush);
 }
 
 void QtDevice::Moved(int x, int y) {
@@ -146,29 +154,84 @@ void QtDevice::Moved(int x, int y) {
 
 int QtDevice::Line(const Stroke& stroke, int x1, int y1, int x2, int y2) {
     if (!m_painter.isActive()) return 0;
-    x1 = Clamped(x1);
-    y1 = Clamped(y1);
-    x2 = Clamped(x2);
-    y2 = Clamped(y2);
     TakePen(stroke);
-    if (Thin(stroke)) {
-        ThinLine(stroke, x1, y1, x2, y2);
+    Put({Clamped(x1), Clamped(y1)}, {Clamped(x2), Clamped(y2)});
+    return 1;
+}
+
+int QtDevice::Lines(const Stroke& stroke, const POINT* ends, int count) {
+    if (!m_painter.isActive()) return 0;
+    TakePen(stroke);
+    for (const POINT* from = ends; from != ends + 2 * static_cast<std::ptrdiff_t>(count); from += 2) {
+        Moved(from[0].x, from[0].y);
+        Put({Clamped(from[0].x), Clamped(from[0].y)}, {Clamped(from[1].x), Clamped(from[1].y)});
+    }
+    return count;
+}
+
+void QtDevice::Put(POINT from, POINT to) {
+    if (Thin(m_stroke)) {
+        ThinLine(m_stroke, from.x, from.y, to.x, to.y);
     } else {
-        const QPointF from = At(x1, y1);
-        if (m_chain.isEmpty() || m_chain.last() != from) {
+        const QPointF next = At(to.x, to.y);
+        const QPointF at = At(from.x, from.y);
+        if (!GoesOn(at, next)) {
             EndChain();
-            m_chain.append(from);
+            m_chain.push_back(at);
         }
-        m_chain.append(At(x2, y2));
+        m_chain.push_back(next);
         if (m_chain.size() >= kBatch) EndChain();
     }
-    m_end = {x2, y2};
-    if (m_lines.size() >= kBatch || m_runs.size() >= kBatch) Flush();
-    return 1;
+    m_end = to;
+    if (m_lines.size() >= kBatch || static_cast<std::size_t>(m_runs.size()) >= kBatch) Flush();
+}
+
+// Whether a stroke is joined to the chain. A thin solid one that turns off more than a little is not: the square ends of
+// two strokes fill such a corner, and single strokes are drawn many times faster. What hardly turns, as the pieces of a
+// curve, is joined, or each joint were a darker spot.
+bool QtDevice::GoesOn(QPointF from, QPointF to) const {
+    if (m_chain.empty() || m_chain.back() != from) return false;
+    if (!m_caps) return true;
+    const QPointF before = from - m_chain[m_chain.size() - 2];
+    const QPointF after = to - from;
+    const double product = QPointF::dotProduct(before, after);
+    const double lengths = QPointF::dotProduct(before, before) * QPointF::dotProduct(after, after);
+    return product > 0.0 ? product * product > kHardlyTurned * lengths : lengths < kShortPieces;
+}
+
+// A solid stroke on the pixels themselves. False where it is not wholly on the image.
+bool QtDevice::PlotLine(int x1, int y1, int x2, int y2) {
+    if (m_bits == nullptr || !m_bounds.contains(x1, y1) || !m_bounds.contains(x2, y2)) return false;
+    const std::ptrdiff_t row = m_bytesPerLine / static_cast<std::ptrdiff_t>(sizeof(QRgb));
+    const std::ptrdiff_t right = x2 < x1 ? -1 : 1;
+    const std::ptrdiff_t down = y2 < y1 ? -row : row;
+    const int width = std::abs(x2 - x1);
+    const int height = std::abs(y2 - y1);
+    const bool steep = height > width;
+    const std::ptrdiff_t along = steep ? down : right;
+    const std::ptrdiff_t across = steep ? right : down;
+    const int length = std::max(width, height);
+    const int rise = std::min(width, height);
+    // Half way goes to the smaller coordinate, so the two ways of rising differ by one.
+    int rest = across > 0 ? length : length - 1;
+    QRgb* at = reinterpret_cast<QRgb*>(m_bits) + y1 * row + x1;
+    for (int left = length; left > 0; --left) {
+        *at = m_ink;
+        at += along;
+        rest -= 2 * rise;
+        if (rest < 0) {
+            at += across;
+            rest += 2 * length;
+        }
+    }
+    m_dashStep += static_cast<unsigned>(length);
+    return true;
 }
 
 // One pixel for each step of the longer axis, the last left out; half way goes to the smaller coordinate.
 void QtDevice::ThinLine(const Stroke& stroke, int x1, int y1, int x2, int y2) {
+    const bool dashed = Dashed(stroke);
+    if (!dashed && PlotLine(x1, y1, x2, y2)) return;
     const bool steep = std::abs(y2 - y1) > std::abs(x2 - x1);
     const int from = steep ? y1 : x1;
     const int to = steep ? y2 : x2;
@@ -189,7 +252,6 @@ void QtDevice::ThinLine(const Stroke& stroke, int x1, int y1, int x2, int y2) {
     const std::int64_t turn = 2 * length;
     int place = across;
     std::int64_t rest = length;
-    const bool dashed = Dashed(stroke);
     std::int64_t begin = 0;
     int runPlace = place;
     bool runDown = !dashed || DashDown(stroke.style, m_dashStep);
@@ -221,7 +283,7 @@ void QtDevice::PutRun(bool down, const QRect& wanted) {
         (down ? m_runs : m_gapRuns).append(run);
         return;
     }
-    const QRgb color = ColorOf(down ? m_stroke.color : m_stroke.gapColor).rgb();
+    const QRgb color = down ? m_ink : ColorOf(m_stroke.gapColor).rgb();
     for (int y = run.top(); y <= run.bottom(); ++y) {
         auto* row = reinterpret_cast<QRgb*>(m_bits + static_cast<std::ptrdiff_t>(y) * m_bytesPerLine);
         std::fill(row + run.left(), row + run.right() + 1, color);
@@ -359,6 +421,7 @@ int QtDevice::Text(const TextStyle& style, int x, int y, std::string_view text) 
     m_hasStroke = false;
     const FittedFont& fitted = FontFor(style.font);
     const QString characters = FromGbk(text);
+    ReportBoxes(style.font, characters);
     m_painter.save();
     m_painter.translate(x, y);
     m_painter.rotate(-style.font.lfEscapement / 10.0);

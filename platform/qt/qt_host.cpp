@@ -1,4 +1,4 @@
-#include "platform/qt/qt_host.h"
+#include "zenromath/qt_host.h"
 
 #include <QApplication>
 #include <QFontDialog>
@@ -12,9 +12,10 @@
 #include <cstdio>
 #include <cstring>
 
-#include "platform/qt/application.h"
+#include "platform/qt/dialog_window.h"
 #include "platform/qt/qt_text.h"
-#include "runtime/gbk.h"
+#include "runtime/text/gbk.h"
+#include "zenromath/qt.h"
 
 namespace zm::qt {
 namespace {
@@ -199,6 +200,12 @@ bool QtHost::PickFont(HWND owner, LOGFONT& font) {
     font.lfStrikeOut = chosen.strikeOut() ? 1 : 0;
     CopyText(GbkOf(chosen.family()), font.lfFaceName, LF_FACESIZE);
     return true;
+}
+
+bool QtHost::RunDialog(dialogs::Dialog& dialog) {
+    if (HasDisplay()) return ShowDialog(dialog);
+    dialog.obstacle = "there is no display, or it cannot be reached (DISPLAY, WAYLAND_DISPLAY)";
+    return false;
 }
 
 }  // namespace zm::qt

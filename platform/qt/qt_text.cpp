@@ -2,16 +2,18 @@
 
 #include <QFontDatabase>
 #include <QFontMetricsF>
+#include <QGlyphRun>
 #include <QSet>
+#include <QTextLayout>
+#include <array>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <map>
 #include <string>
 
-#include "platform/qt/application.h"
-#include "platform/qt/qt_device.h"
-#include "runtime/gbk.h"
+#include "runtime/text/gbk.h"
+#include "zenromath/qt.h"
 
 namespace zm::qt {
 namespace {
@@ -24,8 +26,11 @@ constexpr double kProbeSize = 1000.0;  // pixels; sizes are measured at it once 
 std::function<void(const std::string&, const std::string&)>& Report() {
     static std::function<void(const std::string&, const std::string&)> report = [](const std::string& asked,
                                                                                    const std::string& used) {
-        std::fprintf(stderr, "The font \"%s\" is not installed; \"%s\" is used instead.\n", asked.c_str(),
-                     used.c_str());
+        if (used.empty())
+            std::fprintf(stderr, "No installed font has all characters of a text in \"%s\".\n", asked.c_str());
+        else
+            std::fprintf(stderr, "The font \"%s\" is not installed; \"%s\" is used instead.\n", asked.c_str(),
+                         used.c_str());
     };
     return report;
 }
@@ -42,7 +47,7 @@ bool CoversChinese(const QString& family) {
     return QFontDatabase::writingSystems(family).contains(QFontDatabase::SimplifiedChinese);
 }
 
-// The family that is used for a face name; told once where it is another one.
+// The family that is used for a face name; reported once where it is another one.
 QString FamilyFor(const QString& asked) {
     static std::map<QString, QString> known;
     const auto found = known.find(asked);
@@ -56,6 +61,41 @@ QString FamilyFor(const QString& asked) {
     return known[asked] = used;
 }
 
+QString FaceOf(const LOGFONTA& font) {
+    return FromGbk(std::string_view(font.lfFaceName, strnlen(font.lfFaceName, sizeof font.lfFaceName)));
+}
+
+// Whether neither the font nor any that Qt takes in its place has a character.
+bool IsDrawnAsABox(const QFont& font, QChar character) {
+    QTextLayout layout(QString(character), font);
+    layout.beginLayout();
+    layout.createLine();
+    layout.endLayout();
+    for (const QGlyphRun& run : layout.glyphRuns())
+        if (run.glyphIndexes().contains(0)) return true;
+    return false;
+}
+
+// The answer is kept for each character: all faces are asked for it.
+bool LacksAny(const QFont& font, const QString& text) {
+    enum State : char { kUnknown, kThere, kLacking };
+    static std::array<State, 0x10000> known{};
+    bool lacks = false;
+    for (const QChar character : text) {
+        if (!character.isPrint() || character.isSpace() || character.isSurrogate()) continue;
+        State& state = known[character.unicode()];
+        if (state == kUnknown) state = IsDrawnAsABox(font, character) ? kLacking : kThere;
+        lacks = lacks || state == kLacking;
+    }
+    return lacks;
+}
+
+// Those that were reported to the function in force.
+QSet<QString>& FacesWithBoxes() {
+    static QSet<QString> faces;
+    return faces;
+}
+
 struct Key {
     LOGFONTA font;
     bool operator<(const Key& other) const { return std::memcmp(&font, &other.font, sizeof font) < 0; }
@@ -63,8 +103,7 @@ struct Key {
 
 FittedFont Fitted(const LOGFONTA& description) {
     EnsureApplication();
-    const QString family = FamilyFor(FromGbk(
-        std::string_view(description.lfFaceName, strnlen(description.lfFaceName, sizeof description.lfFaceName))));
+    const QString family = FamilyFor(FaceOf(description));
     FittedFont fitted;
     if (!family.isEmpty()) fitted.font.setFamily(family);
     fitted.font.setItalic(description.lfItalic != 0);
@@ -111,6 +150,15 @@ QString ChineseFace() {
 
 void SetMissingFaceReport(std::function<void(const std::string& asked, const std::string& used)> report) {
     Report() = std::move(report);
+    FacesWithBoxes().clear();
+}
+
+void ReportBoxes(const LOGFONTA& font, const QString& text) {
+    if (!Report() || !LacksAny(FontFor(font).font, text)) return;
+    const QString face = FaceOf(font);
+    if (FacesWithBoxes().contains(face)) return;
+    FacesWithBoxes().insert(face);
+    Report()(face.toStdString(), {});
 }
 
 QString FromGbk(std::string_view text) {

@@ -19,11 +19,14 @@ struct FittedFont {
 
 /// The font for a description: the named face or one that covers Chinese, at the cell height, and stretched to the
 /// average character width (a double-byte character takes two). The result is kept for the next calls.
-const FittedFont& FontFor(const LOGFONTA& font);
+ZM_API const FittedFont& FontFor(const LOGFONTA& font);
+
+/// Reports the face of a font, once, where a text has characters that no installed face has.
+void ReportBoxes(const LOGFONTA& font, const QString& text);
 
 /// The installed face that is taken for Chinese text, empty where there is none.
-QString ChineseFace();
+ZM_API QString ChineseFace();
 
-QString FromGbk(std::string_view text);
+ZM_API QString FromGbk(std::string_view text);
 
 }  // namespace zm::qt

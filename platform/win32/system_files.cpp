@@ -1,11 +1,12 @@
 // Files and directories on Windows: places, stamps, locks, replacement.
-#include <windows.h>
+#include "platform/win32/resources.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <string>
+#include <utility>
 #include <vector>
 
-#include "runtime/system.h"
+#include "runtime/files/system.h"
 
 namespace fs = std::filesystem;
 
@@ -14,6 +15,9 @@ namespace {
 
 constexpr DWORD kLockMilliseconds = 5000;
 constexpr std::int64_t kTick = 200'000;  // file times count 100 ns; the clock ticks in up to 16 ms
+constexpr int kRenameTries = 20;
+constexpr DWORD kRenamePause = 10;       // milliseconds
+constexpr std::size_t kPlainPath = 240;  // characters; of longer ones the system takes the long form alone
 constexpr int kCarefulShare = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 class Handle {
@@ -51,32 +55,84 @@ bool Stamp(HANDLE handle, FileStamp& stamp) {
 }
 
 bool StampOf(const fs::path& path, DWORD flags, bool directory, FileStamp& stamp) {
-    const DWORD attributes = GetFileAttributesW(path.c_str());
+    const fs::path whole = Reachable(path);
+    const DWORD attributes = GetFileAttributesW(whole.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) != directory)
         return false;
-    const Handle handle(CreateFileW(path.c_str(), 0, kCarefulShare, nullptr, OPEN_EXISTING, flags, nullptr));
+    const Handle handle(CreateFileW(whole.c_str(), 0, kCarefulShare, nullptr, OPEN_EXISTING, flags, nullptr));
     return handle && Stamp(handle.get(), stamp);
+}
+
+bool WriteWhole(const fs::path& file, std::string_view bytes) {
+    const Handle handle(
+        CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    bool good = static_cast<bool>(handle);
+    while (good && !bytes.empty()) {
+        DWORD written = 0;
+        const DWORD count = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), 1u << 20));
+        good = WriteFile(handle.get(), bytes.data(), count, &written, nullptr) != 0 && written > 0;
+        if (good) bytes.remove_prefix(written);
+    }
+    return good && FlushFileBuffers(handle.get()) != 0;
+}
+
+// Whether nobody keeps it from being replaced now. ReplaceFile itself, where it fails, may leave files of its own.
+bool IsFree(const fs::path& target) {
+    return static_cast<bool>(
+        Handle(CreateFileW(target.c_str(), DELETE, kCarefulShare, nullptr, OPEN_EXISTING, 0, nullptr)));
+}
+
+// A file that is there keeps its rights and attributes. Virus scanners and indexers hold young files for a moment.
+bool Renamed(const fs::path& fresh, const fs::path& target, bool exists) {
+    for (int attempt = 0; attempt < kRenameTries; ++attempt) {
+        if (attempt > 0) Sleep(kRenamePause);
+        if (exists && !IsFree(target)) continue;
+        if (exists && ::ReplaceFileW(target.c_str(), fresh.c_str(), nullptr, 0, nullptr, nullptr) != 0) return true;
+        if (MoveFileExW(fresh.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0)
+            return true;
+        const DWORD error = GetLastError();
+        if (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED) return false;
+    }
+    return false;
+}
+
+// Empty: the system's own.
+fs::path& ConfigDirectoryInForce() {
+    static fs::path directory;
+    return directory;
 }
 
 }  // namespace
 
+fs::path PutConfigDirectory(fs::path directory) {
+    return std::exchange(ConfigDirectoryInForce(), std::move(directory));
+}
+
 fs::path ConfigDirectory() {
+    if (!ConfigDirectoryInForce().empty()) return ConfigDirectoryInForce();
     wchar_t directory[MAX_PATH];
     const UINT length = GetWindowsDirectoryW(directory, MAX_PATH);
     return length > 0 && length < MAX_PATH ? fs::path(directory) : fs::path();
 }
 
 fs::path ModuleFile() {
-    HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<LPCWSTR>(&ModuleFile), &module);
     std::vector<wchar_t> name(MAX_PATH);
     while (true) {
-        const DWORD length = GetModuleFileNameW(module, name.data(), static_cast<DWORD>(name.size()));
+        const DWORD length = GetModuleFileNameW(win32::OwnModule(), name.data(), static_cast<DWORD>(name.size()));
         if (length == 0) return {};
         if (length < name.size()) return fs::path(name.data());
         name.resize(name.size() * 2);
     }
+}
+
+fs::path Reachable(const fs::path& path) {
+    if (path.native().starts_with(L"\\\\?\\")) return path;  // no absolute path to the C++ library
+    std::error_code error;
+    fs::path whole = path.empty() || path.is_absolute() ? path : fs::absolute(path, error);
+    if (error || whole.native().size() < kPlainPath) return path;
+    whole = whole.lexically_normal().make_preferred();
+    if (whole.native().starts_with(L"\\\\")) return fs::path(L"\\\\?\\UNC\\" + whole.native().substr(2));
+    return fs::path(L"\\\\?\\" + whole.native());
 }
 
 bool StampOfFile(const fs::path& file, FileStamp& stamp) {
@@ -88,7 +144,8 @@ bool StampOfDirectory(const fs::path& directory, FileStamp& stamp) {
 }
 
 bool ReadWholeFile(const fs::path& file, std::string& bytes, FileStamp& stamp) {
-    const Handle handle(CreateFileW(file.c_str(), GENERIC_READ, kCarefulShare, nullptr, OPEN_EXISTING, 0, nullptr));
+    const Handle handle(
+        CreateFileW(Reachable(file).c_str(), GENERIC_READ, kCarefulShare, nullptr, OPEN_EXISTING, 0, nullptr));
     if (!handle || GetFileType(handle.get()) != FILE_TYPE_DISK || !Stamp(handle.get(), stamp)) return false;
     bytes.clear();
     char buffer[1 << 16];
@@ -96,6 +153,7 @@ bool ReadWholeFile(const fs::path& file, std::string& bytes, FileStamp& stamp) {
     do {
         if (ReadFile(handle.get(), buffer, sizeof buffer, &got, nullptr) == 0) return false;
         bytes.append(buffer, got);
+        if (bytes.size() > kLongestRead) return false;
     } while (got > 0);
     return true;
 }
@@ -111,10 +169,15 @@ WriteLock::WriteLock(const fs::path& directory) {
     }
     const DWORD waited = WaitForSingleObject(mutex, kLockMilliseconds);
     m_held = waited == WAIT_OBJECT_0 || waited == WAIT_ABANDONED;
+    m_waited = waited == WAIT_TIMEOUT;
     if (m_held)
         m_handle = static_cast<int>(reinterpret_cast<std::intptr_t>(mutex));  // handles have 32 significant bits
     else
         CloseHandle(mutex);
+}
+
+long WriteLock::holder() const {
+    return 0;
 }
 
 WriteLock::~WriteLock() {
@@ -124,29 +187,19 @@ WriteLock::~WriteLock() {
     CloseHandle(mutex);
 }
 
-bool ReplaceFile(const fs::path& target, std::string_view bytes) {
-    fs::path fresh = target;
-    fresh += L".zm" + std::to_wstring(GetCurrentProcessId());
-    {
-        Handle handle(
-            CreateFileW(fresh.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-        bool whole = static_cast<bool>(handle);
-        while (whole && !bytes.empty()) {
-            DWORD written = 0;
-            const DWORD count = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), 1u << 20));
-            whole = WriteFile(handle.get(), bytes.data(), count, &written, nullptr) != 0 && written > 0;
-            bytes.remove_prefix(whole ? written : 0);
-        }
-        if (!whole || FlushFileBuffers(handle.get()) == 0) {
-            handle.Close();
-            DeleteFileW(fresh.c_str());
-            return false;
-        }
+bool ReplaceContent(const fs::path& target, std::string_view bytes) {
+    const fs::path whole = Reachable(target);
+    const DWORD attributes = GetFileAttributesW(whole.c_str());
+    const bool exists = attributes != INVALID_FILE_ATTRIBUTES;
+    if (exists && (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0) return false;
+    // One fixed name, since the lock leaves one writer: what a killed process left is used again, not left behind.
+    fs::path fresh = whole;
+    fresh += L".new";
+    if (!WriteWhole(fresh, bytes) || !Renamed(fresh, whole, exists)) {
+        DeleteFileW(fresh.c_str());
+        return false;
     }
-    if (MoveFileExW(fresh.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0)
-        return true;
-    DeleteFileW(fresh.c_str());
-    return false;
+    return true;
 }
 
 }  // namespace zm::system

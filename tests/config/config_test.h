@@ -7,7 +7,7 @@
 #include <string>
 
 #include "config/state.h"
-#include "runtime/gbk.h"
+#include "runtime/text/gbk.h"
 #include "tests/support/family_dirs.h"
 #include "tests/support/test_host.h"
 #include "zenromath/config.h"

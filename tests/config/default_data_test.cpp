@@ -1,7 +1,7 @@
 // The default data of the project: read by the library's own readers, without a message.
 #include <filesystem>
 
-#include "runtime/numbers.h"
+#include "runtime/text/numbers.h"
 #include "tests/config/config_test.h"
 
 namespace fs = std::filesystem;
@@ -36,6 +36,33 @@ TEST_F(DefaultData, LayersCoverTheCodesOfTheSymbolLibraryWithoutOverlap) {
                            380, 381, 399, 500, 530, 580, 701, 739, 800, 849, 900, 984})
         EXPECT_NE(GetLayerName(code), nullptr) << code;
     EXPECT_EQ(GetLayerName(300), Gbk("水系"));
+}
+
+// Water blue, plants green, natural relief brown, all else black.
+TEST_F(DefaultData, EachCodeHasTheColourOfItsClass) {
+    constexpr int kBlack = 1, kGreen = 3, kBlue = 4, kBrown = 9;
+    Copy("project.ini", dirs.Project("map.ini"));
+    ReadCengCi();
+    LayerCol* table = nullptr;
+    int* count = nullptr;
+    Get_CengCi(table, count);
+    const auto colour = [&](int code) {
+        for (int i = 0; i < *count; ++i)
+            if (table[i].start <= code && code <= table[i].end) return static_cast<int>(table[i].color);
+        return 0;
+    };
+    for (const int code : {20, 28, 129, 300, 304, 317, 319, 500, 503, 508}) EXPECT_EQ(colour(code), kBlue) << code;
+    for (const int code : {140, 210, 213, 259, 402, 530, 557, 559}) EXPECT_EQ(colour(code), kGreen) << code;
+    for (const int code : {171, 306, 312, 313, 380, 385, 389, 504, 507, 550, 553, 560})
+        EXPECT_EQ(colour(code), kBrown) << code;
+    for (const int code : {1, 27, 31, 38, 107, 190, 200, 208, 250, 260, 309, 318, 340, 360, 386, 510, 558})
+        EXPECT_EQ(colour(code), kBlack) << code;
+    // One name has one colour, since a drawing's layers go by their names.
+    for (int i = 0; i < *count; ++i)
+        for (int k = 0; k < i; ++k) {
+            const bool alike = std::string(table[i].name) == table[k].name;
+            EXPECT_TRUE(!alike || table[i].color == table[k].color) << i;
+        }
 }
 
 TEST_F(DefaultData, PenWidthsAndColoursAreThoseOfTheFile) {

@@ -2,7 +2,7 @@
 #include <filesystem>
 
 #include "config/texts.h"
-#include "runtime/numbers.h"
+#include "runtime/text/numbers.h"
 #include "tests/config/config_test.h"
 #include "tests/support/random.h"
 
@@ -147,6 +147,19 @@ TEST_F(Layers, AShortLineIsAnInternalErrorAndYieldsZeros) {
     EXPECT_EQ(host.boxes[0].type, 0x14u);
     EXPECT_EQ(Shown(Table()[0]), "AB 0 0 0 0");
     EXPECT_THAT(GetLayerName(150), StrEq("TWO"));
+}
+
+TEST_F(Layers, ALineOfThreeBytesIsShortAndOneOfFourIsNot) {
+    PutProject("[LayerSet]\nLayers=2\nLayer1=A 1\nLayer2=TWO 100 299 4 1\n");
+    ReadCengCi();
+    ASSERT_EQ(host.boxes.size(), 1u);
+    EXPECT_THAT(host.boxes[0].text, HasSubstr(Gbk("内部错误")));
+    EXPECT_EQ(Shown(Table()[0]), "A 1 0 0 0");
+    host.boxes.clear();
+    PutProject("[LayerSet]\nLayers=2\nLayer1=A 12\nLayer2=TWO 100 299 4 1\n");
+    ReadCengCi();
+    ASSERT_EQ(host.boxes.size(), 1u);
+    EXPECT_THAT(host.boxes[0].text, HasSubstr("map.ini: Layer1=A 12"));
 }
 
 TEST_F(Layers, AShortLineAnsweredYesEndsTheProcess) {
@@ -307,4 +320,38 @@ TEST_F(Layers, TheIndexAnswersAsTheSearchDoes) {
                       Text("%s %d %d", name != nullptr ? name : "-", GetColorNo1(code), GetRec(code)));
         }
     }
+}
+
+TEST_F(Layers, NamesThatWouldBeReadBackAsOthersAreToldAndNoLayerIsLost) {
+    const struct {
+        const char* name;
+        const char* line;
+    } kNames[] = {{"A B", "Layer1=A B 1 2 3 1"},
+                  {"A\tB", "Layer1=A\tB 1 2 3 1"},
+                  {"A\nB", "Layer1=A_B 1 2 3 1"},
+                  {"A\r\nB", "Layer1=A__B 1 2 3 1"}};
+    for (const auto& c : kNames) {
+        PutProject("");
+        ReadCengCi();
+        Table()[0] = LayerCol{{}, 1, 2, 3, 1};
+        std::strcpy(Table()[0].name, c.name);
+        Table()[1] = LayerCol{"Second", 3, 4, 5, 1};
+        Count() = 2;
+        host.boxes.clear();
+        WriteCengCi();
+        const std::string file = ReadFile(dirs.Project("map.ini"));
+        EXPECT_THAT(file, HasSubstr(c.line));
+        EXPECT_THAT(file, HasSubstr("Layer2=Second 3 4 5 1"));
+        ASSERT_EQ(host.boxes.size(), 1u) << c.line;
+        EXPECT_THAT(host.boxes[0].text, HasSubstr("map.ini: Layer1="));
+    }
+}
+
+TEST_F(Layers, AnEmptyNameIsTold) {
+    PutProject("");
+    ReadCengCi();
+    Table()[0] = LayerCol{{}, 1, 2, 3, 1};
+    WriteCengCi();
+    ASSERT_EQ(host.boxes.size(), 1u);
+    EXPECT_THAT(host.boxes[0].text, HasSubstr("Layer1="));
 }

@@ -2,7 +2,8 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "runtime/numbers.h"
+#include "runtime/files/files.h"
+#include "runtime/text/numbers.h"
 #include "tests/config/config_test.h"
 #include "tests/support/random.h"
 
@@ -57,6 +58,28 @@ TEST_F(Notes, AreTheGlobalObjectWhileTheyLive) {
         TqNoteLayBase notes;
         EXPECT_EQ(GetTqNoteLayBasePt(), &notes);
     }
+    EXPECT_EQ(GetTqNoteLayBasePt(), nullptr);
+}
+
+TEST_F(Notes, OfAnotherFileAreReadWhole) {
+    PutNotes("[NOTE CLASS]\r\nTOTAL=1\r\nC01=0,OTHER,1,3,10,9,1,1,1,\r\n");
+    zm::test::WriteFile(dirs.Project("own.cod"), kNotes);
+    TqNoteLayBase notes(zm::files::PathText(dirs.Project("own.cod")).c_str());
+    EXPECT_EQ(GetTqNoteLayBasePt(), &notes);
+    EXPECT_EQ(notes.GetCount(), 4);
+    EXPECT_STREQ(notes.LayerName('0'), "DEFAULT");
+    EXPECT_EQ(notes.GetCWeight(), 1.25);
+    EXPECT_STREQ(notes.GetScreenFont(), "Arial");
+    EXPECT_EQ(notes.GetDecMin(), 5);
+    EXPECT_EQ(notes.GetDgt1Min(), 3);
+    EXPECT_EQ(notes.GetEnMinP(), 250);
+    EXPECT_EQ(Shown(notes.GetFontInfo(1)), "1|SimSun|STANDARD|hztxt|0|400 0 0 134 1 2 3 49|SimSun");
+    EXPECT_THAT(host.boxes, IsEmpty());
+}
+
+TEST_F(Notes, OfNoFileAreNone) {
+    const TqNoteLayBase notes(nullptr);
+    const TqNoteLayBase beyond(std::string(256, 'a').c_str());
     EXPECT_EQ(GetTqNoteLayBasePt(), nullptr);
 }
 

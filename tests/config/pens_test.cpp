@@ -3,7 +3,7 @@
 #include <cstring>
 #include <filesystem>
 
-#include "runtime/numbers.h"
+#include "runtime/text/numbers.h"
 #include "tests/config/config_test.h"
 
 using testing::ElementsAre;

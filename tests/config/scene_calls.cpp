@@ -5,7 +5,7 @@
 #include <string>
 
 #include "config/state.h"
-#include "runtime/profile.h"
+#include "runtime/profile/profile.h"
 #include "tests/vector_runner/scenes.h"
 #include "zenromath/config.h"
 
@@ -70,10 +70,7 @@ const SceneCall kPalette("Palette", [](Scene&, const Json&) -> Json {
 });
 
 const SceneCall kProfileCall("profile", [](Scene& scene, const Json& args) -> Json {
-    const auto name = args.at(0).get<std::string>();
-    std::filesystem::path file = scene.ProjectDirectory() / name;
-    if (name.starts_with("module/")) file = scene.ModuleDirectory() / name.substr(7);
-    if (name.starts_with("windows/")) file = scene.WindowsDirectory() / name.substr(8);
+    const std::filesystem::path file = scene.FilePath(args.at(0).get<std::string>());
     char value[1024];
     zm::profile::GetString(SceneBytes(args.at(1)).data(), SceneBytes(args.at(2)).data(), "", value, sizeof value,
                            Scene::PathText(file).c_str());

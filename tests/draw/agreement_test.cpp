@@ -11,6 +11,7 @@
 #include "tests/draw/fixture.h"
 #include "tests/draw/sheet.h"
 #include "tests/support/random.h"
+#include "tests/support/writer_trace.h"
 #include "tools/make_template/template_drawing.h"
 #include "zenromath/dwg.h"
 
@@ -120,7 +121,7 @@ class Agreement : public zm::test::DrawTest {
     }
 
     std::vector<reader::Record> WriteAndRead(int round, const std::vector<Stroke>& strokes) {
-        zm::dwg::SetTrace(nullptr);  // the real writer
+        zm::test::SetTrace(nullptr);  // the real writer
         Writable path((scratch / "out.dwg").filename().string());
         _LDBopendwg(path);
         CTqDraw& dc = MakeContext(1);
@@ -130,7 +131,7 @@ class Agreement : public zm::test::DrawTest {
             Draw(dc, strokes);
         }
         _LDBclosedwg();
-        zm::dwg::SetTrace(&writer);
+        zm::test::SetTrace(&writer);
         const std::string bytes = zm::test::ReadFile(scratch / "out.dwg");
         const reader::Drawing drawing({bytes.begin(), bytes.end()});
         std::vector<reader::Record> records;
@@ -150,7 +151,7 @@ void ExpectNear(const std::vector<double>& found, const std::vector<double>& exp
 TEST_F(Agreement, OfRecordingAndDrawingFileToSixDecimals) {
     ZM_TRACE_SEED();
     LoadFonts();
-    zm::test::WriteFile(scratch / "acad.dwg", zm::tools::TemplateDrawing());
+    zm::test::WriteFile(scratch / "acad.dwg", zm::tool::TemplateDrawing());
     Random random;
     for (int round = 0; round < 12; ++round) {
         SCOPED_TRACE(round);

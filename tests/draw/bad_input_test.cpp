@@ -5,10 +5,10 @@
 #include <limits>
 
 #include "draw/state.h"
-#include "platform/headless/svg_device.h"
 #include "tests/draw/fixture.h"
 #include "tests/draw/raster_device.h"
 #include "tests/support/random.h"
+#include "zenromath/svg.h"
 
 namespace {
 
@@ -156,7 +156,7 @@ TEST_F(BadInput, ANullDeviceDrawsNothing) {
 
 TEST_F(BadInput, ADeviceThatIsGoneDrawsNothing) {
     CTqDraw& dc = MakeContext(0);
-    auto svg = std::make_unique<zm::platform::SvgDevice>(10, 10);
+    auto svg = std::make_unique<zm::SvgDevice>(10, 10);
     dc.ResetHdc(svg.get());
     const CTQPen pen(0, 1, 7u);
     svg.reset();
@@ -233,7 +233,7 @@ TEST_F(BadInput, RandomStrokesOnAllDevicesStayInside) {
     ZM_TRACE_SEED();
     Random random(3);
     zm::test::RasterDevice raster(64, 64);
-    zm::platform::SvgDevice svg(64, 64);
+    zm::SvgDevice svg(64, 64);
     for (const HDC dc : {HDC{&raster}, HDC{&svg}}) {
         for (int i = 0; i < 200; ++i) {
             const auto p = [&] { return random.Int(-300, 300); };

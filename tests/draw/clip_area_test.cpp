@@ -1,10 +1,16 @@
 // The clip area: points, segments, chains and arcs against a rectangle and a polygon.
 #include <gtest/gtest.h>
 
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <limits>
 #include <vector>
 
 #include "draw/access.h"
 #include "tests/draw/fixture.h"
+#include "tests/support/random.h"
 #include "zenromath/draw.h"
 
 namespace {
@@ -58,6 +64,85 @@ TEST_F(ClipArea, CutsASegmentFromLeftToRightOnBothVerticalSides) {
     EXPECT_DOUBLE_EQ(y2, 5.5);
 }
 
+// The clipping to a rectangle in its plain form, side by side.
+class PlainRectangle {
+ public:
+    int Cut(double& x1, double& y1, double& x2, double& y2) const {
+        const int c1 = Code(x1, y1);
+        const int c2 = Code(x2, y2);
+        if ((c1 | c2) == 0) return 1;
+        if ((c1 & c2) != 0) return 0;
+        const bool opposite = c1 + c2 == 3 || (c1 | c2) == 12;
+        if (c1 != 0 && c2 != 0 && !opposite && SidesMet(x1, y1, x2, y2) < 2) return 0;
+        const double line[4] = {x1, y1, x2, y2};
+        if (c1 != 0) Move(line, c1, x1, y1);
+        if (c2 != 0) Move(line, c2, x2, y2);
+        return 1;
+    }
+
+    static constexpr double kLeft = -7.0, kBottom = -5.0, kRight = 7.0, kTop = 5.0;
+
+ private:
+    static int Code(double x, double y) {
+        return (x < kLeft ? 1 : 0) + (x > kRight ? 2 : 0) + (y < kBottom ? 4 : 0) + (y > kTop ? 8 : 0);
+    }
+    static int SidesMet(double x1, double y1, double x2, double y2) {
+        const double dx = x2 - x1, dy = y2 - y1;
+        const double l = kLeft - x1, b = kBottom - y1, r = kRight - x1, t = kTop - y1;
+        int sides = 0;
+        if (std::fabs(dx) > 1e-8) {
+            const double k = dy / dx;
+            if (l * k > b && t + 1e-8 > l * k) ++sides;
+            if (r * k > b && t + 1e-8 > r * k) ++sides;
+        }
+        if (std::fabs(dy) > 1e-8) {
+            const double h = dx / dy;
+            if (b * h > l - 1e-8 && r > b * h) ++sides;
+            if (t * h > l - 1e-8 && r > t * h) ++sides;
+        }
+        return sides;
+    }
+    static void Move(const double* line, int code, double& x, double& y) {
+        const double dx = line[2] - line[0];
+        const double dy = line[3] - line[1];
+        if ((code & 3) != 0) {
+            x = (code & 1) != 0 ? kLeft : kRight;
+            y = (x - line[0]) * dy / dx + line[1];
+            if (!(y < kBottom || y > kTop)) return;
+            y = y < kBottom ? kBottom : kTop;
+        } else {
+            y = (code & 4) != 0 ? kBottom : kTop;
+        }
+        x = (y - line[1]) * dx / dy + line[0];
+    }
+};
+
+TEST_F(ClipArea, HasTheBitsOfThePlainFormAtARectangle) {
+    ZM_TRACE_SEED();
+    zm::test::Random random(31);
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    const double odd[] = {-7.0, 7.0, -5.0, 5.0, 0.0, -0.0, 1e-9, -7.000000001, 1e300, -1e300, kInfinity, 5.00000001};
+    const auto coordinate = [&] {
+        const int kind = random.Int(0, 3);
+        if (kind == 0) return odd[random.Int(0, static_cast<int>(std::size(odd)) - 1)];
+        return kind == 1 ? static_cast<double>(random.Int(-10, 10)) : random.Real(-15.0, 15.0);
+    };
+    const PlainRectangle plain;
+    area.setcutarea(PlainRectangle::kLeft, PlainRectangle::kBottom, PlainRectangle::kRight, PlainRectangle::kTop);
+    for (int i = 0; i < 200000; ++i) {
+        const std::array<double, 4> given = {coordinate(), coordinate(), coordinate(), coordinate()};
+        std::array<double, 4> found = given;
+        std::array<double, 4> expected = given;
+        ASSERT_EQ(area.cutline(found[0], found[1], found[2], found[3]),
+                  plain.Cut(expected[0], expected[1], expected[2], expected[3]));
+        for (std::size_t k = 0; k < 4; ++k) {
+            if (std::isnan(expected[k]) && std::isnan(found[k])) continue;
+            ASSERT_EQ(std::bit_cast<std::uint64_t>(found[k]), std::bit_cast<std::uint64_t>(expected[k]))
+                << given[0] << ' ' << given[1] << ' ' << given[2] << ' ' << given[3];
+        }
+    }
+}
+
 TEST_F(ClipArea, LeavesASegmentThatPassesTheCornerOutsideAsItCame) {
     double x1 = 0.9, y1 = -100.0, x2 = 6.0, y2 = 9.5;  // outcodes 5 and 10, below the right lower corner
     EXPECT_EQ(area.cutline(x1, y1, x2, y2), 0);
@@ -90,6 +175,18 @@ TEST_F(ClipArea, RefusesAPolygonOfTwoPointsAndKeepsTheRectangle) {
     EXPECT_EQ(polygon, nullptr);
     EXPECT_EQ(area.cutpoint(3.0, 3.0), 1);
     EXPECT_EQ(area.cutpoint(15.0, 15.0), 0);
+}
+
+TEST_F(ClipArea, APolygonOfTwoPointsLeavesTheSizeOfTheOneBefore) {
+    SetPolygon({1, 9, 9, 1}, {1, 1, 7, 7});
+    SetPolygon({10, 20}, {10, 20});
+    int n = -1;
+    PP* polygon = nullptr;
+    EXPECT_EQ(area.getcutarea(n, polygon), 0);
+    EXPECT_EQ(n, 4);
+    EXPECT_EQ(polygon, nullptr);
+    double x1 = 0, y1 = 0, x2 = 5, y2 = 5;
+    area.cutline(x1, y1, x2, y2);  // nothing is read that is not there
 }
 
 TEST_F(ClipArea, HasNoRotateAngleWhereTheClosingEdgeIsParallelToAnAxis) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <climits>
 #include <cstring>
 #include <functional>
 #include <memory>
@@ -10,18 +11,18 @@
 #include <vector>
 
 #include "draw/device.h"
-#include "platform/headless/arc_figure.h"
-#include "platform/headless/log_device.h"
-#include "platform/headless/objects.h"
-#include "platform/headless/svg_device.h"
+#include "platform/device/arc_figure.h"
+#include "platform/device/objects.h"
 #include "tests/support/random.h"
+#include "zenromath/log.h"
+#include "zenromath/svg.h"
 
 namespace {
 
 using namespace zm;
-using zm::platform::LogDevice;
+using zm::LogDevice;
+using zm::SvgDevice;
 using zm::platform::ObjectCount;
-using zm::platform::SvgDevice;
 
 TEST(Handles, AFreshDeviceHasABlackPenAWhiteBrushAndBlackText) {
     LogDevice log(LogDevice::Detail::styles);
@@ -140,27 +141,28 @@ constexpr POINT kTwoStrokes[] = {{1, 2}, {3, 4}, {5, 6}, {7, 8}};
 
 TEST(Handles, ARunOfLinesIsOneMoveAndOneLineForEach) {
     LogDevice log;
-    device::DrawLines(&log, kTwoStrokes, 2);
+    EXPECT_EQ(device::DrawLines(&log, kTwoStrokes, 2), 2);
     EXPECT_EQ(log.lines(), (std::vector<std::string>{"MoveToEx 1 2", "LineTo 3 4", "MoveToEx 5 6", "LineTo 7 8"}));
     POINT position{};
     device::MoveToEx(&log, 0, 0, &position);
     EXPECT_EQ(position.x, 7);
     EXPECT_EQ(position.y, 8);
     log.Clear();
-    device::DrawLines(&log, kTwoStrokes, 0);
+    EXPECT_EQ(device::DrawLines(&log, kTwoStrokes, 0), 0);
     EXPECT_TRUE(log.lines().empty());
     device::SelectObject(&log, device::NullPen());
     device::DrawLines(&log, kTwoStrokes, 2);
     EXPECT_EQ(log.lines(), (std::vector<std::string>{"MoveToEx 1 2", "MoveToEx 5 6"}));
-    device::DrawLines(nullptr, kTwoStrokes, 2);
+    EXPECT_EQ(device::DrawLines(nullptr, kTwoStrokes, 2), 0);
 }
 
 // A device that takes runs whole, and may end with one.
 class RunDevice : public LogDevice {
  public:
-    void Lines(const Stroke& stroke, const POINT* ends, int count) override {
+    int Lines(const Stroke& stroke, const POINT* ends, int count) override {
         runs.push_back({static_cast<int>(stroke.color), count, ends[0].x, ends[2 * count - 1].y});
         if (last) std::exchange(last, nullptr)();
+        return count;
     }
     std::vector<std::array<int, 4>> runs;
     std::function<void()> last;
@@ -403,6 +405,30 @@ TEST(Svg, TextIsRealTextInUtf8) {
     EXPECT_NE(document.find("font-family=\"'SimSun'"), std::string::npos) << document;
     EXPECT_EQ(Count(document, "<rect"), 1u);  // the paper alone
     device::DeleteObject(font);
+}
+
+// The smallest int has no positive counterpart.
+TEST(Svg, SizesAndPlacesOfAnyIntGiveNumbers) {
+    SvgDevice svg(100, 50);
+    LOGFONTA font = {};
+    for (const int extreme : {INT_MIN, INT_MIN + 1, INT_MAX}) {
+        font.lfHeight = font.lfWidth = font.lfEscapement = extreme;
+        const HFONT handle = device::CreateFontIndirectA(&font);
+        const HFONT before = device::SelectObject(&svg, handle);
+        device::TextOutA(&svg, extreme, extreme, "abc", 3);
+        for (const unsigned flags : {0u, unsigned{DT_CALCRECT}, unsigned{DT_CENTER}, unsigned{DT_RIGHT},
+                                     unsigned{DT_SINGLELINE | DT_VCENTER}, unsigned{DT_SINGLELINE | DT_BOTTOM}}) {
+            RECT box = {extreme, INT_MIN, INT_MAX, extreme};
+            device::DrawTextA(&svg, "a\nbc", 4, &box, flags);
+        }
+        device::Rectangle(&svg, INT_MIN, extreme, INT_MAX, INT_MAX);
+        device::SelectObject(&svg, before);
+        device::DeleteObject(handle);
+    }
+    const std::string document = svg.Document();
+    EXPECT_NE(document.find("translate(-2147483648 -2147483648) rotate(214748364.8)"), std::string::npos) << document;
+    EXPECT_NE(document.find("font-size=\"2147483648\""), std::string::npos) << document;
+    EXPECT_EQ(document.find("font-size=\"-"), std::string::npos);
 }
 
 TEST(Svg, AClippedFigureCarriesItsClip) {

@@ -7,24 +7,23 @@
 #include <string>
 
 #include "draw/device.h"
-#include "platform/headless/svg_device.h"
-#include "runtime/gbk.h"
-#include "runtime/numbers.h"
-#include "runtime/project.h"
+#include "runtime/profile/project.h"
+#include "runtime/text/gbk.h"
+#include "runtime/text/numbers.h"
 #include "tests/draw/sheet.h"
 #include "tests/support/scratch.h"
 #include "tools/make_template/template_drawing.h"
 #include "zenromath/config.h"
 #include "zenromath/dwg.h"
 #include "zenromath/runtime.h"
+#include "zenromath/svg.h"
 
 #if defined(ZM_HAVE_QT)
 #include <QImage>
 #include <QPageSize>
 #include <QPdfWriter>
 
-#include "platform/qt/application.h"
-#include "platform/qt/qt_device.h"
+#include "zenromath/qt.h"
 #endif
 
 namespace fs = std::filesystem;
@@ -80,7 +79,7 @@ void DrawQt(const fs::path& directory) {
 #endif
 
 void DrawSvg(int type, int flip, const fs::path& file) {
-    zm::platform::SvgDevice device(kWidth, kHeight, zm::test::kSheetWidth, zm::test::kSheetHeight);
+    zm::SvgDevice device(kWidth, kHeight, zm::test::kSheetWidth, zm::test::kSheetHeight);
     zm::device::SetBkMode(&device, TRANSPARENT);
     Draw(type, flip, &device, {});
     zm::test::WriteFile(file, device.Document());
@@ -101,7 +100,7 @@ int main(int argc, char** argv) {
     std::string name = PathText(directory / "sheet");
     std::string ext = "ini";
     _LFInit(name.data(), ext.data(), nullptr);
-    zm::test::WriteFile(directory / "acad.dwg", zm::tools::TemplateDrawing());
+    zm::test::WriteFile(directory / "acad.dwg", zm::tool::TemplateDrawing());
     TqNoteLayBase notes;
 
     DrawSvg(0, 0, directory / "sheet.svg");
@@ -110,7 +109,7 @@ int main(int argc, char** argv) {
 #if defined(ZM_HAVE_QT)
     DrawQt(directory);
 #endif
-    zm::platform::SvgDevice unused(10, 10);
+    zm::SvgDevice unused(10, 10);
     Draw(3, 0, &unused, directory / "sheet.rec");
     std::string drawing = "sheet.dwg";
     _LDBopendwg(drawing.data());

@@ -2,10 +2,10 @@
 
 #include "config/state.h"
 #include "draw/state.h"
-#include "dwg/state.h"
-#include "runtime/gbk.h"
-#include "runtime/project.h"
+#include "dwg/writer/state.h"
+#include "runtime/profile/project.h"
 #include "runtime/state.h"
+#include "runtime/text/gbk.h"
 #include "zenromath/geometry.h"
 #include "zenromath/runtime.h"
 

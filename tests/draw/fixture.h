@@ -10,21 +10,21 @@
 #include <vector>
 
 #include "draw/device.h"
-#include "dwg/trace.h"
-#include "platform/headless/log_device.h"
-#include "runtime/numbers.h"
+#include "runtime/text/numbers.h"
 #include "tests/support/scratch.h"
 #include "tests/support/test_host.h"
+#include "tests/support/writer_trace.h"
 #include "zenromath/config.h"
 #include "zenromath/draw.h"
+#include "zenromath/log.h"
 
 namespace zm::test {
 
 /// Keeps the calls of the DWG writer as texts: name and numbers with six decimals.
-class WriterLog : public dwg::Trace {
+class WriterLog : public test::Trace {
  public:
-    WriterLog() : m_previous(dwg::SetTrace(this)) {}
-    ~WriterLog() override { dwg::SetTrace(m_previous); }
+    WriterLog() : m_previous(test::SetTrace(this)) {}
+    ~WriterLog() override { test::SetTrace(m_previous); }
     WriterLog(const WriterLog&) = delete;
     WriterLog& operator=(const WriterLog&) = delete;
 
@@ -52,7 +52,7 @@ class WriterLog : public dwg::Trace {
         for (const double value : values) call += numbers::Text(" %.6f", value);
         calls.push_back(std::move(call));
     }
-    dwg::Trace* m_previous;
+    test::Trace* m_previous;
 };
 
 /// Fresh state of all that drawing touches, before and after each test.
@@ -75,7 +75,7 @@ class DrawTest : public testing::Test {
 
     TestHost host;
     ScratchDir scratch;
-    platform::LogDevice device;
+    LogDevice device;
     WriterLog writer;
     std::unique_ptr<CTqDraw> context;
     std::unique_ptr<TqNoteLayBase> notes;

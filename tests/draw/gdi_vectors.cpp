@@ -134,23 +134,25 @@ class Player {
             return Keep(op, device::CreateRectRgn(b.at(0), b.at(1), b.at(2), b.at(3)));
         }
         if (name == "combine") {
-            const HRGN second = op.at("second").is_null() ? nullptr : m_regions.at(op.at("second"));
-            return device::CombineRgn(m_regions.at(op.at("target")), m_regions.at(op.at("first")), second,
+            return device::CombineRgn(Region(op.at("target")), Region(op.at("first")), Region(op.at("second")),
                                       op.at("mode"));
         }
         if (name == "rgnbox") {
             RECT box{};
-            const int kind = device::GetRgnBox(m_regions.at(op.at("region")), &box);
+            const int kind = device::GetRgnBox(Region(op.at("region")), &box);
             return {{"kind", kind}, {"box", {box.left, box.top, box.right, box.bottom}}};
         }
         if (name == "fillrgn") {
             const HBRUSH brush = Brush(op.at("brush"));
-            const int done = device::FillRgn(m_dc, m_regions.at(op.at("region")), brush);
+            const int done = device::FillRgn(m_dc, Region(op.at("region")), brush);
             device::DeleteObject(brush);
             return done;
         }
         throw std::runtime_error("unknown operation " + name);
     }
+
+    // The region of that name; null is a null handle.
+    HRGN Region(const Json& name) const { return name.is_null() ? nullptr : m_regions.at(name); }
 
     Json Keep(const Json& op, HRGN region) {
         auto& place = m_regions[op.at("region").get<std::string>()];
@@ -160,6 +162,7 @@ class Player {
     }
 
     static HBRUSH Brush(const Json& brush) {
+        if (brush.is_null()) return nullptr;  // a null handle
         const auto kind = brush.at("kind").get<std::string>();
         if (kind == "null") return device::NullBrush();
         if (kind == "white") return device::WhiteBrush();
@@ -207,10 +210,38 @@ bool HasNear(const Pixels& pixels, const Pixel& at, int reach) {
     return false;
 }
 
-// Ends of arcs may lie two pixels apart, all else one.
-std::string FarPixel(const Pixels& a, const Pixels& b, int reach) {
-    for (const Pixel& p : a)
-        if (!HasNear(b, p, reach)) return std::to_string(p.x) + "," + std::to_string(p.y);
+struct End {
+    double x, y;
+};
+
+// Where the rays of a record's arcs meet their ellipses.
+std::vector<End> EndsOfArcs(const Json& record) {
+    std::vector<End> ends;
+    for (const Json& op : record.at("ops")) {
+        if (op.at("op") != "arc") continue;
+        const auto box = op.at("box").get<std::vector<double>>();
+        const double x = (box.at(0) + box.at(2)) / 2.0, y = (box.at(1) + box.at(3)) / 2.0;
+        const double a = std::abs(box.at(2) - box.at(0)) / 2.0, b = std::abs(box.at(3) - box.at(1)) / 2.0;
+        for (const char* ray : {"start", "end"}) {
+            const auto to = op.at(ray).get<std::vector<double>>();
+            const double dx = to.at(0) - x, dy = to.at(1) - y, length = std::hypot(dx / a, dy / b);
+            if (length > 0.0) ends.push_back({x + dx / length, y + dy / length});
+        }
+    }
+    return ends;
+}
+
+// A pixel that has none of the other picture within reach; of an arc's picture, within two pixels at its ends, which
+// the recording leaves out by up to a pixel.
+std::string FarPixel(const Pixels& a, const Pixels& b, int reach, const std::vector<End>& ends) {
+    constexpr int kAtEnds = 2;
+    for (const Pixel& p : a) {
+        if (HasNear(b, p, reach)) continue;
+        const bool atEnd = std::any_of(ends.begin(), ends.end(), [&](const End& end) {
+            return std::max(std::abs(end.x - p.x), std::abs(end.y - p.y)) <= kAtEnds;
+        });
+        if (!atEnd || !HasNear(b, p, kAtEnds)) return std::to_string(p.x) + "," + std::to_string(p.y);
+    }
     return {};
 }
 
@@ -241,12 +272,14 @@ Outcome RunOn(GdiSurface& surface, const Json& record) {
         return {};
     }
     const bool loose = HasReason(record, "arc") || HasReason(record, "wide");
+    const std::vector<End> ends = HasReason(record, "arc") ? EndsOfArcs(record) : std::vector<End>();
     for (const auto& [color, pixels] : expected) found[color];
     for (const auto& [color, pixels] : found) {
         const Pixels& wanted = expected[color];
-        const int reach = !loose ? 0 : HasReason(record, "arc") ? 2 : 1;
-        for (const std::string& far : {FarPixel(pixels, wanted, reach), FarPixel(wanted, pixels, reach)})
-            if (!far.empty()) return {false, "colour " + ColorText(color).dump() + ": the pictures differ at " + far};
+        const int reach = loose ? 1 : 0;
+        for (const std::string& apart : {FarPixel(pixels, wanted, reach, ends), FarPixel(wanted, pixels, reach, ends)})
+            if (!apart.empty())
+                return {false, "colour " + ColorText(color).dump() + ": the pictures differ at " + apart};
     }
     return {};
 }

@@ -4,8 +4,8 @@
 #include "draw/access.h"
 #include "draw/state.h"
 #include "draw/texts.h"
-#include "platform/headless/objects.h"
-#include "runtime/gbk.h"
+#include "platform/device/objects.h"
+#include "runtime/text/gbk.h"
 #include "tests/draw/fixture.h"
 
 namespace {
@@ -114,12 +114,15 @@ TEST_F(Pens, RestoreThePreviousPenAndLeaveNoObjectBehind) {
 }
 
 TEST_F(Pens, APenMadeForADrawingFileRestoresNothingAfterAChangeOfType) {
-    CTqDraw& dc = MakeContext(1);
+    CTqDraw& dc = MakeContext(0);
+    const tagLOGPEN start = dc.GetCurLogpen();  // of the system's stock pen
+    dc.SetTqDCType(1);
     {
-        CTQPen pen(0, 1, 0x111111u);
+        CTQPen pen(0, 7, 0x111111u);
         dc.SetTqDCType(0);
     }
-    EXPECT_EQ(dc.GetCurLogpen().lopnWidth.x, 1);
+    EXPECT_EQ(dc.GetCurLogpen().lopnWidth.x, start.lopnWidth.x);
+    EXPECT_EQ(dc.GetCurLogpen().lopnColor, start.lopnColor);
 }
 
 TEST_F(Pens, ARecordedColourIsSigned) {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "draw/access.h"
-#include "draw/polygon_index.h"
+#include "draw/clip/polygon_index.h"
 #include "geometry/state.h"
 #include "tests/draw/fixture.h"
 #include "tests/support/random.h"

@@ -66,6 +66,13 @@ TEST_F(Primitives, ASmallCircleIsABlackDotOnADeviceOnly) {
     EXPECT_EQ(writer.calls, (Lines{"arc 5.000000 5.000000 0.190000 0.000000 57.295780"}));
 }
 
+TEST_F(Primitives, ACircleOfExactlyTwoPixelsIsNoDot) {
+    CTqDraw& dc = MakeContext(0);
+    dc.drawarc(5.0, 5.0, 0.2, 1.0, 1.0);  // 0.2 units at 10 pixels each
+    ASSERT_FALSE(device.lines().empty());
+    EXPECT_EQ(device.lines().front().find("SetPixel"), std::string::npos) << device.lines().front();
+}
+
 TEST_F(Primitives, ACircleInsideTheClipRectangleIsOnePiece) {
     CTqDraw& dc = MakeContext(3);
     dc.SetCutArea(0, 0, 10, 10);

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "platform/headless/arc_figure.h"
-#include "platform/headless/dashes.h"
+#include "platform/device/arc_figure.h"
+#include "platform/device/dashes.h"
 
 namespace zm::test {
 namespace {

@@ -1,4 +1,5 @@
 // What the set-up and the calls of drawing mean in scenes, and what their sinks received.
+#include "tests/support/writer_trace.h"
 #include "tests/vector_runner/scenes.h"
 
 #include <cstddef>
@@ -10,10 +11,9 @@
 #include "draw/access.h"
 #include "draw/device.h"
 #include "draw/state.h"
-#include "dwg/state.h"
-#include "dwg/trace.h"
-#include "platform/headless/log_device.h"
+#include "dwg/writer/state.h"
 #include "zenromath/draw.h"
+#include "zenromath/log.h"
 
 namespace {
 
@@ -30,10 +30,10 @@ DWORD Word(const Json& value) {
 // ---- What the sinks received ----
 
 // Writes the calls of the DWG writer down as the scenes have them.
-class WriterLog : public zm::dwg::Trace {
+class WriterLog : public zm::test::Trace {
  public:
-    WriterLog() : m_previous(zm::dwg::SetTrace(this)) {}
-    ~WriterLog() override { zm::dwg::SetTrace(m_previous); }
+    WriterLog() : m_previous(zm::test::SetTrace(this)) {}
+    ~WriterLog() override { zm::test::SetTrace(m_previous); }
     WriterLog(const WriterLog&) = delete;
     WriterLog& operator=(const WriterLog&) = delete;
 
@@ -63,7 +63,7 @@ class WriterLog : public zm::dwg::Trace {
 
  private:
     void Add(Json call) { calls.push_back(std::move(call)); }
-    zm::dwg::Trace* m_previous;
+    zm::test::Trace* m_previous;
 };
 
 // A line of the device log as the scenes have it: name, numbers, and for texts the text.
@@ -91,7 +91,7 @@ struct SceneDevice {
     ~SceneDevice() { zm::device::DeleteObject(pen); }
     SceneDevice(const SceneDevice&) = delete;
     SceneDevice& operator=(const SceneDevice&) = delete;
-    zm::platform::LogDevice device;
+    zm::LogDevice device;
     HPEN pen;
 };
 

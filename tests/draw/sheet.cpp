@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "draw/device.h"
-#include "runtime/gbk.h"
+#include "runtime/text/gbk.h"
 
 namespace zm::test {
 namespace {

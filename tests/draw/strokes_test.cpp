@@ -1,5 +1,5 @@
 // Strokes on a device: the short way of those that lie in the view, and runs of strokes.
-#include "draw/strokes.h"
+#include "draw/stroke/stream.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +13,7 @@
 
 #include "tests/draw/fixture.h"
 #include "tests/support/random.h"
+#include "zenromath/null_device.h"
 
 namespace {
 
@@ -22,8 +23,8 @@ using zm::test::Random;
 class Strokes : public zm::test::DrawTest {};
 
 // Coordinates in and about the view of 80 by 60 units, many of them on its edges or within a pixel of them.
-double NearAnEdge(Random& random, double far) {
-    const double edge = random.Int(0, 1) * far;
+double NearAnEdge(Random& random, double extent) {
+    const double edge = random.Int(0, 1) * extent;
     switch (random.Int(0, 4)) {
         case 0:
             return edge;
@@ -32,9 +33,9 @@ double NearAnEdge(Random& random, double far) {
         case 2:
             return edge + random.Int(-2, 2) * 0.1;
         case 3:
-            return random.Real(-30.0, far + 30.0);
+            return random.Real(-30.0, extent + 30.0);
         default:
-            return random.Real(0.0, far);
+            return random.Real(0.0, extent);
     }
 }
 
@@ -58,6 +59,14 @@ TEST_F(Strokes, AboutTheEdgesOfTheViewHaveThePixelsThatTheMappingTells) {
         dc.line(x1, y1, x2, y2);
         ASSERT_EQ(byLine, device.lines()) << sx1 << ' ' << sy1 << ' ' << sx2 << ' ' << sy2;
     }
+}
+
+// One stream of strokes, four values for each.
+void DrawStrokes(const double* ends, std::size_t count) {
+    zm::draw::StrokeStream stream;
+    for (std::size_t i = 0; i < 4 * count; i += 4)
+        stream.Line(zm::geometry::Pair{ends[i], ends[i + 1]}, zm::geometry::Pair{ends[i + 2], ends[i + 3]});
+    stream.Flush();
 }
 
 TEST_F(Strokes, OfAViewLargerThanDeviceCoordinatesKeepTheirLimit) {
@@ -113,7 +122,7 @@ TEST_P(RunsOfStrokes, ReachTheSinkAsOneLineAfterAnother) {
         if (count > 33) ends[7] = std::numeric_limits<double>::quiet_NaN();
         device.Clear();
         writer.calls.clear();
-        zm::draw::DrawStrokes(ends.data(), count);
+        DrawStrokes(ends.data(), static_cast<std::size_t>(count));
         const Lines run = device.lines(), recorded = Recorded(dc), written = writer.calls;
         device.Clear();
         writer.calls.clear();
@@ -135,7 +144,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& info) { return std::string(info.param.name); });
 
 // A device of the application that calls back where strokes arrive.
-class CallingDevice : public zm::Device {
+class CallingDevice : public zm::NullDevice {
  public:
     void Moved(int, int) override {
         if (moved) std::exchange(moved, nullptr)();
@@ -145,11 +154,6 @@ class CallingDevice : public zm::Device {
         if (drawn) std::exchange(drawn, nullptr)();
         return 1;
     }
-    COLORREF Dot(int, int, COLORREF color) override { return color; }
-    int Arc(const zm::Stroke&, const RECT&, POINT, POINT) override { return 1; }
-    int Box(const zm::Stroke*, const zm::Fill&, const RECT&) override { return 1; }
-    int FillRegion(const zm::Region&, const zm::Fill&) override { return 1; }
-    int Text(const zm::TextStyle&, int, int, std::string_view) override { return 1; }
 
     std::function<void()> moved, drawn;
     int lines = 0;
@@ -162,10 +166,10 @@ TEST_F(Strokes, OnADeviceThatIsGoneAreNotDrawn) {
     {
         CallingDevice calling;
         dc.ResetHdc(&calling);
-        zm::draw::DrawStrokes(kTwoStrokes, 2);
+        DrawStrokes(kTwoStrokes, 2);
         EXPECT_EQ(calling.lines, 2);
     }
-    zm::draw::DrawStrokes(kTwoStrokes, 2);
+    DrawStrokes(kTwoStrokes, 2);
     EXPECT_EQ(dc.line(1.0, 1.0, 2.0, 2.0), 0);
     EXPECT_EQ(device.lines(), Lines{});
 }
@@ -175,7 +179,7 @@ TEST_F(Strokes, EndWithADeviceThatEndsWhereItIsMovedTo) {
     auto calling = std::make_unique<CallingDevice>();
     dc.ResetHdc(calling.get());
     calling->moved = [&] { calling.reset(); };
-    zm::draw::DrawStrokes(kTwoStrokes, 2);
+    DrawStrokes(kTwoStrokes, 2);
     EXPECT_EQ(calling, nullptr);
     EXPECT_EQ(dc.line(1.0, 1.0, 2.0, 2.0), 0);
 }
@@ -192,10 +196,10 @@ TEST_F(Strokes, GoOnOnTheContextThatTheApplicationPutsInTheOldOnesPlace) {
         SelectWorkingTqDC(nullptr);
         other = std::make_unique<CTqDraw>(3);
     };
-    zm::draw::DrawStrokes(ends.data(), 100);
+    DrawStrokes(ends.data(), 100);
     // What was on its way to the device arrives there.
     EXPECT_EQ(static_cast<std::size_t>(calling.lines) + Recorded(*other).size(), 100u);
-    EXPECT_LE(calling.lines, zm::draw::StrokeRow::kMost);
+    EXPECT_LE(calling.lines, zm::draw::StrokeStream::kMost);
 }
 
 TEST_F(Strokes, EndWithTheWorkingContext) {
@@ -204,114 +208,164 @@ TEST_F(Strokes, EndWithTheWorkingContext) {
     dc.ResetHdc(&calling);
     const std::vector<double> ends(400, 1.0);
     calling.drawn = [&] { context.reset(); };
-    zm::draw::DrawStrokes(ends.data(), 100);
-    EXPECT_LE(calling.lines, zm::draw::StrokeRow::kMost);
+    DrawStrokes(ends.data(), 100);
+    EXPECT_LE(calling.lines, zm::draw::StrokeStream::kMost);
 }
 
 zm::geometry::Pair At(double x, double y) {
     return zm::geometry::Pair{x, y};
 }
 
-TEST_F(Strokes, OfARowReachTheDeviceTogetherInTheirOrder) {
+TEST_F(Strokes, OfAStreamReachTheDeviceTogetherInTheirOrder) {
     MakeContext(0);
-    zm::draw::StrokeRow row;
-    row.Line(At(1.0, 1.0), At(2.0, 1.0));
-    row.Line(At(3.0, 1.0), At(4.0, 1.0));
+    zm::draw::StrokeStream stream;
+    stream.Line(At(1.0, 1.0), At(2.0, 1.0));
+    stream.Line(At(3.0, 1.0), At(4.0, 1.0));
+    // What crosses the edge of the view is clipped and waits too; what misses it is none.
+    stream.Line(At(-1.0, 1.0), At(5.0, 1.0));
+    stream.Line(At(-1.0, 1.0), At(-5.0, 1.0));
+    stream.Line(At(6.0, 1.0), At(7.0, 1.0));
     EXPECT_EQ(device.lines(), Lines{});
-    // What crosses the edge of the view is clipped, and not before those that wait.
-    row.Line(At(-1.0, 1.0), At(5.0, 1.0));
-    const Lines three = {"MoveToEx 10 590", "LineTo 20 590",  "MoveToEx 30 590",
-                         "LineTo 40 590",   "MoveToEx 0 590", "LineTo 50 590"};
-    EXPECT_EQ(device.lines(), three);
-    row.Line(At(6.0, 1.0), At(7.0, 1.0));
-    EXPECT_EQ(device.lines(), three);
-    row.Flush();
-    EXPECT_EQ(device.lines().size(), 8u);
-    EXPECT_EQ(device.lines().back(), "LineTo 70 590");
-    row.Flush();
-    EXPECT_EQ(device.lines().size(), 8u);
+    stream.Flush();
+    const Lines four = {"MoveToEx 10 590", "LineTo 20 590", "MoveToEx 30 590", "LineTo 40 590",
+                        "MoveToEx 0 590",  "LineTo 50 590", "MoveToEx 60 590", "LineTo 70 590"};
+    EXPECT_EQ(device.lines(), four);
+    EXPECT_EQ(stream.sum(), 4);
+    stream.Flush();
+    EXPECT_EQ(device.lines(), four);
 }
 
-TEST_F(Strokes, OfARowGoOutWhereThereIsNoMoreRoom) {
+TEST_F(Strokes, OfAStreamGoOutWhereThereIsNoMoreRoom) {
     MakeContext(0);
-    zm::draw::StrokeRow row;
-    const unsigned turn = row.turn();
-    for (int i = 0; i < zm::draw::StrokeRow::kMost; ++i) row.Line(At(1.0, 1.0), At(2.0, 1.0));
+    zm::draw::StrokeStream stream;
+    const unsigned turn = stream.turn();
+    for (int i = 0; i < zm::draw::StrokeStream::kMost; ++i) stream.Line(At(1.0, 1.0), At(2.0, 1.0));
     EXPECT_EQ(device.lines(), Lines{});
-    EXPECT_EQ(row.turn(), turn);
-    row.Line(At(1.0, 1.0), At(3.0, 1.0));
-    EXPECT_EQ(device.lines().size(), 2u * zm::draw::StrokeRow::kMost);
-    EXPECT_NE(row.turn(), turn);
-    row.MakeRoom(zm::draw::StrokeRow::kMost);
+    EXPECT_EQ(stream.turn(), turn);
+    stream.Line(At(1.0, 1.0), At(3.0, 1.0));
+    EXPECT_EQ(device.lines().size(), 2u * zm::draw::StrokeStream::kMost);
+    EXPECT_NE(stream.turn(), turn);
+    stream.MakeRoom(zm::draw::StrokeStream::kMost);
     EXPECT_EQ(device.lines().back(), "LineTo 30 590");
 }
 
-TEST_F(Strokes, ThatArePutInARowAsPixelsStandAmongTheOthers) {
+TEST_F(Strokes, ThatArePutInAStreamAsPixelsStandAmongTheOthers) {
     MakeContext(0);
-    zm::draw::StrokeRow row;
-    row.Line(At(1.0, 1.0), At(2.0, 1.0));
-    ASSERT_TRUE(row.IsOpen());
-    row.MakeRoom(2);
-    POINT* ends = row.next();
+    zm::draw::StrokeStream stream;
+    stream.Line(At(1.0, 1.0), At(2.0, 1.0));
+    ASSERT_NE(stream.Box(), nullptr);
+    stream.MakeRoom(2);
+    POINT* ends = stream.next();
     for (int i = 0; i < 4; ++i) ends[i] = {100 + i, 200 + i};
-    row.Take(2);
-    row.Line(At(3.0, 1.0), At(4.0, 1.0));
-    row.Flush();
+    stream.Take(2);
+    stream.Line(At(3.0, 1.0), At(4.0, 1.0));
+    stream.Flush();
     EXPECT_EQ(device.lines(), (Lines{"MoveToEx 10 590", "LineTo 20 590", "MoveToEx 100 200", "LineTo 101 201",
                                      "MoveToEx 102 202", "LineTo 103 203", "MoveToEx 30 590", "LineTo 40 590"}));
 }
 
-TEST_F(Strokes, OfARowGoToARecordingAtOnceAndToWhateverTakesItsPlace) {
+TEST_F(Strokes, OfAStreamGoToARecordingAtOnceAndToWhateverTakesItsPlace) {
     CTqDraw& dc = MakeContext(3);
-    zm::draw::StrokeRow row;
-    EXPECT_FALSE(row.IsOpen());
-    row.Line(At(1.0, 1.0), At(2.0, 1.0));
-    row.Line(At(1.0, 1.0), At(3.0, 1.0));
+    zm::draw::StrokeStream stream;
+    EXPECT_EQ(stream.Box(), nullptr);
+    stream.Line(At(1.0, 1.0), At(2.0, 1.0));
+    stream.Line(At(1.0, 1.0), At(3.0, 1.0));
     EXPECT_EQ(Recorded(dc).size(), 2u);
     // Another kind of context, one of the same kind, none.
     context.reset();
     SelectWorkingTqDC(nullptr);
     MakeContext(0);
-    row.Line(At(1.0, 1.0), At(2.0, 1.0));
-    row.Flush();
+    stream.Line(At(1.0, 1.0), At(2.0, 1.0));
+    stream.Flush();
     EXPECT_EQ(device.lines(), (Lines{"MoveToEx 10 590", "LineTo 20 590"}));
     context.reset();
     SelectWorkingTqDC(nullptr);
-    row.Line(At(1.0, 1.0), At(2.0, 1.0));
-    row.Flush();
+    stream.Line(At(1.0, 1.0), At(2.0, 1.0));
+    stream.Flush();
     EXPECT_EQ(device.lines().size(), 2u);
     CTqDraw& other = MakeContext(3);
-    row.Line(At(1.0, 1.0), At(2.0, 1.0));
+    stream.Line(At(1.0, 1.0), At(2.0, 1.0));
     EXPECT_EQ(Recorded(other).size(), 1u);
 }
 
-TEST_F(Strokes, OfARowGoToTheContextThatWorksNowAndNotToTheOneBefore) {
+TEST_F(Strokes, OfAStreamGoToTheContextThatWorksNowAndNotToTheOneBefore) {
     CTqDraw& before = MakeContext(3);
-    zm::draw::StrokeRow row;
-    row.Line(At(1.0, 1.0), At(2.0, 1.0));
+    zm::draw::StrokeStream stream;
+    stream.Line(At(1.0, 1.0), At(2.0, 1.0));
     SelectWorkingTqDC(nullptr);
     CTqDraw now(3);
-    row.Line(At(1.0, 1.0), At(3.0, 1.0));
-    row.Line(At(1.0, 1.0), At(4.0, 1.0));
+    stream.Line(At(1.0, 1.0), At(3.0, 1.0));
+    stream.Line(At(1.0, 1.0), At(4.0, 1.0));
     EXPECT_EQ(Recorded(now).size(), 2u);
     EXPECT_EQ(Recorded(before).size(), 1u);
 }
 
-TEST_F(Strokes, OfARowKeepTheirOrderWhereTheContextIsNoLongerClipped) {
+// A clip rectangle leaves what lies in it as it is: the box of the view is only smaller.
+TEST_F(Strokes, InAClipRectangleHaveTheBoxOfTheRectangle) {
     CTqDraw& dc = MakeContext(0);
-    dc.SetCutArea(0.0, 0.0, 80.0, 60.0);
+    dc.SetCutArea(20.0, 10.0, 60.0, 50.0);
     dc.SetDoCut(1);
-    zm::draw::StrokeRow row;
-    row.Line(At(1.0, 1.0), At(2.0, 1.0));
-    EXPECT_EQ(device.lines().size(), 2u);
-    dc.SetDoCut(0);
-    ASSERT_TRUE(row.IsOpen());
-    row.Line(At(3.0, 1.0), At(4.0, 1.0));
-    EXPECT_EQ(device.lines().size(), 2u);
-    row.Line(At(-1.0, 1.0), At(5.0, 1.0));
-    row.Flush();
-    EXPECT_EQ(device.lines(), (Lines{"MoveToEx 10 590", "LineTo 20 590", "MoveToEx 30 590", "LineTo 40 590",
-                                     "MoveToEx 0 590", "LineTo 50 590"}));
+    const zm::draw::ViewBox box(dc);
+    POINT ends[2];
+    EXPECT_TRUE(box.Map(At(20.01, 10.01), At(59.99, 49.99), ends));
+    EXPECT_FALSE(box.Map(At(19.99, 10.01), At(59.99, 49.99), ends));
+    EXPECT_FALSE(box.Map(At(20.01, 10.01), At(60.01, 49.99), ends));
+    EXPECT_FALSE(box.Map(At(20.01, 9.99), At(59.99, 49.99), ends));
+    EXPECT_FALSE(box.Map(At(20.01, 10.01), At(59.99, 50.01), ends));
+    // One wider than the view leaves the view's own box, the pixels of its edges included.
+    dc.SetCutArea(-1e4, -1e4, 1e4, 1e4);
+    EXPECT_TRUE(zm::draw::ViewBox(dc).Map(At(-0.09, -0.09), At(80.09, 60.09), ends));
+    EXPECT_EQ(ends[0].x, 0);
+    EXPECT_EQ(ends[0].y, 600);
+    EXPECT_EQ(ends[1].x, 800);
+    EXPECT_EQ(ends[1].y, 0);
+    EXPECT_FALSE(zm::draw::ViewBox(dc).Map(At(-0.11, 0.0), At(1.0, 1.0), ends));
+}
+
+TEST_F(Strokes, InAClipRectangleThatIsNoNumberAndInAFlippedViewHaveNoBox) {
+    CTqDraw& dc = MakeContext(0);
+    dc.SetDoCut(1);
+    dc.SetCutArea(std::numeric_limits<double>::quiet_NaN(), 10.0, 60.0, 50.0);
+    EXPECT_TRUE(zm::draw::ViewBox(dc).IsEmpty());
+    dc.SetCutArea();
+    EXPECT_FALSE(zm::draw::ViewBox(dc).IsEmpty());
+    dc.SetViewDrawDC(&device, 10.0, 0.0, 0.0, 800, 600, 1);
+    EXPECT_TRUE(zm::draw::ViewBox(dc).IsEmpty());
+    dc.SetViewDrawDC(&device, 10.0, 0.0, 0.0, -1, 600, 0);
+    EXPECT_TRUE(zm::draw::ViewBox(dc).IsEmpty());
+}
+
+// Whatever box a rectangle gives, it holds nothing that the clip would touch.
+TEST_F(Strokes, InTheBoxOfAClipRectangleAreNotTouchedByTheClip) {
+    ZM_TRACE_SEED();
+    Random random(73);
+    CTqDraw& dc = MakeContext(0);
+    int held = 0;
+    for (int round = 0; round < 20000; ++round) {
+        const double origin = random.Int(0, 1) != 0 ? 512340.25 : 0.0;
+        const double scale = random.Int(0, 3) != 0 ? random.Real(0.5, 100.0) : 10.0;
+        dc.SetViewDrawDC(&device, scale, origin, origin, 800, 600, 0);
+        const auto edge = [&](double extent) { return origin + random.Real(-0.1, 1.1) * extent / scale; };
+        const double x1 = edge(800.0), x2 = edge(800.0), y1 = edge(600.0), y2 = edge(600.0);
+        dc.SetCutArea(x1, y1, x2, y2);
+        dc.SetDoCut(1);
+        const zm::draw::ViewBox box(dc);
+        POINT ends[2];
+        for (int i = 0; i < 20; ++i) {
+            double x = random.Int(0, 1) != 0 ? (random.Int(0, 1) != 0 ? x1 : x2) : edge(800.0);
+            double y = random.Int(0, 1) != 0 ? (random.Int(0, 1) != 0 ? y1 : y2) : edge(600.0);
+            for (int step = random.Int(0, 2); step > 0; --step) x = std::nextafter(x, edge(800.0));
+            for (int step = random.Int(0, 2); step > 0; --step) y = std::nextafter(y, edge(600.0));
+            if (!box.Map(At(x, y), At(x, y), ends)) continue;
+            ++held;
+            EXPECT_EQ(zm::draw::Access::OutCode(dc, x, y), 0);
+            int px = 0, py = 0;
+            EXPECT_EQ(dc.GetViewPos(x, y, px, py), 1);
+            EXPECT_EQ(ends[0].x, px);
+            EXPECT_EQ(ends[0].y, py);
+        }
+    }
+    EXPECT_GT(held, 20000);
 }
 
 }  // namespace

@@ -50,7 +50,7 @@ TEST_F(Text, CountsTwoChineseCharactersAsTwo) {
 
 TEST_F(Text, AChineseTextTakesTheFontOfHalvedWidth) {
     CTqDraw& dc = MakeContext(0);
-    zm::platform::LogDevice styles(zm::platform::LogDevice::Detail::styles);
+    zm::LogDevice styles(zm::LogDevice::Detail::styles);
     dc.ResetHdc(&styles);
     SetFont(2.0, 1.6);
     Writable text(kSurvey);
@@ -59,6 +59,20 @@ TEST_F(Text, AChineseTextTakesTheFontOfHalvedWidth) {
     dc.textout(10, 50, mixed, 5);  // its first byte decides
     EXPECT_EQ(styles.lines(), (Lines{"Font 20 8 0 400 0 0 SimSun", std::string("TextOut 10 20 ") + kSurvey,
                                      "Font 20 16 0 400 0 0 SimSun", std::string("TextOut 10 50 A") + kSurvey}));
+    font.reset();
+}
+
+TEST_F(Text, AFirstByteAbove7ETakesTheFontOfHalvedWidth) {
+    CTqDraw& dc = MakeContext(0);
+    zm::LogDevice styles(zm::LogDevice::Detail::styles);
+    dc.ResetHdc(&styles);
+    SetFont(2.0, 1.6);
+    Writable last("\x7E");
+    Writable first("\x7F");
+    dc.textout(10, 20, last, 1);
+    dc.textout(10, 50, first, 1);
+    EXPECT_EQ(styles.lines(), (Lines{"Font 20 16 0 400 0 0 SimSun", "TextOut 10 20 \x7E", "Font 20 8 0 400 0 0 SimSun",
+                                     "TextOut 10 50 \x7F"}));
     font.reset();
 }
 

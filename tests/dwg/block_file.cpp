@@ -1,6 +1,6 @@
 #include "tests/dwg/block_file.h"
 
-#include "dwg/bytes.h"
+#include "dwg/format/bytes.h"
 
 namespace zm::test {
 namespace {

@@ -1,6 +1,8 @@
 // Block references and the copying of block files.
-#include "dwg/state.h"
-#include "dwg/writer.h"
+#include "dwg/reader/check.h"
+#include "dwg/reader/drawing.h"
+#include "dwg/writer/state.h"
+#include "dwg/writer/writer.h"
 #include "tests/dwg/block_file.h"
 
 namespace zm::test {
@@ -358,7 +360,9 @@ TEST_F(Blocks, AReferenceWithAttributesIsCopiedWithThemAsAnUnknownType) {
     BlockFile file;
     file.blocks = {{"LEAF", file.Definition("")}};
     std::string owner = file.Reference(0, 1, 2);
-    const std::string attribute = file.Record(16, 0, "attribute") + file.Record(17, 0, U32(0));
+    const std::string attribute =
+        file.Record(16, 0, F64(1) + F64(2) + F64(3) + U16(2) + "AB" + U16(1) + "T" + std::string(1, '\0')) +
+        file.Record(17, 0, U32(0));
     file.entities = owner.replace(1, 1, "\x80") + attribute;
     WriteBlock("TREE", file);
     Insert("TREE");
@@ -416,6 +420,22 @@ TEST_F(Blocks, AReferenceInABlockIsTwoBytesLongerThanItsLengthSays) {
     const std::string section = Close().BlockSection();
     EXPECT_EQ(Hex(section.substr(24, 28)), Hex(FromHex("0e001a0000000000") + U32(1) + F64(1) + F64(2)));
     EXPECT_EQ(Hex(section.substr(52, 24)), Hex(FromHex("0204180000000000") + F64(3) + F64(4)));
+}
+
+// As the drawings of other programs have it; they are sound, and only the copying cannot have them.
+TEST_F(Blocks, AReferenceThatIsAsLongAsItSaysIsNotCalledDamage) {
+    BlockFile file;
+    file.blocks = {{"LEAF", file.Definition("")}};
+    file.entities = file.Record(14, 0, U16(0) + F64(1) + F64(2)) + file.Record(2, 4, F64(3) + F64(4));
+    std::string bytes = file.Bytes();
+    bytes.replace(17, 2, U16(160));                          // header variables
+    bytes.replace(1310 + 26 + 24 + 33 + 2, 2, U16(0x4000));  // of the place of the block, which is beside its name
+    ASSERT_TRUE(dwg::reader::Check(dwg::reader::Drawing({bytes.begin(), bytes.end()})).problems.empty());
+    Write("TREE.dwg", bytes);
+    Insert("TREE");
+    ASSERT_FALSE(Messages().empty());
+    EXPECT_NE(Messages().back().find("TREE.dwg cannot be copied: at offset "), std::string::npos) << Messages().back();
+    EXPECT_NE(Messages().back().find("after a reference"), std::string::npos) << Messages().back();
 }
 
 TEST_F(Blocks, ReferencesToOneNestedBlockShareItsNumber) {

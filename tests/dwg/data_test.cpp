@@ -3,9 +3,9 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
-#include "dwg/line_pattern.h"
-#include "dwg/output_file.h"
-#include "dwg/writer.h"
+#include "dwg/writer/line_pattern.h"
+#include "dwg/writer/output_file.h"
+#include "dwg/writer/writer.h"
 #include "tests/dwg/drawing.h"
 #include "tools/make_template/template_drawing.h"
 #include "tools/make_template/variables.h"
@@ -18,14 +18,14 @@ const std::filesystem::path kData = std::filesystem::path(ZM_SOURCE_DIR) / "data
 TEST(TemplateDrawing, HasTheBytesOfTheRecordedTemplate) {
     const auto files =
         nlohmann::json::parse(ReadFile(std::filesystem::path(ZM_SOURCE_DIR) / "tests/vectors/dwg-files.json"));
-    EXPECT_EQ(Hex(tools::TemplateDrawing()), files.at("templates").at("plain").get<std::string>());
-    EXPECT_EQ(tools::TemplateDrawing().size(), 3037u);
+    EXPECT_EQ(Hex(tool::TemplateDrawing()), files.at("templates").at("plain").get<std::string>());
+    EXPECT_EQ(tool::TemplateDrawing().size(), 3037u);
 }
 
 TEST(TemplateDrawing, VariablesFillTheirPlaceWithoutAGap) {
     std::size_t place = 94;
     int count = 0;
-    for (const tools::Variable& variable : tools::kVariables) {
+    for (const tool::Variable& variable : tool::kVariables) {
         EXPECT_EQ(variable.offset, place) << variable.name;
         place += variable.size;
         ++count;
@@ -35,7 +35,7 @@ TEST(TemplateDrawing, VariablesFillTheirPlaceWithoutAGap) {
 }
 
 TEST(TemplateDrawing, SaysWhatAPlainDrawingIs) {
-    const Drawing drawing(tools::TemplateDrawing());
+    const Drawing drawing(tool::TemplateDrawing());
     EXPECT_EQ(drawing.bytes().substr(0, 6), "AC1006");
     EXPECT_EQ(drawing.f64(120), 1e20);  // nothing drawn yet
     EXPECT_EQ(drawing.f64(184), 420);   // limits
@@ -67,7 +67,7 @@ TEST(LinetypeFile, GivesEveryNameItsOwnPattern) {
         EXPECT_LT(name.size(), 20u);
         for (const std::string& before : seen)
             EXPECT_TRUE(before == name || before.rfind(name, 0) != 0) << before << " hides " << name;
-        const dwg::FileOwner file(std::fopen((kData / "ACAD.LIN").c_str(), "rb"));
+        const dwg::FileOwner file(std::fopen((kData / "ACAD.LIN").string().c_str(), "rb"));
         dwg::LinePattern pattern;
         EXPECT_EQ(dwg::ReadLinePattern(file.get(), name.c_str(), pattern), dwg::PatternResult::found) << name;
         EXPECT_FALSE(pattern.cut) << name;
@@ -84,7 +84,7 @@ TEST(LinetypeFile, HasTheNumbersThatPensAskForAndTheUsualNames) {
 
 TEST_F(DrawingTest, TheNumbersOfTheFileHaveThePatternsOfTheTemplate) {
     for (const char* name : {"1", "2", "3", "4"}) {
-        const dwg::FileOwner file(std::fopen((kData / "ACAD.LIN").c_str(), "rb"));
+        const dwg::FileOwner file(std::fopen((kData / "ACAD.LIN").string().c_str(), "rb"));
         dwg::LinePattern pattern;
         ASSERT_EQ(dwg::ReadLinePattern(file.get(), name, pattern), dwg::PatternResult::found);
         const std::string record = Drawing(drawingTemplate).Linetype(static_cast<std::size_t>(name[0] - '0' + 1));
@@ -96,9 +96,8 @@ TEST_F(DrawingTest, TheNumbersOfTheFileHaveThePatternsOfTheTemplate) {
 }
 
 TEST_F(DrawingTest, TheFilesOfTheBuildServeADrawing) {
-    std::filesystem::copy_file(std::filesystem::path(ZM_BINARY_DIR) / "lib/acad.dwg", dir / "acad.dwg",
-                               std::filesystem::copy_options::overwrite_existing);
-    std::filesystem::copy_file(kData / "ACAD.LIN", dir / "ACAD.LIN", std::filesystem::copy_options::overwrite_existing);
+    WriteFile(dir / "acad.dwg", ReadFile(std::filesystem::path(ZM_BINARY_DIR) / "lib/acad.dwg"));
+    WriteFile(dir / "ACAD.LIN", ReadFile(kData / "ACAD.LIN"));
     Open();
     SetLtype("center");
     _LDBline(1, 2, 3, 4);

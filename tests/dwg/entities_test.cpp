@@ -1,6 +1,6 @@
 // Every kind of record, byte for byte.
-#include "dwg/state.h"
-#include "dwg/writer.h"
+#include "dwg/writer/state.h"
+#include "dwg/writer/writer.h"
 #include "tests/dwg/drawing.h"
 #include "zenromath/geometry.h"
 
@@ -99,6 +99,23 @@ TEST_F(EntityTest, PolylineIsFollowedByItsVerticesAndASequenceEndThatPointsAtIt)
         Spaced("110f1e0001000000 0302 0000000000002940 000000000000e83f 1e050000")};
     EXPECT_EQ(Records(), expected);
     EXPECT_EQ(drawing().u32(1310 + 26 + 42 + 42 + 26), 1310u);
+}
+
+TEST_F(EntityTest, ARingIsAClosedPolylineWhereThatIsAskedFor) {
+    const double ring[] = {1, 2, 3, 4, 5, 2, 1, 2}, open[] = {1, 2, 3, 4, 5, 2, 1, 3}, flat[] = {1, 2, 3, 4, 1, 2};
+    zm::dwg::SetRingsClosed(true);
+    _LDBpolyline(ring, 4);
+    _LDBpolyline(open, 4);
+    _LDBpolyline(flat, 3);
+    zm::dwg::SetRingsClosed(false);
+    _LDBpolyline(ring, 4);
+    const auto records = Records();
+    ASSERT_EQ(records.size(), 5u + 6u + 5u + 6u);
+    EXPECT_EQ(records[0], Spaced("138f1b0001000100 0302 0000000000002940 000000000000e83f 01"));
+    EXPECT_EQ(records[3], Spaced("140f2a0001000000 0302 0000000000002940 000000000000e83f 0000000000001440 "
+                                 "0000000000000040"));
+    EXPECT_EQ(records[4].substr(0, 4), "110f");
+    for (const std::size_t other : {5u, 11u, 16u}) EXPECT_EQ(records[other].substr(0, 16), "138f1a0001000000");
 }
 
 TEST_F(EntityTest, ALaterPolylinesSequenceEndPointsAtItsOwnHeader) {

@@ -6,9 +6,9 @@
 #include <csignal>
 #include <cstring>
 
-#include "dwg/state.h"
-#include "dwg/writer.h"
-#include "runtime/files.h"
+#include "dwg/writer/state.h"
+#include "dwg/writer/writer.h"
+#include "runtime/files/files.h"
 #include "tests/dwg/drawing.h"
 
 namespace zm::test {

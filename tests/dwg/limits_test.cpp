@@ -2,8 +2,8 @@
 #include <cmath>
 #include <limits>
 
-#include "dwg/state.h"
-#include "dwg/writer.h"
+#include "dwg/writer/state.h"
+#include "dwg/writer/writer.h"
 #include "tests/dwg/block_file.h"
 
 namespace zm::test {

@@ -1,11 +1,11 @@
 // Layers, linetypes and text styles by name.
 #include <algorithm>
 
-#include "dwg/line_pattern.h"
-#include "dwg/output_file.h"
-#include "dwg/state.h"
 #include "dwg/texts.h"
-#include "dwg/writer.h"
+#include "dwg/writer/line_pattern.h"
+#include "dwg/writer/output_file.h"
+#include "dwg/writer/state.h"
+#include "dwg/writer/writer.h"
 #include "tests/dwg/drawing.h"
 #include "tests/support/random.h"
 

@@ -1,10 +1,10 @@
 // The drawing session: what comes from the template, which header fields move, what outlives a session.
 #include <algorithm>
 
-#include "dwg/state.h"
 #include "dwg/texts.h"
-#include "dwg/writer.h"
-#include "runtime/gbk.h"
+#include "dwg/writer/state.h"
+#include "dwg/writer/writer.h"
+#include "runtime/text/gbk.h"
 #include "tests/dwg/drawing.h"
 #include "tests/support/random.h"
 
@@ -26,7 +26,7 @@ TEST_F(Session, WithoutEntityRecordOrBlockGivesTheTemplatesBytes) {
 
 TEST_F(Session, TheTailOfTheTemplateIsCopiedAndKeepsItsPlaceBehindTheViews) {
     std::string views = drawingTemplate + std::string(498, 'v');
-    views.replace(28, 4, U32(3037 + 498)).replace(36, 4, U32(3037 + 498));
+    views.replace(28, 4, U32(3037 + 498)).replace(36, 4, U32(3037 + 498)).replace(1282, 2, U16(2));  // two of 249 bytes
     Write("acad.dwg", views);
     Open();
     EXPECT_EQ(Close().bytes(), views);
@@ -59,6 +59,7 @@ TEST_F(Session, AnEntityRecordOfTheTemplateStaysInFront) {
     for (const std::size_t field : {24, 28, 36, 50, 60, 70, 80, 90})
         with.replace(field, 4, U32(Drawing(drawingTemplate).u32(field) + 8));
     Write("acad.dwg", with);
+    knownProblem = "the kind 99";
     Open();
     EXPECT_EQ(Close().bytes(), with);
     Open("two.dwg");
@@ -78,7 +79,7 @@ TEST_F(Session, AJumpMarkerOfTheTemplateCountsAsTheFirstPolylineWithHeights) {
     Open();
     const double xyz[] = {1, 2, 5, 3, 4, 6};
     _LDBpolyline3d(xyz, 2);
-    knownProblem = "a sequence begins inside the one at 1310";  // the template's marker has no end
+    knownProblem = "a sequence begins inside the one at 1310|leads nowhere";  // the template's marker has no end
     const Drawing drawing = Close();
     EXPECT_EQ(drawing.size(), drawing.u32(36));  // no closing record
     EXPECT_EQ(drawing.Entities().at(1).size(), 42u);

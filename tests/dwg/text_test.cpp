@@ -1,8 +1,8 @@
 // Where texts stand, and what they leave behind.
 #include <cmath>
 
-#include "dwg/state.h"
-#include "dwg/writer.h"
+#include "dwg/writer/state.h"
+#include "dwg/writer/writer.h"
 #include "tests/dwg/drawing.h"
 #include "zenromath/geometry.h"
 

@@ -1,15 +1,15 @@
 // A trace in place of a session.
 #include <sstream>
 
-#include "dwg/state.h"
-#include "dwg/trace.h"
-#include "dwg/writer.h"
+#include "dwg/writer/state.h"
+#include "dwg/writer/writer.h"
 #include "tests/dwg/drawing.h"
+#include "tests/support/writer_trace.h"
 
 namespace zm::test {
 namespace {
 
-class Recorder : public dwg::Trace {
+class Recorder : public test::Trace {
  public:
     void Line(double x1, double y1, double x2, double y2) override { Put("line", x1, y1, x2, y2); }
     void Polyline(const double* xy, int n) override { Put("polyline", n, xy[0], xy[1], xy[2], xy[3]); }
@@ -58,9 +58,9 @@ void CallAll() {
 
 TEST_F(DrawingTest, ATraceReceivesTheCallsAsTheyWereMade) {
     Recorder recorder;
-    EXPECT_EQ(dwg::SetTrace(&recorder), nullptr);
+    EXPECT_EQ(test::SetTrace(&recorder), nullptr);
     CallAll();
-    EXPECT_EQ(dwg::SetTrace(nullptr), &recorder);
+    EXPECT_EQ(test::SetTrace(nullptr), &recorder);
     const std::vector<std::string> expected = {"line 1 2 3 4",
                                                "polyline 2 1 2 3 4",
                                                "point 1 2",
@@ -79,10 +79,10 @@ TEST_F(DrawingTest, ATraceReceivesTheCallsAsTheyWereMade) {
 
 TEST_F(DrawingTest, WhatATraceReceivesReachesNeitherTheFileNorTheAttributes) {
     Open();
-    dwg::Trace nothing;
-    dwg::SetTrace(&nothing);
+    test::Trace nothing;
+    test::SetTrace(&nothing);
     CallAll();
-    dwg::SetTrace(nullptr);
+    test::SetTrace(nullptr);
     EXPECT_EQ(dwg::state().now.color, 7);
     EXPECT_EQ(dwg::state().now.elevation, 0);
     EXPECT_EQ(Close().bytes(), drawingTemplate);

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "runtime/numbers.h"
+#include "runtime/text/numbers.h"
 #include "tests/support/scratch.h"
 
 namespace zm::test {

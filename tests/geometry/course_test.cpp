@@ -1,5 +1,5 @@
 // Ways in steps: every place and every distance is that of XYSA, step by step, bit for bit.
-#include "geometry/course.h"
+#include "geometry/exact/course.h"
 
 #include <gtest/gtest.h>
 

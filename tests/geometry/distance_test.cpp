@@ -137,6 +137,14 @@ TEST(GetDistBering, InsideTheCornersTriangleTheNearestSegmentCounts) {
     EXPECT_EQ(answer.index, 1);
 }
 
+// Inside the triangle of the corner, nearer to the line of the short leg, but beyond its end: the long leg is the nearest
+// segment, and counts against the bisector.
+TEST(GetDistBering, InsideTheCornersTriangleTheBisectorDoesNotDecide) {
+    const Nearest answer = Ask(1.5, 0.19, {10, 0, 1}, {3, 0, 0});
+    EXPECT_EQ(answer.index, 1);
+    EXPECT_NEAR(answer.distance, 0.2490348341575, 1e-12);  // |1.5 * 3 - 0.19 * 10| / sqrt(109), not 0.19
+}
+
 // To the right of the nearest segment, but to the left of the first one.
 TEST(GetDistBering, FartherThanItsSearchItTakesTheFirstSegment) {
     EXPECT_EQ(Ask(0.9e10, 5, {0, 10, 10}, {0, 0, 10}).side, 0);

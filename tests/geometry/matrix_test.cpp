@@ -38,6 +38,15 @@ void ExpectSingular(std::vector<double> a, int n) {
     EXPECT_EQ(host.boxes[0].text, "This group of data is not appropriate, matrix inversion failed!");
 }
 
+// -3, -3 and 3 are as great: with another one of them first, other bits come out.
+TEST(Conversema, OfSeveralPivotsAsGreatTheFirstInRowOrderIsTaken) {
+    double a[] = {1, 1, 2, 0, -3, -1, 3, -3, 2};
+    ASSERT_EQ(conversema(a, 3), a);
+    EXPECT_EQ(a[0], -0x1.7ffffffffffffp+0);
+    EXPECT_EQ(a[1], -0x1.5555555555554p+0);
+    EXPECT_EQ(a[8], -0x1.ffffffffffffep-2);
+}
+
 TEST(Conversema, AZeroMatrixFailsWithTheMessage) {
     ExpectSingular({0, 0, 0, 0}, 2);
 }

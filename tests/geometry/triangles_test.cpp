@@ -41,6 +41,13 @@ TEST_F(Tqgettriln, TheWiderSineDecidesBetweenTwoFreeDiagonals) {
     EXPECT_EQ(s.List(), (std::vector<int>{2, 0, 1, 1, 2, 3}));
 }
 
+// The second line comes back over the diagonal from its first point, 0.9 and 1.1 mm from it (both differences summed).
+TEST_F(Tqgettriln, ACrossingWithinAMillimetreOfAVertexIsTheVertex) {
+    EXPECT_EQ(Join({0, 10, 2, 2}, {0, 0, 7, -9, 0.0009 - 7, 0.0009 + 9}).List(),
+              (std::vector<int>{2, 0, 1, 1, 2, 3, 1, 3, 4}));
+    EXPECT_EQ(Join({0, 10, 2, 2}, {0, 0, 7, -9, 0.0011 - 7, 0.0011 + 9}).count, 0);
+}
+
 TEST_F(Tqgettriln, OneAndTwoPointsGiveOneTriangle) {
     const Strip s = Join({0, 0}, {0, 5, 5, 5});
     EXPECT_EQ(s.count, 1);

@@ -1,5 +1,5 @@
 // Turns: every result is that of the bearing's own cosine and sine, bit for bit.
-#include "geometry/turn.h"
+#include "geometry/exact/turn.h"
 
 #include <gtest/gtest.h>
 

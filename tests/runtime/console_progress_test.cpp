@@ -8,11 +8,12 @@
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
+#include <csignal>
 
 #include <functional>
 #include <string>
 
-#include "platform/headless/console_host.h"
+#include "platform/posix/console_host.h"
 #include "runtime/state.h"
 #include "zenromath/runtime.h"
 
@@ -32,6 +33,7 @@ class OnTerminal {
         m_child = ::fork();
         if (m_child != 0) return;
         ::setsid();
+        std::signal(SIGINT, SIG_DFL);                       // a run in the background passes on that it is ignored
         const int terminal = ::open(name.c_str(), O_RDWR);  // becomes the controlling terminal
         ::ioctl(terminal, TIOCSWINSZ, &size);
         for (const int fd : {0, 1, 2}) ::dup2(terminal, fd);
@@ -123,8 +125,24 @@ TEST_F(ConsoleProgress, AnArrowKeyDoesNotStopTheWork) {
         return stopped;
     });
     EXPECT_TRUE(terminal.Await("ready"));
-    terminal.Type("\033[A");
+    terminal.Type("\033[A\033OP\033[15~");
     EXPECT_EQ(WEXITSTATUS(terminal.Wait()), 0);
+}
+
+TEST_F(ConsoleProgress, EscStopsTheWorkWhateverKeysFollowIt) {
+    for (const char* keys : {"\033x", "\033\r", "x\033y", "\033[A\033\033[B", "\033OP\033x"}) {
+        OnTerminal terminal([] {
+            _LWaitMsg("x", nullptr);
+            ::write(1, "ready", 5);
+            ::usleep(200000);
+            const int stopped = _LWaitReMsgEsc("x", 1);
+            _LWaitMsgEnd();
+            return stopped;
+        });
+        EXPECT_TRUE(terminal.Await("ready"));
+        terminal.Type(keys);
+        EXPECT_EQ(WEXITSTATUS(terminal.Wait()), 1) << keys;
+    }
 }
 
 TEST_F(ConsoleProgress, CtrlCStopsTheWork) {

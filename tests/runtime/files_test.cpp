@@ -1,41 +1,27 @@
-#include "runtime/files.h"
+#include "runtime/files/files.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <string>
 
-#include "runtime/directory_names.h"
-#include "runtime/gbk.h"
+#include "runtime/files/directory_names.h"
+#include "runtime/text/gbk.h"
+#include "tests/runtime/path_text.h"
 #include "tests/support/scratch.h"
 
 namespace fs = std::filesystem;
 using zm::files::ExtensionDot;
 using zm::files::LastSeparator;
+using zm::test::Content;
 using zm::test::ScratchDir;
+using zm::test::Text;
 using zm::test::WriteFile;
 
 namespace {
 
 constexpr std::size_t kNone = std::string::npos;
-
-// A path text in GBK, with backslashes, of a UTF-8 path.
-std::string Text(const fs::path& path) {
-    return zm::files::PathText(path);
-}
-
-std::string Content(const char* path, const char* mode = "rb") {
-    std::FILE* file = zm::files::Open(path, mode);
-    if (file == nullptr) return "(cannot be opened)";
-    char bytes[64] = {};
-    const std::size_t count = std::fread(bytes, 1, sizeof bytes, file);
-    std::fclose(file);
-    return {bytes, count};
-}
 
 }  // namespace
 
@@ -60,15 +46,6 @@ TEST(FilesOpen, FallsBackToANameThatDiffersInCaseInEachComponent) {
     fs::create_directories(scratch / "Maps/Sheet");
     WriteFile(scratch / "Maps/Sheet/Symbol.DAT", "abc");
     EXPECT_EQ(Content(Text(scratch / "MAPS/sheet/symbol.dat").c_str()), "abc");
-}
-
-TEST(FilesOpen, PrefersTheNameAsWritten) {
-    const ScratchDir scratch;
-    WriteFile(scratch / "a.txt", "small");
-    WriteFile(scratch / "A.TXT", "capital");
-    EXPECT_EQ(Content(Text(scratch / "a.txt").c_str()), "small");
-    EXPECT_EQ(Content(Text(scratch / "A.TXT").c_str()), "capital");
-    EXPECT_EQ(Content(Text(scratch / "A.txt").c_str()), "capital") << "the first in byte order of several";
 }
 
 TEST(FilesOpen, SeesAFileThatCameAfterTheFirstLook) {
@@ -103,30 +80,6 @@ TEST(FilesOpen, SurvivesANameOfManyThousandBytes) {
     EXPECT_EQ(zm::files::Open(name.c_str(), "r"), nullptr);
 }
 
-// The administrator is refused nothing, so the test goes on as another user in a process of its own.
-TEST(FilesOpenToRead, OpensForReadingWhereWriteAccessIsRefused) {
-    const ScratchDir scratch;
-    WriteFile(scratch / "template.dwg", "AC1009");
-    fs::permissions(scratch.path(), fs::perms::all);
-    fs::permissions(scratch / "template.dwg", fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
-    const std::string path = Text(scratch / "template.dwg");
-    const pid_t child = ::fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-        if (::geteuid() == 0 && ::seteuid(65534) != 0) ::_exit(9);
-        if (zm::files::Open(path.c_str(), "rb+") != nullptr) ::_exit(1);
-        std::FILE* file = zm::files::OpenToRead(path.c_str(), "rb+");
-        char bytes[6];
-        if (file == nullptr || std::fread(bytes, 1, 6, file) != 6) ::_exit(2);
-        // A mode that would change the file stays refused.
-        if (zm::files::OpenToRead(path.c_str(), "a+") != nullptr) ::_exit(3);
-        ::_exit(0);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    EXPECT_EQ(WEXITSTATUS(status), 0);
-}
-
 TEST(FilesSeparators, AreNotFoundInsideTwoByteCharacters) {
     // 0x8F 0x5C is one character whose second byte is a backslash.
     EXPECT_EQ(LastSeparator("a\\\x8F\x5C"), 1u);
@@ -143,12 +96,26 @@ TEST(FilesExtensionDot, CountsOnlyBehindTheLastSeparator) {
     EXPECT_EQ(ExtensionDot("noext"), kNone);
 }
 
-TEST(FilesPathText, CountsTheCharactersThatGbkLacks) {
+TEST(FilesPathText, CarriesTheCharactersThatGbkLacksByAnEscape) {
     int lost = -1;
-    EXPECT_EQ(zm::files::PathText("/tmp/地图", &lost), "\\tmp\\\xB5\xD8\xCD\xBC");
+    EXPECT_EQ(zm::files::PathText(u8"/tmp/地图", &lost), "\\tmp\\\xB5\xD8\xCD\xBC");
     EXPECT_EQ(lost, 0);
-    EXPECT_EQ(zm::files::PathText("/tmp/\xF0\x9F\x97\xBA", &lost), "\\tmp\\?");
-    EXPECT_EQ(lost, 1);
+    EXPECT_EQ(zm::files::PathText(u8"/tmp/a\u00F1o", &lost),
+              "\\tmp\\a\xFF"
+              "F1\xFFo");
+    EXPECT_EQ(lost, 0);
+    EXPECT_EQ(zm::files::PathText(u8"/tmp/\U0001F5FA", &lost),
+              "\\tmp\\\xFF"
+              "1F5FA\xFF");
+}
+
+TEST(FilesPathText, OfAnyNameLeadsToTheSameFile) {
+    const ScratchDir scratch;
+    for (const char* name : {"a\u00F1o", "\xF0\x9F\x97\xBA", "\u5730\u00E7\u56FE"}) {
+        fs::create_directory(scratch / name);
+        WriteFile(scratch / name / "x.dat", name);
+        EXPECT_EQ(Content(Text(scratch / name / "x.dat").c_str()), name);
+    }
 }
 
 TEST(WithoutCase, FoldsTheCapitalLettersThatGbkHas) {

@@ -1,4 +1,4 @@
-#include "runtime/gbk.h"
+#include "runtime/text/gbk.h"
 
 #include <gtest/gtest.h>
 #include <iconv.h>
@@ -67,6 +67,28 @@ TEST(Gbk, HalfACharacterBecomesTheReplacementAlone) {
     EXPECT_EQ(zm::gbk::ToUtf8("\xB0 b", &invalid), "\uFFFD b");
     EXPECT_EQ(invalid, 1);
     EXPECT_EQ(zm::gbk::ToUtf8("\xFF", &invalid), "\uFFFD");
+}
+
+TEST(Gbk, AnEscapeOfAPathBecomesItsCharacter) {
+    EXPECT_EQ(zm::gbk::ToUtf8("a\xFF"
+                              "F1\xFFo"),
+              "a\u00F1o");
+    EXPECT_EQ(zm::gbk::ToUtf8("\xFF"
+                              "1F5FA\xFF"),
+              "\U0001F5FA");
+    EXPECT_EQ(zm::gbk::ToUtf8("\xFFxF1\xFF"), "\xF1");
+    for (const char* none : {"\xFF", "\xFF\xFF",
+                             "\xFF"
+                             "G1\xFF",
+                             "\xFF"
+                             "F1",
+                             "\xFF"
+                             "110000\xFF",
+                             "\xFFx1FF\xFF"}) {
+        int invalid = 0;
+        zm::gbk::ToUtf8(none, &invalid);
+        EXPECT_GT(invalid, 0) << none;
+    }
 }
 
 TEST(Gbk, CharactersOutsideTheCodePageAreCounted) {

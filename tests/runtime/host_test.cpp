@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "platform/headless/console_host.h"
+#include "platform/posix/console_host.h"
 #include "runtime/state.h"
 #include "tests/support/test_host.h"
 #include "zenromath/runtime.h"

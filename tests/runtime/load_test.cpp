@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <string>
 
-#include "runtime/gbk.h"
 #include "zenromath/config.h"
+#include "zenromath/gbk.h"
 #include "zenromath/runtime.h"
 
 namespace fs = std::filesystem;

@@ -3,8 +3,8 @@
 #include <cstring>
 #include <string>
 
-#include "runtime/gbk.h"
 #include "runtime/state.h"
+#include "runtime/text/gbk.h"
 #include "runtime/texts.h"
 #include "tests/support/scratch.h"
 #include "tests/support/test_host.h"
@@ -224,7 +224,12 @@ TEST_F(Messages, FileTargetAppendsALineEachTime) {
                 << "b"
                 << "endl";
     }
-    EXPECT_EQ(ReadFile(path), "a:\nb:\n");
+#if defined(_WIN32)
+    const std::string end = "\r\n";  // the file is a text file of the system
+#else
+    const std::string end = "\n";
+#endif
+    EXPECT_EQ(ReadFile(path), "a:" + end + "b:" + end);
     CLMsg again(CLMsgToFile, Inside(path).c_str());
     again.ResetFile();
     EXPECT_EQ(ReadFile(path), "");

@@ -1,4 +1,4 @@
-#include "runtime/numbers.h"
+#include "runtime/text/numbers.h"
 
 #include <gtest/gtest.h>
 

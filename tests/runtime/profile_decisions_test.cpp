@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "runtime/files.h"
-#include "runtime/profile.h"
+#include "runtime/files/files.h"
+#include "runtime/profile/profile.h"
 #include "tests/support/scratch.h"
 
 namespace fs = std::filesystem;

@@ -2,9 +2,9 @@
 #include <filesystem>
 #include <string>
 
-#include "runtime/files.h"
-#include "runtime/profile.h"
-#include "runtime/profile_text.h"
+#include "runtime/files/files.h"
+#include "runtime/profile/profile.h"
+#include "runtime/profile/profile_text.h"
 #include "runtime/state.h"
 #include "tests/support/scratch.h"
 #include "tests/vector_runner/registry.h"

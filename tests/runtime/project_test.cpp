@@ -1,15 +1,19 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
+#include <stdlib.h>
+#if !defined(_WIN32)
+#include <sys/resource.h>
+#endif
 
+#include <csignal>
 #include <filesystem>
 #include <string>
 
-#include "runtime/files.h"
-#include "runtime/profile.h"
-#include "runtime/project.h"
+#include "runtime/files/files.h"
+#include "runtime/files/system.h"
+#include "runtime/profile/profile.h"
+#include "runtime/profile/project.h"
 #include "runtime/state.h"
-#include "runtime/system.h"
 #include "tests/support/family_dirs.h"
 #include "tests/support/test_host.h"
 #include "zenromath/runtime.h"
@@ -69,7 +73,7 @@ TEST_F(ProjectFiles, ProbeTheMachineDirectoryAndLeaveTheProbeBehind) {
 
 TEST_F(ProjectFiles, TakeTheModuleDirectoryAfterAFailedProbe) {
     WriteFile(dirs.Project("no directory"), "");
-    ::setenv("XDG_CONFIG_HOME", dirs.Project("no directory").c_str(), 1);
+    const zm::test::OwnConfigDirectory config(dirs.Project("no directory") / "config");
     zm::runtime::StartProjectFiles();
     EXPECT_EQ(Project().machineUsable, 0);
     EXPECT_THAT(_LFWndDir(), StrEq(_LFModDir()));
@@ -83,6 +87,46 @@ TEST_F(ProjectFiles, ProbeFailsWhereItsFileCannotBeWritten) {
     EXPECT_EQ(Project().machineUsable, 0);
 }
 
+#if !defined(_WIN32)
+TEST_F(ProjectFiles, ProbeByWritingAtEveryStart) {
+    EXPECT_EQ(Project().machineUsable, 1);  // the probe is in its file now
+    rlimit usual{};
+    ::getrlimit(RLIMIT_FSIZE, &usual);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit full{4, usual.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &full);
+    zm::runtime::StartProjectFiles();
+    const int usable = Project().machineUsable;
+    ::setrlimit(RLIMIT_FSIZE, &usual);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(usable, 0);
+    zm::runtime::StartProjectFiles();
+    EXPECT_EQ(Project().machineUsable, 1);
+}
+
+TEST_F(ProjectFiles, MakeNoHomeThatIsMissing) {
+    const char* homeBefore = std::getenv("HOME");
+    const char* configBefore = std::getenv("XDG_CONFIG_HOME");
+    const std::string home = homeBefore != nullptr ? homeBefore : "";
+    const std::string config = configBefore != nullptr ? configBefore : "";
+    const fs::path missing = dirs.Project("no home");
+    {
+        const zm::test::OwnConfigDirectory usual{{}};
+        ::unsetenv("XDG_CONFIG_HOME");
+        ::setenv("HOME", missing.c_str(), 1);
+        zm::runtime::StartProjectFiles();
+        EXPECT_EQ(Project().machineUsable, 0);
+        EXPECT_FALSE(fs::exists(missing));
+        fs::create_directory(missing);
+        zm::runtime::StartProjectFiles();
+        EXPECT_EQ(Project().machineUsable, 1);
+        EXPECT_TRUE(fs::exists(missing / ".config/zenromath/Zenro.ini"));
+    }
+    homeBefore != nullptr ? ::setenv("HOME", home.c_str(), 1) : ::unsetenv("HOME");
+    if (configBefore != nullptr) ::setenv("XDG_CONFIG_HOME", config.c_str(), 1);
+}
+#endif
+
 TEST_F(ProjectFiles, StartByThemselvesAtTheFirstUse) {
     zm::runtime::ResetState();
     EXPECT_FALSE(zm::runtime::state().projectStarted);
@@ -92,21 +136,44 @@ TEST_F(ProjectFiles, StartByThemselvesAtTheFirstUse) {
 
 TEST_F(ProjectFiles, FindTheModuleDirectoryOfTheCodeItself) {
     zm::runtime::StartProjectFiles();
+#if defined(_WIN32)
+    const fs::path program = _wpgmptr;
+#else
     const fs::path program = fs::read_symlink("/proc/self/exe");
+#endif
     EXPECT_THAT(_LFModDir(), StrEq(FamilyDirs::Text(program.parent_path())));
     EXPECT_THAT(_LFIniDir(), StrEq(FamilyDirs::Text(program.parent_path()) + "\\ZenroIni"));
 }
 
+TEST(ConfigDirectory, MayBeNamed) {
+    const FamilyDirs dirs;
+    {
+        const zm::test::OwnConfigDirectory config(dirs.Project("other"));
+        EXPECT_EQ(zm::system::ConfigDirectory(), dirs.Project("other"));
+    }
+    EXPECT_EQ(zm::system::ConfigDirectory() / "a", dirs.Machine("a"));
+}
+
+#if defined(_WIN32)
+TEST(ConfigDirectory, IsTheWindowsDirectory) {
+    const zm::test::OwnConfigDirectory real({});
+    EXPECT_EQ(zm::system::ConfigDirectory(), fs::path(::_wgetenv(L"SystemRoot")));
+}
+#else
 TEST(ConfigDirectory, IsTheUsersFolderForConfiguration) {
     const FamilyDirs dirs;
+    const zm::test::OwnConfigDirectory real({});
     ::setenv("XDG_CONFIG_HOME", "/somewhere", 1);
     EXPECT_EQ(zm::system::ConfigDirectory(), "/somewhere/zenromath");
     ::setenv("XDG_CONFIG_HOME", "relative", 1);
     const std::string home = ::getenv("HOME") != nullptr ? ::getenv("HOME") : "";
-    ::setenv("HOME", "/home/user", 1);
-    EXPECT_EQ(zm::system::ConfigDirectory(), "/home/user/.config/zenromath");
+    ::setenv("HOME", dirs.Project().c_str(), 1);
+    EXPECT_EQ(zm::system::ConfigDirectory(), dirs.Project(".config/zenromath"));
+    ::setenv("HOME", dirs.Project("missing").c_str(), 1);
+    EXPECT_EQ(zm::system::ConfigDirectory(), "");  // no home is made
     ::setenv("HOME", home.c_str(), 1);
 }
+#endif
 
 // ---- _LFInit ----
 
@@ -293,6 +360,12 @@ TEST_F(ProjectFiles, WholeNameRefusesWhatDoesNotFit) {
 }
 
 // ---- _LFOpen ----
+
+TEST_F(ProjectFiles, OpenSaysOnceThatANameDoesNotFit) {
+    EXPECT_EQ(_LFOpen(std::string(300, 'x').c_str(), "rb"), nullptr);
+    ASSERT_EQ(host.boxes.size(), 1u);
+    EXPECT_THAT(host.boxes[0].text, testing::HasSubstr("longer than 255 bytes"));
+}
 
 TEST_F(ProjectFiles, OpenSearchesProjectThenModuleThenIniDirectory) {
     WriteFile(dirs.Ini("a.dat"), "ini");

@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-#include "runtime/gbk.h"
 #include "runtime/state.h"
+#include "runtime/text/gbk.h"
 #include "tests/support/test_host.h"
 #include "zenromath/runtime.h"
 
@@ -123,6 +123,18 @@ TEST_F(Wait, WithoutAWindowOnlyTheCursorShowsAndTextStillStampsTheTime) {
     host.mainWindow = window;
     EXPECT_EQ(_LWaitReMsgEsc2(1000, 1, "not due"), 0);
     EXPECT_THAT(host.history, IsEmpty());
+}
+
+TEST_F(Wait, WithoutAWindowTextLetsMessagesRunAndAPercentageDoesNothing) {
+    host.mainWindow = nullptr;
+    tqwaitcur wait("Working", nullptr);
+    tqwaitcur::sz_bPeekMessage = true;
+    Push(kPaint);
+    wait.setmessage(50, "x");
+    EXPECT_EQ(host.queue.size(), 1u);
+    wait.setmessage("x");
+    EXPECT_TRUE(host.queue.empty());
+    tqwaitcur::sz_bPeekMessage = false;
 }
 
 TEST_F(Wait, RestoreMayComeBeforeTheEnd) {

@@ -89,6 +89,13 @@ class CheckSkips(unittest.TestCase):
             self.assertIn("tests/allowed-skips.txt:4: Page.WasRenamed\n", run.stderr)
             self.assertNotIn("IsSeen", run.stderr)
 
+    def test_what_a_script_may_leave_out_allows_no_test_and_is_not_stale(self):
+        for results in (CTEST, PROGRAM):
+            run = self.run_on(results, "Page.* | x\nPackage.OnABareSystem | scripts/check-package; no root\n", strict=True)
+            self.assertEqual((run.returncode, run.stderr), (0, ""))
+            run = self.run_on(results, "Page.* | scripts/check-package; no root\n", strict=True)
+            self.assertEqual(run.returncode, 1)
+
     def test_without_strictness_skips_are_told_and_pass(self):
         for results in (CTEST, PROGRAM):
             run = self.run_on(results, "Page.WasRenamed | no browser\n", strict=False)

@@ -1,39 +1,27 @@
 #include "tests/support/family_dirs.h"
 
-#include <cstdlib>
+#include <utility>
 
-#include "runtime/files.h"
-#include "runtime/numbers.h"
-#include "runtime/project.h"
+#include "runtime/files/files.h"
+#include "runtime/files/system.h"
+#include "runtime/profile/project.h"
 #include "runtime/state.h"
-#include "runtime/system.h"
+#include "runtime/text/numbers.h"
 #include "zenromath/runtime.h"
 
 namespace fs = std::filesystem;
 
 namespace zm::test {
-namespace {
 
-constexpr char kConfigHome[] = "XDG_CONFIG_HOME";
+OwnConfigDirectory::OwnConfigDirectory(fs::path directory)
+    : m_previous(system::PutConfigDirectory(std::move(directory))) {}
 
-void SetEnvironment(const char* name, const char* value) {
-#if defined(_WIN32)
-    _putenv_s(name, value != nullptr ? value : "");
-#else
-    if (value != nullptr)
-        ::setenv(name, value, 1);
-    else
-        ::unsetenv(name);
-#endif
+OwnConfigDirectory::~OwnConfigDirectory() {
+    system::PutConfigDirectory(m_previous);
 }
 
-}  // namespace
-
-FamilyDirs::FamilyDirs()
-    : m_hadConfig(std::getenv(kConfigHome) != nullptr), m_current((fs::create_directories(Project()), Project())) {
-    if (m_hadConfig) m_previousConfig = std::getenv(kConfigHome);
+FamilyDirs::FamilyDirs() : m_current((fs::create_directories(Project()), Project())) {
     fs::create_directories(Ini());
-    SetEnvironment(kConfigHome, (m_scratch.path() / "config").string().c_str());
     runtime::ResetState();
     runtime::StartProjectFiles();
     runtime::TqFileContext& project = runtime::Project();
@@ -43,7 +31,6 @@ FamilyDirs::FamilyDirs()
 
 FamilyDirs::~FamilyDirs() {
     runtime::ResetState();
-    SetEnvironment(kConfigHome, m_hadConfig ? m_previousConfig.c_str() : nullptr);
 }
 
 fs::path FamilyDirs::Machine(std::string_view name) const {

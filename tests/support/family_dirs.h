@@ -9,6 +9,18 @@
 
 namespace zm::test {
 
+/// A directory in the place of the Windows directory, while it lives.
+class OwnConfigDirectory {
+ public:
+    explicit OwnConfigDirectory(std::filesystem::path directory);
+    ~OwnConfigDirectory();
+    OwnConfigDirectory(const OwnConfigDirectory&) = delete;
+    OwnConfigDirectory& operator=(const OwnConfigDirectory&) = delete;
+
+ private:
+    std::filesystem::path m_previous;
+};
+
 /// Makes the directories, starts the project files with them, and puts the process into the project directory; the
 /// start values and the old current directory come back at the end. Make it before a test host.
 class FamilyDirs {
@@ -18,9 +30,9 @@ class FamilyDirs {
     FamilyDirs(const FamilyDirs&) = delete;
     FamilyDirs& operator=(const FamilyDirs&) = delete;
 
-    std::filesystem::path Project(std::string_view name = {}) const { return m_scratch.path() / "project" / name; }
-    std::filesystem::path Module(std::string_view name = {}) const { return m_scratch.path() / "module" / name; }
-    std::filesystem::path Ini(std::string_view name = {}) const { return Module("ZenroIni") / name; }
+    std::filesystem::path Project(std::string_view name = {}) const { return m_scratch / "project" / Utf8(name); }
+    std::filesystem::path Module(std::string_view name = {}) const { return m_scratch / "module" / Utf8(name); }
+    std::filesystem::path Ini(std::string_view name = {}) const { return Module("ZenroIni") / Utf8(name); }
     /// What stands for the Windows directory.
     std::filesystem::path Machine(std::string_view name = {}) const;
 
@@ -31,9 +43,9 @@ class FamilyDirs {
     static std::string Text(const std::filesystem::path& path);
 
  private:
+    static std::filesystem::path Utf8(std::string_view name) { return std::u8string(name.begin(), name.end()); }
     ScratchDir m_scratch;
-    std::string m_previousConfig;
-    bool m_hadConfig;
+    OwnConfigDirectory m_config{m_scratch.path() / "config"};
     ScopedCurrentDir m_current;
 };
 

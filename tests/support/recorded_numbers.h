@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "runtime/numbers.h"
+#include "runtime/text/numbers.h"
 
 namespace zm::test {
 

@@ -1,5 +1,6 @@
 #include "tests/support/scratch.h"
 
+#include <cstring>
 #include <fstream>
 #include <random>
 #include <sstream>
@@ -10,7 +11,8 @@ namespace fs = std::filesystem;
 zm::test::ScratchDir::ScratchDir() {
     std::random_device device;
     for (int attempt = 0; attempt < 100; ++attempt) {
-        m_path = fs::temp_directory_path() / ("zm 测试 " + std::to_string(device()));
+        m_path = fs::temp_directory_path() / u8"zm 测试 ";  // by no code page
+        m_path += std::to_string(device());
         if (fs::create_directory(m_path)) return;
     }
     throw std::runtime_error("no scratch directory could be made in " + fs::temp_directory_path().string());
@@ -42,4 +44,12 @@ std::string zm::test::ReadFile(const fs::path& path) {
     std::ostringstream out;
     out << in.rdbuf();
     return std::move(out).str();
+}
+
+std::FILE* zm::test::OpenFile(const fs::path& path, const char* mode) {
+#if defined(_WIN32)
+    return ::_wfopen(path.c_str(), std::wstring(mode, mode + std::strlen(mode)).c_str());
+#else
+    return std::fopen(path.c_str(), mode);
+#endif
 }

@@ -1,6 +1,7 @@
 // A fresh directory for one test, with Chinese characters and a blank in its name, removed at the end.
 #pragma once
 
+#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -15,7 +16,9 @@ class ScratchDir {
     ScratchDir& operator=(const ScratchDir&) = delete;
     const std::filesystem::path& path() const { return m_path; }
     /// The path of a file in it, in UTF-8.
-    std::filesystem::path operator/(std::string_view name) const { return m_path / name; }
+    std::filesystem::path operator/(std::string_view name) const {
+        return m_path / std::u8string(name.begin(), name.end());
+    }
 
  private:
     std::filesystem::path m_path;
@@ -35,5 +38,7 @@ class ScopedCurrentDir {
 
 void WriteFile(const std::filesystem::path& path, std::string_view bytes);
 std::string ReadFile(const std::filesystem::path& path);
+/// As fopen, for any name.
+std::FILE* OpenFile(const std::filesystem::path& path, const char* mode);
 
 }  // namespace zm::test

@@ -5,6 +5,8 @@
 
 #include <cmath>
 
+#include "draw/device.h"
+#include "platform/device/objects.h"
 #include "symbol/texts.h"
 #include "tests/symbol/symbol_test.h"
 
@@ -117,6 +119,20 @@ TEST_F(Allocation, FailureInAHatchIsTold) {
     }
     EXPECT_THAT(Messages(), ElementsAre("no space"));
 }
+
+#ifndef _WIN32  // there the system keeps the objects
+// Destructors delete objects; an exception out of one would end the program. So many fit into no list that has room left.
+TEST_F(Allocation, DeletingObjectsNeedsNone) {
+    std::vector<HPEN> pens(5000);
+    for (HPEN& pen : pens) pen = zm::device::CreatePen(PS_SOLID, 1, 7);
+    const int before = zm::platform::ObjectCount();
+    {
+        const NoMemory none;
+        for (const HPEN pen : pens) zm::device::DeleteObject(pen);
+    }
+    EXPECT_EQ(before - 5000, zm::platform::ObjectCount());
+}
+#endif
 
 TEST_F(Allocation, FailureOfTheHatchLinesLeavesTheOutline) {
     Load(kLibrary);

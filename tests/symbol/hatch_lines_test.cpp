@@ -1,5 +1,5 @@
 // Hatch lines against the plain form: every edge against every line, line after line.
-#include "symbol/hatch_lines.h"
+#include "symbol/area/hatch_lines.h"
 
 #include <gtest/gtest.h>
 

@@ -3,10 +3,11 @@
 
 #include <limits>
 
-#include "symbol/hatch_fill.h"
-#include "symbol/limits.h"
+#include "symbol/area/hatch_fill.h"
+#include "symbol/area/hatch_statistics.h"
 #include "tests/support/recorded_numbers.h"
 #include "tests/symbol/symbol_test.h"
+#include "zenromath/log.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -233,11 +234,37 @@ TEST_F(Hatch, GridLooksItsOwnSymbolUpAgainForTheNextEntry) {
     EXPECT_THAT(lines, SizeIs(9 + 3));
 }
 
+TEST_F(Hatch, IsTheCurrentSymbolAgainWhileItsNextEntryIsDrawn) {
+    Load("*12 H 1\n1 0 10 90 10 13\n2 45 10\n*13 G\n1 -1,0 1,0\n*$\n");
+    EXPECT_EQ(1, Draw(kClosedSquare));
+    EXPECT_EQ(5, TheHeadStatus());  // not 1, the kind of the symbols of its grid
+}
+
 TEST_F(Hatch, OutlineTakesWidthAndColourOfTheCurrentPen) {
     Load("*12 H 8\n2 0 100\n*$\n");
     Begin(1);
     EXPECT_EQ(1, Draw(kClosedSquare));
     EXPECT_EQ("ltype 1", m_writer.calls[m_writer.calls.size() - 2]);
+}
+
+TEST_F(Hatch, OutlineOfAFillHasTheWidthOfThePenOnlyWhereItIsSolid) {
+    Begin(0);
+    std::vector<double> square = kClosedSquare;
+    const auto pensOf = [&](auto fill) {
+        zm::LogDevice styles(zm::LogDevice::Detail::styles);
+        TqDC->ResetHdc(&styles);
+        const CTQPen wide(0, 7, DWORD{0x0000FF});
+        for (const int style : {0, 1}) fill(style);
+        std::vector<std::string> pens;
+        for (const auto& line : styles.lines())
+            if (line.starts_with("Pen ")) pens.push_back(line);
+        TqDC->ResetHdc(&m_device);
+        return pens;
+    };
+    EXPECT_THAT(pensOf([&](int style) { zm::symbol::FillBrushPolygon(5, square.data(), style, 0, 0x00FF00); }),
+                ElementsAre("Pen 0 7 255", "Pen 1 1 255"));
+    EXPECT_THAT(pensOf([&](int style) { zm::symbol::FillPatternPolygon(5, square.data(), style, 0, 0x00FF00, 0, 0); }),
+                ElementsAre("Pen 0 7 255", "Pen 1 1 255"));
 }
 
 TEST_F(Hatch, CapsAreCountedNotTold) {

@@ -3,7 +3,7 @@
 
 #include <limits>
 
-#include "symbol/ornaments.h"
+#include "symbol/ornaments/ornaments.h"
 #include "tests/symbol/symbol_test.h"
 
 using testing::ElementsAre;

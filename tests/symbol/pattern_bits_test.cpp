@@ -5,8 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "symbol/library.h"
+#include "symbol/file/library.h"
 #include "tests/support/random.h"
+#include "tests/support/writer_trace.h"
 #include "tests/symbol/pattern_steps.h"
 #include "tests/symbol/symbol_test.h"
 
@@ -17,10 +18,10 @@ using zm::test::Random;
 using zm::test::Token;
 
 /// Keeps what reaches the writer as it is.
-class NumberTrace : public zm::dwg::Trace {
+class NumberTrace : public zm::test::Trace {
  public:
-    NumberTrace() : m_previous(zm::dwg::SetTrace(this)) {}
-    ~NumberTrace() override { zm::dwg::SetTrace(m_previous); }
+    NumberTrace() : m_previous(zm::test::SetTrace(this)) {}
+    ~NumberTrace() override { zm::test::SetTrace(m_previous); }
     NumberTrace(const NumberTrace&) = delete;
     NumberTrace& operator=(const NumberTrace&) = delete;
 
@@ -37,7 +38,7 @@ class NumberTrace : public zm::dwg::Trace {
     std::vector<std::vector<double>> calls;
 
  private:
-    zm::dwg::Trace* m_previous;
+    zm::test::Trace* m_previous;
 };
 
 class PatternBits : public zm::test::DrawingTest {

@@ -10,15 +10,16 @@
 #include <utility>
 #include <vector>
 
-#include "draw/strokes.h"
-#include "geometry/pair.h"
-#include "geometry/turn.h"
-#include "symbol/point_symbol.h"
-#include "symbol/repeated_symbol.h"
+#include "draw/stroke/stream.h"
+#include "geometry/exact/pair.h"
+#include "geometry/exact/turn.h"
+#include "symbol/point/point_symbol.h"
+#include "symbol/point/repeated_symbol.h"
 #include "tests/support/random.h"
 #include "tests/symbol/pattern_steps.h"
 #include "tests/symbol/symbol_test.h"
 #include "zenromath/geometry.h"
+#include "zenromath/null_device.h"
 
 namespace {
 
@@ -28,7 +29,7 @@ using zm::test::Random;
 using zm::test::Token;
 
 /// Keeps what it is told to draw; calls back once, at a stroke.
-class PixelDevice : public zm::Device {
+class PixelDevice : public zm::NullDevice {
  public:
     using Call = std::array<int, 5>;
 
@@ -45,9 +46,6 @@ class PixelDevice : public zm::Device {
         calls.push_back({2, box.left, box.top, box.right, box.bottom});
         return 1;
     }
-    int Box(const zm::Stroke*, const zm::Fill&, const RECT&) override { return 1; }
-    int FillRegion(const zm::Region&, const zm::Fill&) override { return 1; }
-    int Text(const zm::TextStyle&, int, int, std::string_view) override { return 1; }
 
     std::vector<Call> Taken() { return std::exchange(calls, {}); }
 
@@ -66,6 +64,12 @@ constexpr char kSymbols[] =
     "1 1,0 1,1\n1 1,1 0,1\n1 0,1 -1,1\n1 -1,1 -1,0\n1 -1,0 -1,-1\n1 -1,-1 0,-1\n1 0,-1 1,-1\n1 1,-1 1,0\n1 0,0 2,0\n"
     "*45 G\n1 0.1,0.2\n"
     "*46 G\n*47 G\n2 0,0 1,0 1,1 0,1 0,2 1,2\n*48 G\n1 0,0 1e30,0\n";
+
+void PlaceAlone(double x, double y, zm::geometry::Turn& turn, int code) {
+    zm::draw::StrokeStream stream;
+    zm::symbol::PlaceSymbol(stream, x, y, turn, code);
+    stream.Flush();
+}
 
 struct Pattern {
     const char* text;
@@ -168,22 +172,28 @@ INSTANTIATE_TEST_SUITE_P(Views, PatternsOnADevice,
                                          View{"rotated", 512340.0, 3391230.0, 10.0, false, 0, false, false, true}),
                          [](const auto& info) { return std::string(info.param.name); });
 
-// A caller may put anything into the records.
-TEST_F(RepeatedSymbols, WithAnEndThatIsNoNumberDrawTheirOtherStrokes) {
+// A caller may put anything into the records; they are those of the file again where the symbol is looked up anew.
+TEST_F(RepeatedSymbols, WithAnEndThatIsNoNumberDrawTheirOtherStrokesUntilTheyAreRebuilt) {
     const std::vector<Token> tokens = {{'-', 0.7}, {'G', 42}};
     Load(std::string(kSymbols) + "*80 LC\n-0.7 G42\n*$\n");
     Begin(0).SetViewDrawDC(&m_pixels, 20.0, 0.0, 0.0, 800, 600, 0);
-    getsymbody(42);
     for (const float bad : {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity()}) {
+        getsymbody(42);
         TheBody[2].point.x = bad;
-        std::vector<double> x = {10.013, 20.0}, y = {10.007, 17.0};
+        const std::vector<double> fromX = {10.013, 20.0}, fromY = {10.007, 17.0};
+        std::vector<double> x = fromX, y = fromY;
         m_pixels.Taken();
         LayStepByStep(tokens, x, y, 1000.0);
-        const auto told = m_pixels.Taken();
-        EXPECT_EQ(told.size(), 2u * 17u);
+        EXPECT_EQ(m_pixels.Taken().size(), 2u * 17u);
         getsymbody(80);
+        x = fromX, y = fromY;
+        LayStepByStep(tokens, x, y, 1000.0);
+        const auto rebuilt = m_pixels.Taken();
+        EXPECT_EQ(rebuilt.size(), 3u * 17u);
+        getsymbody(80);
+        x = fromX, y = fromY;
         NewLC(x.data(), y.data(), 2, 80);
-        EXPECT_EQ(m_pixels.Taken(), told);
+        EXPECT_EQ(m_pixels.Taken(), rebuilt);
     }
 }
 
@@ -221,18 +231,18 @@ TEST_F(RepeatedSymbols, OfANearbyDirectionHaveThePixelsOfTheirOwn) {
         const double angle = random.Real(0.0, 6.3);
         const Pair to = at + 10.0 * Pair{std::cos(angle), std::sin(angle)};
         const Pair off = 0.99e-7 * Pair{random.Real(-1.0, 1.0), random.Real(-1.0, 1.0)};
-        zm::draw::StrokeRow row;
-        zm::symbol::RepeatedSymbol symbol(row);
+        zm::draw::StrokeStream stream;
+        zm::symbol::RepeatedSymbol symbol(stream);
         symbol.Place({at, to, true, Pair{std::cos(angle), std::sin(angle)} + off}, 42);
-        row.Flush();
+        stream.Flush();
         const auto placed = m_pixels.Taken();
         zm::geometry::Turn turn(zm::geometry::LegOf(to - at));
-        zm::symbol::PlaceSymbol(at[0], at[1], turn, 42);
+        PlaceAlone(at[0], at[1], turn, 42);
         ASSERT_EQ(placed, m_pixels.Taken()) << "round " << round;
-        zm::symbol::PlaceSymbol(at[0], at[1], turn, 42);
+        PlaceAlone(at[0], at[1], turn, 42);
         const auto own = m_pixels.Taken();
         zm::geometry::Turn other(std::atan2(std::sin(angle) + off[1], std::cos(angle) + off[0]));
-        zm::symbol::PlaceSymbol(at[0], at[1], other, 42);
+        PlaceAlone(at[0], at[1], other, 42);
         if (own != m_pixels.Taken()) ++differing;
     }
     EXPECT_GT(differing, 0) << "the direction makes no difference: this tests nothing";
@@ -243,19 +253,20 @@ TEST_F(RepeatedSymbols, OfAGridHaveThePixelsOfEachPlacedAlone) {
     Load(std::string(kSymbols) +
          "*60 H 1\n1 35 2.3 125 3.1 42\n*61 H 1\n1 0 2 90 3 42\n*62 H 1\n1 35 5 125 5 43\n*$\n");
     for (const int code : {60, 61, 62})
-        for (const double far : {0.0, 512000.0}) {
+        for (const double offset : {0.0, 512000.0}) {
             std::vector<PixelDevice::Call> calls[2];
             for (const int clipped : {0, 1}) {
                 CTqDraw& dc = Begin(0);
-                dc.SetViewDrawDC(&m_pixels, 10.0, far - 5.0, far - 5.0, 500, 500, 0);
-                dc.SetCutArea(far - 1e6, far - 1e6, far + 1e6, far + 1e6);
+                dc.SetViewDrawDC(&m_pixels, 10.0, offset - 5.0, offset - 5.0, 500, 500, 0);
+                dc.SetCutArea(offset - 1e6, offset - 1e6, offset + 1e6, offset + 1e6);
                 dc.SetDoCut(clipped);
-                double star[] = {far, far, far + 60.0, far + 3.0, far + 40.0, far + 45.0, far + 4.0, far + 30.0};
+                double star[] = {offset,        offset,        offset + 60.0, offset + 3.0,
+                                 offset + 40.0, offset + 45.0, offset + 4.0,  offset + 30.0};
                 EXPECT_NE(DrawHatch(4, star, code), 0);
                 calls[clipped] = m_pixels.Taken();
             }
             EXPECT_GT(calls[0].size(), 100u);
-            EXPECT_EQ(calls[0], calls[1]) << code << ' ' << far;
+            EXPECT_EQ(calls[0], calls[1]) << code << ' ' << offset;
         }
 }
 

@@ -24,6 +24,30 @@ TEST_F(Insert, OutsideTheClipAreaReturnsZeroForAValidCode) {
     EXPECT_EQ(1, insert(5.0, 5.0, 0.0, 12));
 }
 
+TEST_F(Insert, DrawsWhatAnApplicationWroteIntoTheBodyUntilItIsRebuilt) {
+    Load("*12 G\n1 -1,0 1,0\n1 0,-1 0,1\n*13 G\n1 0,0 5,5\n*$\n");
+    ASSERT_EQ(1, getsymbody(12));
+    TheBody[2].point.x *= 2.0F;  // the first segment becomes 3 long
+    Begin(1);
+    insert(0.0, 0.0, 0.0, 12);
+    EXPECT_THAT(m_writer.calls, ElementsAre("line -1.000 0.000 2.000 0.000", "line 0.000 -1.000 0.000 1.000"));
+    TheBody[0].op.op = 9.0F;  // no operator that draws
+    m_writer.calls.clear();
+    insert(0.0, 0.0, 0.0, 12);
+    EXPECT_THAT(m_writer.calls, ElementsAre("line 0.000 -1.000 0.000 1.000"));
+    getsymbody(13);
+    m_writer.calls.clear();
+    insert(0.0, 0.0, 0.0, 12);
+    EXPECT_THAT(m_writer.calls, ElementsAre("line -1.000 0.000 1.000 0.000", "line 0.000 -1.000 0.000 1.000"));
+}
+
+TEST_F(Insert, ALargerCountWrittenByAnApplicationReadsNothingThatIsNotThere) {
+    Load(kCross);
+    ASSERT_EQ(1, getsymbody(12));
+    nBody = 100000;
+    EXPECT_EQ(1, insert(5.0, 5.0, 0.0, 12));
+}
+
 TEST_F(Insert, Code1000IsADotOnADeviceAndNothingInADwg) {
     Load(kCross);
     Begin(0);
@@ -200,6 +224,40 @@ TEST_F(Insert, BlockTableTakesThePlaceOfStrokesInADwg) {
     table[0] = nullptr;
     EXPECT_EQ(1, insert(3.0, 4.0, 0.0, 12));
     EXPECT_EQ("insert 3.000 4.000 0.5 0.5 0.000 TREE", m_writer.calls.back());
+}
+
+TEST_F(Insert, ABlockThatTheClipAreaCutsIsStrokesWhereTheReachIsKnown) {
+    Load(kCross);
+    Begin(1);
+    std::vector<const char*> table(1000, nullptr);
+    table[12] = "TREE";
+    SetSymbolBlockTable(table.data());
+    std::vector<double> reach(1000, 0.0);
+    reach[12] = 0.001;
+    setgscale(1000.0);
+    m_dc->SetCutArea(0.0, 0.0, 10.0, 10.0);
+    m_dc->SetDoCut(1);
+    insert(0.5, 5.0, 0.0, 12);
+    EXPECT_THAT(m_writer.calls, ElementsAre("insert 0.500 5.000 1 1 0.000 TREE"));
+    m_writer.calls.clear();
+    zm::symbol::SetSymbolBlockReach(reach.data());
+    insert(0.5, 5.0, 0.0, 12);
+    EXPECT_THAT(m_writer.calls, ElementsAre("line 0.000 5.000 1.500 5.000", "line 0.500 4.000 0.500 6.000"));
+    m_writer.calls.clear();
+    insert(1.5, 5.0, 0.0, 12);
+    EXPECT_THAT(m_writer.calls, ElementsAre("insert 1.500 5.000 1 1 0.000 TREE"));
+    double x[] = {0.0, 10.0, 10.0, 5.0, 0.0}, y[] = {0.0, 0.0, 10.0, 5.0, 10.0};  // a notch from above
+    m_dc->SetCutArea(5, x, y);
+    m_dc->SetDoCut(2);
+    m_writer.calls.clear();
+    insert(5.0, 4.5, 0.0, 12);
+    EXPECT_THAT(m_writer.calls, ElementsAre("line 4.000 4.500 6.000 4.500", "line 5.000 3.500 5.000 5.000"));
+    m_writer.calls.clear();
+    insert(5.0, 3.5, 0.0, 12);
+    EXPECT_EQ(1U, m_writer.calls.size());
+    m_dc->SetDoCut(0);
+    insert(5.0, 4.5, 0.0, 12);
+    EXPECT_EQ(2U, m_writer.calls.size());
 }
 
 TEST_F(Insert, BlockTableEntryWithoutTextAndOtherSinksDrawStrokes) {

@@ -1,7 +1,7 @@
 // What the reader of the symbol file notices, for those who write one.
 #include <gmock/gmock.h>
 
-#include "symbol/symbol_file.h"
+#include "symbol/file/symbol_file.h"
 #include "tests/symbol/symbol_test.h"
 
 using testing::ElementsAre;
@@ -25,7 +25,7 @@ class Remarks : public zm::test::LibraryTest {
  protected:
     std::vector<RemarkAt> Of(const std::string& text) {
         zm::test::WriteFile(m_scratch / "x.dat", text);
-        std::FILE* file = std::fopen((m_scratch / "x.dat").string().c_str(), "rb");
+        std::FILE* file = zm::test::OpenFile(m_scratch / "x.dat", "rb");
         zm::symbol::Library library;
         std::vector<RemarkAt> remarks;
         zm::symbol::SymbolFileReader(file, library, &remarks).Read();
@@ -65,6 +65,14 @@ TEST_F(Remarks, OfHatches) {
     EXPECT_THAT(Of("*12 H 1\n7 1\n3 1\n4 1 1 2 3\nx\n\n*$\n"),
                 ElementsAre(RemarkAt{2, 12, Remark::kUnknownHatchEntry}, RemarkAt{3, 12, Remark::kNumbersMissing},
                             RemarkAt{5, 12, Remark::kNumbersMissing}, RemarkAt{6, 12, Remark::kBodyEndedByText}));
+}
+
+TEST_F(Remarks, OfGridsWithALevelFamilyAfterTheChangeOfPlaces) {
+    // 45 and 0: the second is level, changes places and would run from the bottom to the top. 0 and 90 is the good way.
+    EXPECT_THAT(Of("*5 G\n5 1,1\n*12 H 1\n1 45 2 0 2 5\n1 0 2 90 2 5\n1 90 2 0 2 5\n1 45 2 135 2 5\n1 0 2 45 2 5\n"
+                   "1 90 2 90 2 5\n2 0 2\n2 90 2\n*$\n"),
+                ElementsAre(RemarkAt{4, 12, Remark::kGridDividesByZero}, RemarkAt{6, 12, Remark::kGridDividesByZero},
+                            RemarkAt{9, 12, Remark::kGridDividesByZero}));
 }
 
 TEST_F(Remarks, OfPatterns) {

@@ -1,5 +1,5 @@
 // Fields of a line.
-#include "symbol/scan.h"
+#include "runtime/text/scan.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 #include <cstring>
 #include <vector>
 
-#include "symbol/line_cor.h"
+#include "symbol/ornaments/hachures.h"
 #include "symbol/state.h"
 #include "tests/vector_runner/scenes.h"
 #include "zenromath/symbol.h"

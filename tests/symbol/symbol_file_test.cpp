@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <clocale>
 
-#include "symbol/library.h"
+#include "symbol/file/library.h"
 #include "symbol/texts.h"
 #include "tests/symbol/symbol_test.h"
 

@@ -1,11 +1,12 @@
 #include "tests/symbol/symbol_test.h"
+#include "tests/support/writer_trace.h"
 
 #include <algorithm>
 
 #include "config/state.h"
 #include "draw/state.h"
-#include "dwg/state.h"
-#include "runtime/numbers.h"
+#include "dwg/writer/state.h"
+#include "runtime/text/numbers.h"
 
 namespace zm::test {
 
@@ -40,8 +41,7 @@ DrawingTest::DrawingTest() {
     dwg::ResetState();
     config::ResetState();
     draw::ResetState();
-    // The trace is part of the writer's state.
-    dwg::SetTrace(&m_writer);
+    test::SetTrace(&m_writer);
     Begin();
 }
 

@@ -7,13 +7,13 @@
 #include <string>
 #include <vector>
 
-#include "dwg/trace.h"
-#include "runtime/gbk.h"
+#include "runtime/text/gbk.h"
 #include "symbol/state.h"
 #include "tests/support/scratch.h"
 #include "tests/support/test_host.h"
-#include "zenromath/device.h"
+#include "tests/support/writer_trace.h"
 #include "zenromath/draw.h"
+#include "zenromath/null_device.h"
 #include "zenromath/runtime.h"
 #include "zenromath/symbol.h"
 
@@ -57,7 +57,7 @@ class LibraryTest : public testing::Test {
 };
 
 /// A device that draws nothing and says that it did; it counts, for tests of the device path.
-class CountingDevice : public Device {
+class CountingDevice : public NullDevice {
  public:
     int Line(const Stroke&, int, int, int, int) override { return ++lines; }
     COLORREF Dot(int, int, COLORREF color) override {
@@ -65,12 +65,10 @@ class CountingDevice : public Device {
         return color;
     }
     int Arc(const Stroke&, const RECT&, POINT, POINT) override { return ++arcs; }
-    int Box(const Stroke*, const Fill&, const RECT&) override { return 1; }
     int FillRegion(const Region&, const Fill& fill) override {
         fills.push_back(fill);
         return 1;
     }
-    int Text(const TextStyle&, int, int, std::string_view) override { return 1; }
 
     int lines = 0;
     int dots = 0;
@@ -79,10 +77,10 @@ class CountingDevice : public Device {
 };
 
 /// What reaches the DWG writer, as texts: the call's name and its numbers.
-class WriterTrace : public dwg::Trace {
+class WriterTrace : public test::Trace {
  public:
-    WriterTrace() : m_previous(dwg::SetTrace(this)) {}
-    ~WriterTrace() override { dwg::SetTrace(m_previous); }
+    WriterTrace() : m_previous(test::SetTrace(this)) {}
+    ~WriterTrace() override { test::SetTrace(m_previous); }
     WriterTrace(const WriterTrace&) = delete;
     WriterTrace& operator=(const WriterTrace&) = delete;
 
@@ -98,7 +96,7 @@ class WriterTrace : public dwg::Trace {
     std::vector<std::string> calls;
 
  private:
-    dwg::Trace* m_previous;
+    test::Trace* m_previous;
 };
 
 /// A library and a working context at 1:1000, 100 pixels for a survey unit, without clipping.

@@ -10,7 +10,7 @@
 #include "tools/symbols/symbols.h"
 #include "zenromath/symbol.h"
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 namespace {
 
 std::vector<std::string> LintOf(const std::string& bytes) {
@@ -349,4 +349,4 @@ TEST(LintFile, TakesAnyBytes) {
 }
 
 }  // namespace
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

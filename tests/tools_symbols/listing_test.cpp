@@ -6,7 +6,7 @@
 #include "tests/support/scratch.h"
 #include "tools/symbols/symbols.h"
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 namespace {
 
 using testing::HasSubstr;
@@ -133,4 +133,4 @@ TEST_F(Listing, AMissingFileIsToldAndEmpty) {
 }
 
 }  // namespace
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-#include "runtime/gbk.h"
+#include "runtime/text/gbk.h"
 
 namespace zm::test {
 

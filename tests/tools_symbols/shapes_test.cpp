@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 namespace {
 
 using testing::Each;
@@ -123,4 +123,4 @@ TEST(Shape, AnEmptyLineIsNothing) {
 }
 
 }  // namespace
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

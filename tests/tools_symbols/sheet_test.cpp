@@ -13,7 +13,7 @@
 #include "zenromath/draw.h"
 #include "zenromath/symbol.h"
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 namespace {
 
 using testing::HasSubstr;
@@ -37,10 +37,10 @@ std::string FigureOf(const std::string& page, const std::string& id) {
 }
 
 TEST(SheetPage, HasAFigureForEveryCodeAndEveryOrnament) {
-    EXPECT_EQ(Count(OwnPage(), "<figure id=\"c"), 481u);
+    EXPECT_EQ(Count(OwnPage(), "<figure id=\"c"), 515u);
     EXPECT_EQ(Count(OwnPage(), "<figure id=\"y"), 39u);
     // One picture for each code and three for each ornament.
-    EXPECT_EQ(Count(OwnPage(), "<svg "), 481u + 3u * 39u);
+    EXPECT_EQ(Count(OwnPage(), "<svg "), 515u + 3u * 39u);
 }
 
 TEST(SheetPage, NeedsNothingElse) {
@@ -62,6 +62,28 @@ TEST(SheetPage, PicturesHavePaperSize) {
     // 2.2 mm and the pen, with a margin of 1 mm on each side.
     EXPECT_THAT(FigureOf(OwnPage(), "c20"),
                 HasSubstr("<svg style=\"--w:4.34;--h:4.34\" viewBox=\"-217 -217 434 434\">"));
+}
+
+// As on a sheet: the colour and the width of its layer, and the length of its pattern.
+TEST(SheetPage, ServesAsALegendWhereTheLooksOfLayersAreKnown) {
+    SheetOptions options;
+    options.look = [](int code) {
+        return SheetOptions::Look{code == 300 ? 0.3 : 0.15, code == 300 ? 0xE39F00UL : 0UL};
+    };
+    const std::string page = SheetPage(test::LibraryPath(test::OwnLibrary()).c_str(), options);
+    EXPECT_THAT(FigureOf(page, "c300"), HasSubstr("stroke=\"#009fe3\" stroke-width=\"30\""));
+    EXPECT_THAT(FigureOf(page, "c300"), HasSubstr("line 0.30 mm"));
+    EXPECT_THAT(FigureOf(page, "c200"), HasSubstr("stroke-width=\"15\""));
+    EXPECT_THAT(FigureOf(page, "c247"), HasSubstr("every 5.0 mm"));  // dashes of 4.0, gaps of 1.0
+    EXPECT_THAT(FigureOf(page, "c200"), Not(HasSubstr("every")));
+    EXPECT_THAT(FigureOf(OwnPage(), "c300"), Not(HasSubstr("line 0")));
+}
+
+// Three symbols of the field grid beside each other, and a line with three bends.
+TEST(SheetPage, SamplesShowEachPatternThreeTimes) {
+    EXPECT_THAT(FigureOf(OwnPage(), "c250"), HasSubstr("M-3100 400L-1063 400L-81 -400L921 400L3100 400"));
+    const std::string wood = FigureOf(OwnPage(), "c540");  // rings, each an arc of two halves
+    EXPECT_GE(Count(wood, "A50.0 50.0"), 3u);
 }
 
 TEST(SheetPage, OrnamentsHaveNumberedControlPointsAtThreeScales) {
@@ -188,8 +210,8 @@ TEST_F(SheetInBrowser, FilterAndEnlargementWork) {
     ASSERT_EQ(Browse("filter=%E6%B0%B4%E4%BA%95&zoom=4&scale=500", "--dump-dom >'" + dom.string() + "' 2>/dev/null"),
               0);
     const std::string page = test::ReadFile(dom);
-    EXPECT_THAT(page, HasSubstr(">1 of 520</span>"));
-    EXPECT_EQ(Count(page, "hidden=\"\""), 519u);
+    EXPECT_THAT(page, HasSubstr(">1 of 554</span>"));
+    EXPECT_EQ(Count(page, "hidden=\"\""), 553u);
     EXPECT_THAT(page, HasSubstr("style=\"--zoom: 4;\""));
     EXPECT_THAT(page, HasSubstr("data-m=\"500\""));
 }
@@ -198,10 +220,10 @@ TEST_F(SheetInBrowser, ANumberInTheFilterIsAWholeCode) {
     const std::filesystem::path dom = m_dir / "dom.html";
     ASSERT_EQ(Browse("filter=12", "--dump-dom >'" + dom.string() + "' 2>/dev/null"), 0);
     // Code 12 and ornament 12, not 112 or 120.
-    EXPECT_THAT(test::ReadFile(dom), HasSubstr(">2 of 520</span>"));
+    EXPECT_THAT(test::ReadFile(dom), HasSubstr(">2 of 554</span>"));
 }
 
 #endif
 
 }  // namespace
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

@@ -8,7 +8,7 @@
 #include "own_library.h"
 #include "tests/support/scratch.h"
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 namespace {
 
 TEST(Source, OwnLibraryIsWhatItsSourceGives) {
@@ -56,4 +56,4 @@ TEST(Source, FaultsNameTheirLine) {
 }
 
 }  // namespace
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

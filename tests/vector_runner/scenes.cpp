@@ -6,11 +6,11 @@
 #include <set>
 #include <stdexcept>
 
-#include "runtime/gbk.h"
-#include "runtime/numbers.h"
-#include "runtime/project.h"
+#include "runtime/files/system.h"
+#include "runtime/profile/project.h"
 #include "runtime/state.h"
-#include "runtime/system.h"
+#include "runtime/text/gbk.h"
+#include "runtime/text/numbers.h"
 #include "zenromath/runtime.h"
 
 namespace fs = std::filesystem;
@@ -41,15 +41,6 @@ Tables& TheTables() {
 
 void ResetAll() {
     for (const auto& [order, reset] : TheTables().resets) reset();
-}
-
-// The places that the environment names, for the system's configuration folder.
-void SetEnvironment(const char* name, const std::string& value) {
-#if defined(_WIN32)
-    _putenv_s(name, value.c_str());
-#else
-    ::setenv(name, value.c_str(), 1);
-#endif
 }
 
 // ---- Comparing ----
@@ -224,11 +215,7 @@ Scene::~Scene() {
 }
 
 fs::path Scene::WindowsDirectory() const {
-#if defined(_WIN32)
-    return system::ConfigDirectory();
-#else
-    return m_scratch.path() / "config" / "zenromath";
-#endif
+    return m_scratch.path() / "config";
 }
 
 std::string Scene::PathText(const fs::path& path) {
@@ -267,18 +254,18 @@ void Scene::Array(const std::string& name, const std::vector<double>& before, co
 void Scene::PlaceFiles() {
     fs::create_directories(ProjectDirectory());
     fs::create_directories(ModuleDirectory());
-    SetEnvironment("XDG_CONFIG_HOME", (m_scratch.path() / "config").string());
     fs::create_directories(WindowsDirectory());
     const Json files = m_record.value("files", Json::object());
-    for (const auto& [name, text] : files.items()) {
-        const std::size_t slash = name.find('/');
-        const std::string place = slash == std::string::npos ? "" : name.substr(0, slash);
-        fs::path directory = ProjectDirectory();
-        if (place == "module") directory = ModuleDirectory();
-        if (place == "windows") directory = WindowsDirectory();
-        const std::string file = slash == std::string::npos ? name : name.substr(slash + 1);
-        test::WriteFile(directory / file, Bytes(text));
-    }
+    for (const auto& [name, text] : files.items()) test::WriteFile(FilePath(name), Bytes(text));
+}
+
+fs::path Scene::FilePath(const std::string& name) const {
+    const std::size_t slash = name.find('/');
+    const std::string place = slash == std::string::npos ? "" : name.substr(0, slash);
+    fs::path directory = ProjectDirectory();
+    if (place == "module") directory = ModuleDirectory();
+    if (place == "windows") directory = WindowsDirectory();
+    return directory / (slash == std::string::npos ? name : name.substr(slash + 1));
 }
 
 void Scene::Start() {
@@ -293,6 +280,13 @@ void Scene::Start() {
     for (const Step& step : TheTables().steps) step.run(*this, setup());
 }
 
+Json Scene::MakeCall(const Json& call) {
+    Json args = call;
+    const auto name = args.at(0).get<std::string>();
+    args.erase(0);
+    return TheTables().calls.at(name)(*this, args);
+}
+
 Outcome Scene::Run() {
     const test::ScopedCurrentDir home(fs::current_path());  // _LFInit moves the process
     std::vector<Json> results;
@@ -300,11 +294,8 @@ Outcome Scene::Run() {
     try {
         Start();
         for (std::size_t i = 0; i < calls.size(); ++i) {
-            Json args = calls[i];
-            const auto name = args.at(0).get<std::string>();
-            args.erase(0);
             m_callArrays = Json::object();
-            results.push_back(TheTables().calls.at(name)(*this, args));
+            results.push_back(MakeCall(calls[i]));
             const bool changed = m_callArrays.erase("changed") != 0;
             m_arrays[std::to_string(i)] = m_callArrays;
             if (changed) m_changed[std::to_string(i)] = m_callArrays;

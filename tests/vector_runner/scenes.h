@@ -22,6 +22,7 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support/family_dirs.h"
 #include "tests/support/scratch.h"
 #include "tests/support/test_host.h"
 #include "tests/vector_runner/registry.h"
@@ -44,6 +45,8 @@ class Scene {
     std::filesystem::path ProjectDirectory() const { return m_scratch.path() / "project"; }
     std::filesystem::path ModuleDirectory() const { return m_scratch.path() / "module"; }
     std::filesystem::path WindowsDirectory() const;
+    /// A file by its name in a record: bare, or behind "module/" or "windows/".
+    std::filesystem::path FilePath(const std::string& name) const;
     /// The GBK path text of a file.
     static std::string PathText(const std::filesystem::path& path);
 
@@ -69,18 +72,23 @@ class Scene {
     /// What the folders remember during a scene, by names of their own.
     std::map<std::string, Json>& notes() { return m_notes; }
 
+    /// Names the project and runs the steps of the set-up.
+    void Start();
+    /// Makes one call: its name and its arguments.
+    Json MakeCall(const Json& call);
+
     /// Runs set-up and calls and compares.
     Outcome Run();
 
  private:
     void* KeptPointer(const std::string& name) const;
     void PlaceFiles();
-    void Start();
     std::string CompareAll(const std::vector<Json>& results);
 
     const Json& m_record;
     test::TestHost m_host;
     test::ScratchDir m_scratch;
+    test::OwnConfigDirectory m_config{WindowsDirectory()};
     std::vector<std::pair<std::string, std::shared_ptr<void>>> m_kept;
     std::map<std::string, Json> m_notes;
     Json m_callArrays;                      // of the call that is running

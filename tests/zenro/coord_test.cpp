@@ -80,12 +80,14 @@ TEST(CoordZone, TellsBothZones) {
     EXPECT_EQ(j["central_meridian6_deg"], 117);
 }
 
-TEST(CoordInput, BadLinesAreSkippedToldAndExitedWith4) {
-    const Outcome r = Program().Run({"coord", "to-plane"}, "# head\n\n30.5 120.75\nhello\n95 120\n30,5 120\n");
+TEST(CoordInput, BadLinesKeepTheirPlaceAreToldAndExitedWith4) {
+    const Outcome r = Program().Run({"coord", "to-plane"}, "# head\n\n30.5 120.75\nhello\n95 120\n30.5 120.75 Q\n");
     EXPECT_EQ(r.status, 4);
-    EXPECT_EQ(Count(r.out, "\n"), 3);  // head, the good line, and 30 with 5 as its longitude
-    EXPECT_NE(r.err.find("-:4: no point: \"hello\""), std::string::npos);
+    EXPECT_EQ(Count(r.out, "\n"), 5);  // head, and a line for each of the four
+    EXPECT_NE(r.out.find("\nerror line 4: no point: \"hello\""), std::string::npos) << r.out;
+    EXPECT_NE(r.err.find("warning: -:4: no point: \"hello\""), std::string::npos) << r.err;
     EXPECT_NE(r.err.find("-:5: latitude 95.000000 is beyond 90 degrees"), std::string::npos);
+    EXPECT_EQ(r.out.substr(r.out.rfind("3375780")), "3375780.9139 40572000.1999 40 120 Q\n");
 }
 
 TEST(CoordInput, TheSameErrorAThousandTimesIsFiveLinesAndACount) {
@@ -105,7 +107,7 @@ TEST(CoordInput, NothingConvertedIsAFailure) {
 TEST(CoordInput, AMissingFileIs3) {
     const Outcome r = Program().Run({"coord", "to-plane", "nowhere.txt"});
     EXPECT_EQ(r.status, 3);
-    EXPECT_EQ(r.err, "zenro: nowhere.txt: cannot be opened: No such file or directory.\n");
+    EXPECT_EQ(r.err, "error: nowhere.txt: cannot be opened: No such file or directory.\n");
 }
 
 TEST(CoordOutput, KeepsItsDecimalPointInEveryLocale) {
@@ -134,9 +136,62 @@ TEST(Measure, AnAreaIsClosedHoweverItIsGiven) {
     EXPECT_DOUBLE_EQ(value(open), value(open + "30 110\n"));
 }
 
+TEST(Measure, PointsOfSeveralZonesHaveNoMeasureInThePlane) {
+    const std::string across = "39 118.4\n39 118.6\n39.1 118.6\n";
+    for (const char* what : {"distance", "area"}) {
+        const Outcome r = Program().Run({"measure", what, "--json"}, across);
+        EXPECT_EQ(r.status, 4) << what;
+        EXPECT_NE(r.err.find("more than one 3-degree zone"), std::string::npos) << r.err;
+        const auto j = nlohmann::json::parse(r.out);
+        EXPECT_TRUE(j["results"]["plane"]["value"].is_null());
+        EXPECT_GT(j["results"]["ellipsoid"]["value"].get<double>(), 0.0);
+    }
+    EXPECT_NE(Program().Run({"measure", "area"}, across).out.find("3-degree zones                   - m2"),
+              std::string::npos);
+}
+
 TEST(Measure, TooFewPointsAreAFailure) {
     EXPECT_EQ(Program().Run({"measure", "distance"}, "30 110\n").status, 1);
     EXPECT_EQ(Program().Run({"measure", "area"}, "30 110\n31 111\n30 110\n").status, 1);
+}
+
+TEST(MeasureLayer, PutsAreasAndLengthsOfBothWaysIntoFields) {
+    const Program zenro;
+    zenro.File("in.geojson",
+               "{\"type\":\"FeatureCollection\",\"crs\":{\"type\":\"name\",\"properties\":{\"name\":"
+               "\"urn:ogc:def:crs:EPSG::4490\"}},\"features\":[" +
+                   zm::test::AreaFeature("[[110,30],[110.01,30],[110.01,30.01],[110,30.01],[110,30]]", "\"a\":1") +
+                   "," + zm::test::LineFeature("[110,30],[111,31]", "\"a\":2") + "]}");
+    const Outcome r = zenro.Run({"measure", "layer", "in.geojson", "-o", "out.geojson"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    const auto j = nlohmann::json::parse(zm::test::ReadFile(zenro / "out.geojson"));
+    const auto& area = j["features"][0]["properties"];
+    const auto& line = j["features"][1]["properties"];
+    EXPECT_EQ(area["a"], 1);
+    // As measure area and measure distance give them for the same points.
+    EXPECT_NEAR(area["area_m2"].get<double>(), 1069521.173, 0.05);
+    EXPECT_NEAR(area["area_plane_m2"].get<double>() - area["area_m2"].get<double>(), area["area_diff_m2"].get<double>(),
+                1e-6);
+    EXPECT_NEAR(line["length_m"].get<double>(), 146647.199, 0.001);
+    EXPECT_FALSE(line.contains("area_m2"));
+    EXPECT_EQ(zenro.Run({"measure", "layer", "in.geojson", "-o", "out.xyz"}).status, 2);
+}
+
+TEST(MeasureLayer, AFeatureOfSeveralZonesHasNoFieldsOfThePlane) {
+    const Program zenro;
+    zenro.File("in.geojson",
+               "{\"type\":\"FeatureCollection\",\"crs\":{\"type\":\"name\",\"properties\":{\"name\":"
+               "\"urn:ogc:def:crs:EPSG::4490\"}},\"features\":[" +
+                   zm::test::AreaFeature("[[118.4,39],[118.6,39],[118.6,39.1],[118.4,39]]", "\"a\":1") + "," +
+                   zm::test::LineFeature("[118.6,39],[118.7,39]", "\"a\":2") + "]}");
+    const Outcome r = zenro.Run({"measure", "layer", "in.geojson", "-o", "-.geojson"});
+    EXPECT_EQ(r.status, 4);
+    EXPECT_NE(r.err.find("feature 0: lies in more than one 3-degree zone"), std::string::npos) << r.err;
+    const auto features = nlohmann::json::parse(r.out)["features"];
+    EXPECT_NEAR(features[0]["properties"]["area_m2"].get<double>(), 96169551.8193, 1.0);
+    EXPECT_TRUE(features[0]["properties"].value("area_plane_m2", nlohmann::json()).is_null());
+    EXPECT_TRUE(features[0]["properties"].value("length_diff_m", nlohmann::json()).is_null());
+    EXPECT_FALSE(features[1]["properties"].value("length_plane_m", nlohmann::json()).is_null());
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <set>
 
 #include "tests/zenro/program.h"
-#include "tools/zenro/rules.h"
+#include "tools/zenro/map/rules.h"
 
 namespace {
 

@@ -109,7 +109,7 @@ TEST(Outputs, AnUnknownExtensionIs2) {
     zenro.File("in.geojson", OneLine());
     const Outcome r = zenro.Run({"draw", "in.geojson", "-o", "out.jpg"});
     EXPECT_EQ(r.status, 2);
-    EXPECT_NE(r.err.find("use .svg, .png, .pdf, .dwg or .rec"), std::string::npos);
+    EXPECT_NE(r.err.find("use .svg, .png, .pdf, .dwg, .dxf or .rec"), std::string::npos);
 }
 
 TEST(Outputs, AFullStdoutIs5) {
@@ -125,7 +125,7 @@ TEST(Outputs, AFailureLeavesNothingBehind) {
     zenro.File("in.geojson", OneLine());
     const Outcome r =
         zenro.Run({"draw", "in.geojson", "-o", "a.svg", "-o", "b.dwg", "--sheet", "0,0,10,10", "--scale", "500"});
-    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.status, 6);
     EXPECT_FALSE(zenro.Has("a.svg"));
     EXPECT_FALSE(zenro.Has("b.dwg"));
     EXPECT_TRUE(zenro.Unfinished().empty());

@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <thread>
 
-#include "runtime/numbers.h"
+#include "runtime/text/numbers.h"
 
 namespace zm::test {
 namespace {
@@ -30,6 +30,7 @@ pid_t Start(const fs::path& folder, const std::vector<std::string>& arguments,
     if (chdir(folder.c_str()) != 0) _exit(126);
     setenv("XDG_CONFIG_HOME", (folder / ".config").c_str(), 1);
     setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
+    setenv("ZENRO_LANGUAGE", "en", 1);  // whatever the machine speaks
     for (const std::string& one : environment) {
         const std::size_t equals = one.find('=');
         setenv(one.substr(0, equals).c_str(), one.substr(equals + 1).c_str(), 1);
@@ -67,6 +68,31 @@ Outcome Program::Interrupt(const std::vector<std::string>& arguments, int signal
     const pid_t child = Start(folder(), arguments, {});
     for (int i = 0; i < 3000 && Unfinished().empty(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(5));
     kill(child, signal);
+    return Finish(folder(), child);
+}
+
+Outcome Program::RunKilledAfter(const std::vector<std::string>& arguments, int microseconds) const {
+    WriteFile(folder() / ".stdin", "");
+    // Each process of the run inherits the end for writing; with the last one the end for reading is at its end.
+    int ends[2];
+    if (pipe(ends) != 0) return {};
+    const pid_t child = Start(folder(), arguments, {});
+    close(ends[1]);
+    std::this_thread::sleep_for(std::chrono::microseconds(microseconds));
+    kill(child, SIGKILL);
+    const Outcome outcome = Finish(folder(), child);
+    char byte;
+    while (read(ends[0], &byte, 1) > 0) {
+    }
+    close(ends[0]);
+    return outcome;
+}
+
+Outcome Program::RunBeside(const std::vector<std::string>& arguments, const std::vector<std::string>& environment,
+                           const std::function<void(int)>& act) const {
+    WriteFile(folder() / ".stdin", "");
+    const pid_t child = Start(folder(), arguments, environment);
+    act(child);
     return Finish(folder(), child);
 }
 

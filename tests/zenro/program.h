@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,11 @@ class Program {
                 const std::vector<std::string>& environment = {}) const;
     /// Starts it, sends a signal once a file has come into being beside the outputs, and waits for the end.
     Outcome Interrupt(const std::vector<std::string>& arguments, int signal) const;
+    /// Kills it after some time, if it has not ended before, and waits for the end of the processes that it started, too.
+    Outcome RunKilledAfter(const std::vector<std::string>& arguments, int microseconds) const;
+    /// Starts it, lets act(its process id) work while it runs, and waits for the end.
+    Outcome RunBeside(const std::vector<std::string>& arguments, const std::vector<std::string>& environment,
+                      const std::function<void(int)>& act) const;
 
     /// Writes a file into the folder and gives its path.
     std::string File(std::string_view name, std::string_view bytes) const;

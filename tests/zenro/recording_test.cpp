@@ -1,4 +1,4 @@
-#include "tools/zenro/recording.h"
+#include "tools/zenro/map/recording.h"
 
 #include <gtest/gtest.h>
 
@@ -45,12 +45,14 @@ TEST(Commands, AFaceNameOfAnyLengthIsCut) {
 }
 
 TEST(Replay, DrawsTheRecordingAgainStrokeForStroke) {
-    const Program zenro;
+    Program zenro;
     zenro.File("in.geojson",
                Collection(LineFeature("[40512010,3456010],[40512090,3456070],[40512095,3456010]", "\"name\":\"R\"") +
                           "," + PointFeature(40512050, 3456080, "\"name\":\"D7\"")));
-    zenro.File("r.rules", "[* : line]\n* -> symbol 241\n[* : point]\n* -> symbol 11, note #, label name\n");
-    ASSERT_EQ(zenro.Run({"draw", "in.geojson", "--rules", "./r.rules", "--scale", "1000", "-o", "a.rec", "-o", "a.dwg"})
+    zenro.File("r.rules", "[* : line]\n* -> symbol 241\n[* : point]\n* -> symbol 10, note #, label name\n");
+    ASSERT_EQ(zenro
+                  .Run({"draw", "in.geojson", "--rules", "./r.rules", "--scale", "1000", "-o", "a.rec", "-o", "a.dwg",
+                        "-o", "a.svg"})
                   .status,
               0);
     ASSERT_EQ(zenro.Run({"replay", "a.rec", "b.rec", "b.svg", "b.dwg"}).status, 0);
@@ -58,11 +60,24 @@ TEST(Replay, DrawsTheRecordingAgainStrokeForStroke) {
     for (const char* command : {"\nLine2:", "\nArc:", "\nText:"})
         EXPECT_EQ(Count(a, command), Count(b, command)) << command;
     EXPECT_EQ(zenro.Run({"dwg", "check", "b.dwg"}).status, 0);
+    // Widths of hundredths, heights and colours of lettering come back by the comment lines.
+    EXPECT_EQ(ReadFile(zenro / "a.svg"), ReadFile(zenro / "b.svg"));
     EXPECT_NE(ReadFile(zenro / "b.svg").find("D7"), std::string::npos);
 }
 
+// The library keeps colour, layer and text style from one drawing to the next, which has its own tables.
+TEST(Replay, EachDrawingBeginsAnew) {
+    Program zenro;
+    zenro.File("x.rec",
+               "Text:1:40512340:3456324:2.00:3\nLine2:40512340:3456300:40512350:3456300\nLayer:500\nPen:0:3:255\n"
+               "Font:20:20:0:0:400:0:0:0:134:0:0:0:0:WenQuanYi Zen Hei\nText:1:40512346:3456324:2.00:3\n"
+               "Font:20:13:0:0:400:0:0:0:0:0:0:0:0:DejaVu Sans\nText:1:40512346:3456334:2.00:3\n");
+    ASSERT_EQ(zenro.Run({"replay", "x.rec", "a.dwg", "b.dwg", "--scale", "500"}).status, 0);
+    EXPECT_EQ(ReadFile(zenro / "a.dwg"), ReadFile(zenro / "b.dwg"));
+}
+
 TEST(Replay, WorksWithoutAHeadAndTellsBadLines) {
-    const Program zenro;
+    Program zenro;
     zenro.File("x.rec", "Pen:0:3:255\r\nLine2:0:0:100:100\nnonsense\nArc:50:50:20:0:370\n");
     const Outcome r = zenro.Run({"replay", "x.rec", "x.svg"});
     EXPECT_EQ(r.status, 4);
@@ -72,7 +87,7 @@ TEST(Replay, WorksWithoutAHeadAndTellsBadLines) {
 }
 
 TEST(Replay, AnglesOfArcsCountModuloATurn) {
-    const Program zenro;
+    Program zenro;
     zenro.File("x.rec",
                "Arc:50:50:20:0:480\nArc:50:50:20:350:10\nArc:50:50:20:30:390\nArc:50:50:20:400:30\nLine2:0:0:99:99\n");
     ASSERT_EQ(zenro.Run({"replay", "x.rec", "y.rec"}).status, 0);
@@ -89,12 +104,58 @@ TEST(Replay, AnglesOfArcsCountModuloATurn) {
 }
 
 TEST(Replay, WhatIsNoRecordingIs3) {
-    const Program zenro;
+    Program zenro;
     zenro.File("x.rec", std::string("\0\1\2\n\n", 5));
     EXPECT_EQ(zenro.Run({"replay", "x.rec", "x.svg"}).status, 3);
     EXPECT_EQ(zenro.Run({"replay", "missing.rec", "x.svg"}).status, 3);
     zenro.File("e.rec", "");
     EXPECT_EQ(zenro.Run({"replay", "e.rec", "x.svg"}).status, 3);
 }
+
+#if ZENRO_HAS_QT
+// A recording of one text, drawn as a picture by a system that has one font, WenQuanYi Zen Hei.
+class TextsInMissingFaces : public testing::Test {
+ protected:
+    void SetUp() override {
+        const std::string only = zenro.File(
+            "fonts.xml",
+            "<fontconfig><dir>/usr/share/fonts</dir><cachedir>fonts</cachedir><selectfont><rejectfont><pattern>"
+            "<patelt name=\"scalable\"><bool>true</bool></patelt></pattern></rejectfont><acceptfont><pattern>"
+            "<patelt name=\"family\"><string>WenQuanYi Zen Hei</string></patelt></pattern></acceptfont></selectfont>"
+            "</fontconfig>");
+        m_fonts = "FONTCONFIG_FILE=" + only;
+        if (zenro.Run({"doctor"}, "", {m_fonts}).out.find("WenQuanYi Zen Hei") == std::string::npos)
+            GTEST_SKIP() << "needs the font WenQuanYi Zen Hei (package fonts-wqy-zenhei)";
+    }
+    // \param text  GBK
+    Outcome Draw(const std::string& face, const std::string& text) {
+        zenro.File("in.rec", "Font:20:10:0:0:400:0:0:0:134:0:0:0:0:" + face + "\nText:1:10:20:4.00:" + text +
+                                 "\nLine2:0:0:60:30\n");
+        return zenro.Run({"replay", "in.rec", "picture.png", "--overwrite"}, "", {m_fonts});
+    }
+    Program zenro;
+
+ private:
+    std::string m_fonts;
+};
+
+TEST_F(TextsInMissingFaces, AnotherFaceIsTakenAndNamed) {
+    const Outcome drawn = Draw("No Such Face 7", "\xB2\xE2\xC1\xBF");
+    EXPECT_EQ(drawn.status, 0) << drawn.err;
+    EXPECT_NE(drawn.err.find("the font No Such Face 7 is not installed; WenQuanYi Zen Hei is used instead."),
+              std::string::npos)
+        << drawn.err;
+}
+
+// FE 42 is one of twelve characters of GBK that the font lacks.
+TEST_F(TextsInMissingFaces, CharactersThatNoFaceHasAreReported) {
+    const Outcome drawn = Draw("WenQuanYi Zen Hei", "\xB2\xE2\xFE\x42");
+    EXPECT_EQ(drawn.status, 4) << drawn.err;
+    EXPECT_NE(drawn.err.find("the font WenQuanYi Zen Hei lacks characters of its texts, which are drawn as boxes"),
+              std::string::npos)
+        << drawn.err;
+    EXPECT_EQ(Draw("WenQuanYi Zen Hei", "\xB2\xE2\xC1\xBF 12").status, 0);
+}
+#endif
 
 }  // namespace

@@ -1,8 +1,8 @@
-#include "tools/zenro/rules.h"
+#include "tools/zenro/map/rules.h"
 
 #include <gtest/gtest.h>
 
-#include "tools/zenro/exit_codes.h"
+#include "tools/kit/exit_codes.h"
 
 namespace {
 
@@ -32,6 +32,24 @@ TEST(RulesFile, TakesTheSymbolForTheLayerWhereNoneIsNamed) {
     EXPECT_EQ(Parse("* -> symbol 200").rules[0].layer, 200);
     EXPECT_EQ(Parse("* -> symbol 500, layer 300").rules[0].layer, 300);
     EXPECT_EQ(Parse("* -> outline 213").rules[0].layer, 213);
+}
+
+TEST(RulesFile, ReadsTheScalesThatARuleIsFor) {
+    const Rule both = Parse("* -> scales 500-2000, symbol 1").rules[0];
+    EXPECT_TRUE(both.IsFor(500));
+    EXPECT_TRUE(both.IsFor(2000));
+    EXPECT_FALSE(both.IsFor(499));
+    EXPECT_FALSE(both.IsFor(2001));
+    EXPECT_TRUE(both.IsFor(0)) << "no scale asks all rules";
+    const Rule from = Parse("* -> scales 5000-, symbol 1").rules[0];
+    EXPECT_FALSE(from.IsFor(2000));
+    EXPECT_TRUE(from.IsFor(1e6));
+    const Rule to = Parse("* -> scales - 2000, symbol 1").rules[0];
+    EXPECT_TRUE(to.IsFor(10));
+    EXPECT_FALSE(to.IsFor(5000));
+    EXPECT_TRUE(Parse("* -> symbol 1").rules[0].IsFor(1e7));
+    for (const char* wrong : {"2000", "-", "2000-500", "a-b", "0-500", "-500-1000", "nan-"})
+        EXPECT_THROW(Parse(std::string("* -> symbol 1, scales ") + wrong), Failure) << wrong;
 }
 
 TEST(RulesFile, AStarIsEveryFeature) {
@@ -89,7 +107,7 @@ TEST(RulesFile, WindowsLineEndsAndAByteOrderMarkAreNoContent) {
 struct WrongCase {
     const char* name;
     const char* text;
-    const char* message;  // what stands behind the file's name
+    const char* message;  // what follows the file's name
 };
 void PrintTo(const WrongCase& c, std::ostream* out) {
     *out << c.name;
@@ -98,8 +116,8 @@ void PrintTo(const WrongCase& c, std::ostream* out) {
 constexpr WrongCase kWrong[] = {
     {"no_arrow", "a = 1 symbol 3", ":1: a rule is CONDITION -> SETTINGS"},
     {"open_quote", "\na = 'x -> symbol 3", ":2: a quote is not closed"},
-    {"no_condition", "-> symbol 3", ":1: nothing stands before"},
-    {"no_settings", "* ->", ":1: nothing stands behind"},
+    {"no_condition", "-> symbol 3", ":1: nothing is before"},
+    {"no_settings", "* ->", ":1: nothing follows"},
     {"unknown_word", "* -> colour 3", ":1: \"colour\" is unknown"},
     {"symbol_too_large", "* -> symbol 1000", ":1: \"symbol\" needs a whole number from 0 to 999, not \"1000\""},
     {"symbol_no_number", "* -> symbol road", ":1: \"symbol\" needs a whole number"},
@@ -109,6 +127,8 @@ constexpr WrongCase kWrong[] = {
     {"long_note", "* -> symbol 3, note AB", ":1: \"note\" needs the one character"},
     {"skip_with_value", "* -> skip 1", ":1: \"skip\" takes no value"},
     {"nothing_to_draw", "* -> level 3", ":1: a rule needs"},
+    {"layer_alone", "* -> layer 430, value 7", ":1: \"layer\" alone draws nothing"},
+    {"symbol_0_alone", "* -> symbol 0, layer 430", ":1: \"layer\" alone draws nothing"},
     {"section_open", "[roads", ":1: a section is"},
     {"section_kind", "[roads : curve]\n* -> symbol 1", ":1: \"curve\" is no kind of geometry"},
     {"section_empty", "[]", ":1: a section needs a layer name"},

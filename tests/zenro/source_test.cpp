@@ -1,11 +1,11 @@
-#include "tools/zenro/source.h"
+#include "tools/zenro/map/source.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 
-#include "tools/zenro/labels.h"
-#include "tools/zenro/painter.h"
+#include "tools/zenro/map/cover.h"
+#include "tools/zenro/map/shapes.h"
 
 namespace {
 

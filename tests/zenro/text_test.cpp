@@ -1,8 +1,8 @@
-#include "tools/zenro/text.h"
+#include "tools/kit/text.h"
 
 #include <gtest/gtest.h>
 
-#include "tools/zenro/lettering.h"
+#include "tools/zenro/map/lettering.h"
 
 namespace {
 
@@ -42,13 +42,18 @@ TEST(LibraryText, ALetterWhoseAccentGbkLacksBecomesThePlainLetter) {
     EXPECT_EQ(lost, 2);
 }
 
-TEST(LibraryPath, HasBackslashesAndRefusesWhatTheLibraryCannotTake) {
+TEST(LibraryPath, HasBackslashesAndCarriesWhatGbkLacksByAnEscape) {
     EXPECT_EQ(LibraryPath("/a/清/b.dwg"), "\\a\\\xC7\xE5\\b.dwg");
-    EXPECT_EQ(LibraryPath("/a/\xF0\x9F\x98\x80"), "");
+    EXPECT_EQ(LibraryPath("/a/\xF0\x9F\x98\x80"),
+              "\\a\\\xFF"
+              "1F600\xFF");
+    EXPECT_EQ(FromLibraryPath("\\a\\\xFF"
+                              "1F600\xFF"),
+              "/a/\xF0\x9F\x98\x80");
     EXPECT_EQ(LibraryPath("/" + std::string(300, 'x')), "");
 }
 
-TEST(Runs, OneByteCharactersOfAWideClassTakeHalfItsWidth) {
+TEST(Runs, OneByteCharactersOfAWideClassTakeTwoThirdsOfItsWidth) {
     Lettering wide;
     wide.height = 2.0;
     wide.width = 1.8;
@@ -56,7 +61,7 @@ TEST(Runs, OneByteCharactersOfAWideClassTakeHalfItsWidth) {
     ASSERT_EQ(runs.size(), 2u);
     EXPECT_EQ(runs[0].width, 1.8);
     EXPECT_EQ(runs[0].characters(), 1);
-    EXPECT_EQ(runs[1].width, 0.9);
+    EXPECT_NEAR(runs[1].width, 1.17, 1e-12);  // 0.65 of it
     EXPECT_EQ(runs[1].characters(), 2);
     Lettering narrow = wide;
     narrow.width = 1.2;

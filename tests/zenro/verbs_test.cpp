@@ -1,6 +1,7 @@
 // doctor, symbols and dwg as a script meets them.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "tests/zenro/program.h"
@@ -49,8 +50,45 @@ TEST(Symbols, AreListedShownLintedAndPictured) {
     EXPECT_EQ(zenro.Run({"symbols", "show", "777"}).status, 1);
     EXPECT_EQ(zenro.Run({"symbols", "lint"}).status, 0);
     EXPECT_EQ(zenro.Run({"symbols", "sheet", "-o", "page.html"}).out, "page.html\n");
-    EXPECT_NE(ReadFile(zenro / "page.html").find("<svg"), std::string::npos);
+    // Each symbol in the colour and the width of its layer: a well is blue, a tree green.
+    const std::string page = ReadFile(zenro / "page.html");
+    const auto figure = [&](const std::string& id) {
+        const std::size_t begin = page.find("<figure id=\"" + id + "\"");
+        return page.substr(std::min(begin, page.size()), page.find("</figure>", begin) - begin);
+    };
+    EXPECT_NE(figure("c20").find("stroke=\"#009fe3\" stroke-width=\"15\""), std::string::npos) << figure("c20");
+    EXPECT_NE(figure("c140").find("stroke=\"#009640\""), std::string::npos) << figure("c140");
+    EXPECT_GT(Count(page, "line 0.15 mm"), 300);
     EXPECT_EQ(zenro.Run({"symbols", "sheet", "-o", "page.html"}).status, 5);
+}
+
+TEST(Symbols, ThePageIsHtmlUnderNoOtherName) {
+    const Program zenro;
+    const Outcome r = zenro.Run({"symbols", "sheet", "-o", "page.png"});
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("page.png: the page is HTML"), std::string::npos) << r.err;
+    EXPECT_FALSE(std::filesystem::exists(zenro / "page.png"));
+}
+
+TEST(Symbols, DiffSaysWhatDiffersByStatusTextAndJson) {
+    const Program zenro;
+    zenro.File("a.dat", "*12 G\n2 0,0 1,1\n*13 G\n2 0,0 2,2\n*14 G\n2 0,0 3,3\n*$\n");
+    zenro.File("b.dat", "*12 G\n2 0,0 1,1\n*13 G\n2 0,0 2,5\n*15 G\n2 0,0 3,3\n*$\n");
+    EXPECT_EQ(zenro.Run({"symbols", "diff", "a.dat", "a.dat"}).status, 0);
+    const Outcome text = zenro.Run({"symbols", "diff", "a.dat", "b.dat"});
+    EXPECT_EQ(text.status, 1);
+    EXPECT_NE(text.out.find("13"), std::string::npos) << text.out;
+    EXPECT_EQ(text.out.find("12"), std::string::npos) << text.out;
+    const auto found = nlohmann::json::parse(zenro.Run({"symbols", "diff", "a.dat", "b.dat", "--json"}).out);
+    EXPECT_EQ(found["same"], false);
+    EXPECT_EQ(found["alike"], 1);
+    ASSERT_EQ(found["changed"].size(), 1u);
+    EXPECT_EQ(found["changed"][0]["code"], 13);
+    ASSERT_EQ(found["only_first"].size(), 1u);
+    EXPECT_EQ(found["only_first"][0]["code"], 14);
+    ASSERT_EQ(found["only_second"].size(), 1u);
+    EXPECT_EQ(found["only_second"][0]["code"], 15);
+    EXPECT_EQ(zenro.Run({"symbols", "diff", "a.dat", "missing.dat"}).status, 3);
 }
 
 TEST(Symbols, LintNamesFileAndLineAndFails) {

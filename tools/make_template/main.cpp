@@ -9,7 +9,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "usage: make_template FILE\nWrites the template drawing, by custom named acad.dwg.\n");
         return 2;
     }
-    const std::string drawing = zm::tools::TemplateDrawing();
+    const std::string drawing = zm::tool::TemplateDrawing();
     std::FILE* file = std::fopen(argv[1], "wb");
     bool written = file != nullptr && std::fwrite(drawing.data(), 1, drawing.size(), file) == drawing.size();
     if (file != nullptr && std::fclose(file) != 0) written = false;

@@ -5,11 +5,11 @@
 #include <cstring>
 #include <vector>
 
-#include "dwg/bytes.h"
-#include "dwg/layout.h"
+#include "dwg/format/bytes.h"
+#include "dwg/format/file_layout.h"
 #include "tools/make_template/variables.h"
 
-namespace zm::tools {
+namespace zm::tool {
 namespace {
 
 using dwg::Store;
@@ -153,4 +153,4 @@ std::string TemplateDrawing() {
     return std::string(file.begin(), file.end());
 }
 
-}  // namespace zm::tools
+}  // namespace zm::tool

@@ -4,9 +4,9 @@
 
 #include <string>
 
-namespace zm::tools {
+namespace zm::tool {
 
 /// All bytes of the file.
 std::string TemplateDrawing();
 
-}  // namespace zm::tools
+}  // namespace zm::tool

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-namespace zm::tools {
+namespace zm::tool {
 
 enum class Type {
     u8,
@@ -192,4 +192,4 @@ inline constexpr Variable kVariables[] = {
 };
 // clang-format on
 
-}  // namespace zm::tools
+}  // namespace zm::tool

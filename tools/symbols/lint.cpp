@@ -3,10 +3,11 @@
 
 #include <algorithm>
 
-#include "runtime/gbk.h"
-#include "runtime/numbers.h"
+#include "runtime/text/gbk.h"
+#include "runtime/text/numbers.h"
+#include "tools/kit/translation.h"
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 
 namespace {
 
@@ -21,61 +22,64 @@ struct Words {
 Words WordsOf(Remark what) {
     switch (what) {
         case Remark::kHeaderWithoutCode:
-            return {Weight::lost, "this header has no code, so it is skipped with the lines behind it"};
+            return {Weight::lost, N_("this header has no code, so it is skipped with the lines behind it")};
         case Remark::kCodeOutOfRange:
-            return {Weight::lost, "codes are 1 to 999; this header is skipped with the lines behind it"};
+            return {Weight::lost, N_("codes are 1 to 999; this header is skipped with the lines behind it")};
         case Remark::kUnknownKind:
-            return {Weight::lost, "the kind is none of G, H, L, LC, E, Y; the code draws as a plain line"};
+            return {Weight::lost, N_("the kind is none of G, H, L, LC, E, Y; the code draws as a plain line")};
         case Remark::kKindOfHeaderBefore:
-            return {Weight::doubtful, "no kind stands here, so that of the header before is taken; write it"};
+            return {Weight::doubtful, N_("no kind stands here, so that of the header before is taken; write it")};
         case Remark::kCodeTwice:
-            return {Weight::lost, "the code was defined above; this definition counts, that one is out of reach"};
+            return {Weight::lost, N_("the code was defined above; this definition counts, that one is out of reach")};
         case Remark::kLineSplit:
-            return {Weight::lost, "the line is longer than 179 bytes and is read as several lines; shorten it"};
+            return {Weight::lost, N_("the line is longer than 179 bytes and is read as several lines; shorten it")};
         case Remark::kUnknownOperator:
-            return {Weight::lost, "operators are 1 to 5; this line draws nothing and shows a message at loading"};
+            return {Weight::lost, N_("operators are 1 to 5; this line draws nothing and shows a message at loading")};
         case Remark::kOperatorIgnored:
-            return {Weight::lost, "operators 6 to 9 are accepted and draw nothing"};
+            return {Weight::lost, N_("operators 6 to 9 are accepted and draw nothing")};
         case Remark::kOperatorRepeated:
-            return {Weight::lost, "an empty line in a body repeats the operator before without coordinates; remove it"};
+            return {Weight::lost,
+                    N_("an empty line in a body repeats the operator before without coordinates; remove it")};
         case Remark::kNumbersMissing:
-            return {Weight::lost, "numbers are missing: the line draws nothing, or less than it says"};
+            return {Weight::lost, N_("numbers are missing: the line draws nothing, or less than it says")};
         case Remark::kSegmentWithoutEnd:
-            return {Weight::lost, "a segment with one point is drawn to the far corner (-100 m, -100 m) of the paper"};
+            return {Weight::lost,
+                    N_("a segment with one point is drawn to the far corner (-100 m, -100 m) of the paper")};
         case Remark::kPolylineIndented:
-            return {Weight::lost, "a blank before the operator of a polyline: its points are not read"};
+            return {Weight::lost, N_("a blank before the operator of a polyline: its points are not read")};
         case Remark::kPairTwice:
-            return {Weight::doubtful, "a doubled blank in a polyline: the point behind it is read twice"};
+            return {Weight::doubtful, N_("a doubled blank in a polyline: the point behind it is read twice")};
         case Remark::kSweepEndsBody:
-            return {Weight::lost, "an arc of -100 degrees or less is taken for the end of a record"};
+            return {Weight::lost, N_("an arc of -100 degrees or less is taken for the end of a record")};
         case Remark::kUnknownHatchEntry:
-            return {Weight::lost, "hatch entries are of type 1 to 4; this one draws nothing"};
+            return {Weight::lost, N_("hatch entries are of type 1 to 4; this one draws nothing")};
         case Remark::kHeaderTakenAsPattern:
-            return {Weight::lost, "a header stands where the pattern of the LC symbol above belongs"};
+            return {Weight::lost, N_("a header stands where the pattern of the LC symbol above belongs")};
         case Remark::kPatternEmpty:
-            return {Weight::doubtful, "the pattern has no tokens; it draws as a plain line"};
+            return {Weight::doubtful, N_("the pattern has no tokens; it draws as a plain line")};
         case Remark::kPatternEndedByBlank:
-            return {Weight::lost, "a leading or doubled blank ends the pattern; the tokens behind it are lost"};
+            return {Weight::lost, N_("a leading or doubled blank ends the pattern; the tokens behind it are lost")};
         case Remark::kTooManyTokens:
-            return {Weight::lost, "a pattern has at most 16 tokens; those behind are lost"};
+            return {Weight::lost, N_("a pattern has at most 16 tokens; those behind are lost")};
         case Remark::kTokenTooLong:
-            return {Weight::lost, "a token has at most 19 characters; this one is lost"};
+            return {Weight::lost, N_("a token has at most 19 characters; this one is lost")};
         case Remark::kTooManyLineClasses:
-            return {Weight::lost, "the table of line classes is full at 300; this one draws as a plain line"};
+            return {Weight::lost, N_("the table of line classes is full at 300; this one draws as a plain line")};
         case Remark::kLibraryTooLarge:
-            return {Weight::lost, "the library is too large: reading stops here, and what follows does not exist"};
+            return {Weight::lost, N_("the library is too large: reading stops here, and what follows does not exist")};
         case Remark::kOperatorLosesRecord:
         case Remark::kBodyEndedByText:
-            break;  // these need the lines around them
+        case Remark::kGridDividesByZero:
+            break;  // these need the lines around them, or the numbers
     }
-    return {Weight::lost, ""};
+    return {Weight::lost, N_("")};
 }
 
 /// What an operator of 0 or below in the given line does to its symbol: the line of the record that is lost by it, 0 if
 /// none is.
 ///
 /// The lookup takes as many end marks as the body has records. An uncounted one among them pushes out the last record
-/// that is left; one behind them does no harm.
+/// that is left; one after them does no harm.
 int LostLine(const SymbolText& text, int header, int line) {
     std::vector<int> records, ends;
     int op = 0;
@@ -104,15 +108,15 @@ int HeaderAbove(const SymbolText& text, int line) {
 
 Finding LostRecord(const SymbolText& text, int line, int code) {
     const int lost = LostLine(text, HeaderAbove(text, line), line);
-    Finding finding{line, code, Weight::doubtful, "an operator of 0 or below leaves an end mark that is not counted"};
+    Finding finding{line, code, Weight::doubtful,
+                    Phrase("an operator of 0 or below leaves an end mark that is not counted")};
     if (lost == 0) return finding;
     finding.weight = Weight::lost;
-    finding.text += ", so the symbol loses its record in line " + std::to_string(lost) + ": \"" +
-                    gbk::ToUtf8(text.Line(lost)) + "\"";
+    finding.text += Phrase(", so the symbol loses its record in line {0}: \"{1}\"", lost, gbk::ToUtf8(text.Line(lost)));
     return finding;
 }
 
-/// The first line behind one, before the next header, that would be a record if the body had not ended; 0 if none.
+/// The first line after one, before the next header, that would be a record if the body had not ended; 0 if none.
 int StrandedRecord(const SymbolText& text, int line) {
     int value = 0;
     for (int i = line + 1; i <= static_cast<int>(text.lines.size()); ++i) {
@@ -129,13 +133,13 @@ void LintReading(const SymbolText& text, std::vector<Finding>& findings) {
         if (remark.what == Remark::kOperatorLosesRecord) {
             findings.push_back(LostRecord(text, remark.line, remark.code));
         } else if (remark.what == Remark::kBodyEndedByText) {
-            // Free text behind a body is no fault, unless more of the body follows it.
+            // Free text after a body is no fault, unless more of the body follows it.
             if (const int stranded = StrandedRecord(text, remark.line); stranded != 0)
                 findings.push_back({remark.line, remark.code, Weight::lost,
-                                    "this line ends the body, so line " + std::to_string(stranded) + " is not read"});
-        } else {
+                                    Phrase("this line ends the body, so line {0} is not read", stranded)});
+        } else if (remark.what != Remark::kGridDividesByZero) {  // said by LintHatches
             const Words words = WordsOf(remark.what);
-            findings.push_back({remark.line, remark.code, words.weight, words.text});
+            findings.push_back({remark.line, remark.code, words.weight, Translated(words.text)});
         }
     }
     for (std::size_t i = 0; i < text.lines.size(); ++i) {
@@ -143,7 +147,7 @@ void LintReading(const SymbolText& text, std::vector<Finding>& findings) {
         for (std::size_t j = i + 1; j < text.lines.size(); ++j)
             if (!text.lines[j].empty() && text.lines[j][0] == '*') {
                 findings.push_back({static_cast<int>(j + 1), 0, Weight::lost,
-                                    "line " + std::to_string(i + 1) + " ends the file; this header is not read"});
+                                    Phrase("line {0} ends the file; this header is not read", i + 1)});
                 break;
             }
         break;
@@ -170,9 +174,9 @@ std::vector<Finding> Lint(const char* path) {
 
 std::string FindingText(const std::string& path, const Finding& finding) {
     std::string text = path + ":" + std::to_string(finding.line) + ": ";
-    if (finding.code != 0) text += "code " + std::to_string(finding.code) + ": ";
-    if (finding.weight == Weight::doubtful) text += "doubtful: ";
-    return text + finding.text + ".";
+    if (finding.code != 0) text += Phrase("code {0}: ", finding.code);
+    if (finding.weight == Weight::doubtful) text += Phrase("doubtful: ");
+    return Phrase("{0}{1}.", text, finding.text);
 }
 
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

@@ -7,7 +7,7 @@
 #include "tools/symbols/symbol_text.h"
 #include "tools/symbols/symbols.h"
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 
 /// What the library's reader noticed, in words.
 void LintReading(const SymbolText& text, std::vector<Finding>& findings);
@@ -23,4 +23,4 @@ void LintHatches(const SymbolText& text, std::vector<Finding>& findings);
 /// A length or code as a text shows it: up to six digits.
 std::string Shown(double value);
 
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

@@ -1,9 +1,10 @@
 // Lint of graphic symbols: what their records come to.
 #include <cmath>
 
+#include "tools/kit/translation.h"
 #include "tools/symbols/lint.h"
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 
 namespace {
 
@@ -22,9 +23,10 @@ void LintSweeps(const SymbolText& text, int code, std::vector<Finding>& findings
         float x = 0.0F, y = 0.0F;
         while (record.Pair(x, y))
             if (std::fabs(x - kArcMarkerInFile) < 1.0F && y < 0.0F)
-                findings.push_back({i, code, Weight::lost,
-                                    "a sweep of " + Shown(y / 1000.0) +
-                                        " degrees draws the chord alone; exchange the two points and turn the sign"});
+                findings.push_back(
+                    {i, code, Weight::lost,
+                     Phrase("a sweep of {0} degrees draws the chord alone; exchange the two points and turn the sign",
+                            Shown(y / 1000.0))});
     }
 }
 
@@ -36,13 +38,13 @@ void LintGraphics(const SymbolText& text, std::vector<Finding>& findings) {
         const int line = text.At(code).first;
         const double size = text.library.sizes[static_cast<std::size_t>(code)];
         if (text.Head(code).number == 0) {
-            findings.push_back({line, code, Weight::lost, "the symbol has no record and draws nothing"});
+            findings.push_back({line, code, Weight::lost, Phrase("the symbol has no record and draws nothing")});
         } else if (size > kLargeSymbol && size < kMarkerSize) {
             findings.push_back({line, code, Weight::doubtful,
-                                "the symbol is " + Shown(size) + " mm large; lengths are millimetres on paper"});
+                                Phrase("the symbol is {0} mm large; lengths are millimetres on paper", Shown(size))});
         }
         LintSweeps(text, code, findings);
     }
 }
 
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

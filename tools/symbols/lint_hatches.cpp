@@ -1,26 +1,23 @@
 // Lint of hatches: entries that place nothing, and entries that are never reached.
+#include <algorithm>
 #include <cmath>
 #include <optional>
 #include <utility>
 
+#include "tools/kit/translation.h"
 #include "tools/symbols/lint.h"
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 
 namespace {
 
+using zm::symbol::Remark;
 using zm::symbol::Scanner;
 
 constexpr double kWholeTurn = 1e-6;  // how near a fraction of pi has to be to a whole number to count as one
 
 bool IsWhole(double value) {
     return std::fabs(value - std::trunc(value)) < kWholeTurn;
-}
-
-/// Whether a grid of these angles, degrees, has a family whose step divides by zero.
-bool DividesByZero(double a1, double a2) {
-    if (IsWhole(a1 / 180.0) || IsWhole(2.0 * a2 / 180.0)) std::swap(a1, a2);
-    return IsWhole(a1 / 180.0) || IsWhole((a2 - 90.0) / 180.0);
 }
 
 /// The numbers of an entry, with the defaults of those that are missing.
@@ -55,14 +52,14 @@ class HatchLint {
     void Run() {
         const int header = m_text.At(m_code).first;
         const std::vector<Entry> entries = EntriesOf(m_text, m_code);
-        if (entries.empty()) Say(header, Weight::doubtful, "the hatch has no entry: only the outline is drawn");
+        if (entries.empty()) Say(header, Weight::doubtful, Phrase("the hatch has no entry: only the outline is drawn"));
         const auto style =
             static_cast<int>(m_text.library.body[static_cast<std::size_t>(m_text.Head(m_code).position)].point.x);
         if (style < 0 || style > 6)
-            Say(header, Weight::doubtful, "pen styles of the outline are 0 to 6, here " + std::to_string(style));
+            Say(header, Weight::doubtful, Phrase("pen styles of the outline are 0 to 6, here {0}", style));
         for (std::size_t i = 0; i < entries.size(); ++i) {
             if (i > 0 && (entries[0].type == 3 || entries[0].type == 4)) {
-                Say(entries[i].line, Weight::lost, "entries behind a first brush or bitmap are not looked at");
+                Say(entries[i].line, Weight::lost, Phrase("entries behind a first brush or bitmap are not looked at"));
                 break;
             }
             LintEntry(entries[i], i == 0);
@@ -74,45 +71,52 @@ class HatchLint {
         m_findings.push_back({line, m_code, weight, std::move(what)});
     }
 
+    bool IsRemarked(int line, Remark what) const {
+        return std::any_of(m_text.remarks.begin(), m_text.remarks.end(),
+                           [&](const auto& remark) { return remark.line == line && remark.what == what; });
+    }
+
     void LintEntry(const Entry& entry, bool first) {
         if (entry.type == 1)
             LintGrid(entry);
         else if (entry.type == 2 && !(entry.values[1] > 0.0F))
-            Say(entry.line, Weight::lost, "a spacing of " + Shown(entry.values[1]) + " draws no lines");
+            Say(entry.line, Weight::lost, Phrase("a spacing of {0} draws no lines", Shown(entry.values[1])));
         else if ((entry.type == 3 || entry.type == 4) && !first)
-            Say(entry.line, Weight::lost, "a brush or bitmap behind another entry draws nothing; put it first");
+            Say(entry.line, Weight::lost, Phrase("a brush or bitmap behind another entry draws nothing; put it first"));
         else if (entry.type == 3 || entry.type == 4)
             LintFill(entry);
     }
 
     void LintGrid(const Entry& entry) {
         const float a1 = entry.values[0], d1 = entry.values[1], a2 = entry.values[2], d2 = entry.values[3];
-        if (DividesByZero(a1, a2)) {
+        if (IsRemarked(entry.line, Remark::kGridDividesByZero)) {
             Say(entry.line, Weight::lost,
-                "the angles " + Shown(a1) + " and " + Shown(a2) +
-                    " divide a step by zero, so the entry places nothing; an upright grid is written 0 and 90");
+                Phrase("the angles {0} and {1} divide a step by zero, so the entry places nothing; an upright grid is "
+                       "written 0 and 90",
+                       Shown(a1), Shown(a2)));
         } else if (IsWhole((a1 - a2) / 180.0)) {
-            Say(entry.line, Weight::lost, "the two families are parallel, so the entry places nothing");
+            Say(entry.line, Weight::lost, Phrase("the two families are parallel, so the entry places nothing"));
         }
         if (!(d1 > 0.0F) || !(d2 > 0.0F))
             Say(entry.line, Weight::lost,
-                "spacings of " + Shown(d1) + " and " + Shown(d2) + " place nothing; both have to be above 0");
+                Phrase("spacings of {0} and {1} place nothing; both have to be above 0", Shown(d1), Shown(d2)));
         const float placed = entry.values[4];
         const int code = placed > 0.0F && placed < 1000.0F ? static_cast<int>(placed) : 0;
         if (!m_text.Is(code, SymbolStatusG))
             Say(entry.line, Weight::lost,
-                "code " + Shown(placed) + " is no graphic symbol of this file: the entry places nothing, or dots");
+                Phrase("code {0} is no graphic symbol of this file: the entry places nothing, or dots", Shown(placed)));
     }
 
     // The file's numbers here are whole: style or count, then the three parts of the colour.
     void LintFill(const Entry& entry) {
         if (entry.type == 3 && (entry.values[0] < 0.0F || entry.values[0] > 6.0F))
-            Say(entry.line, Weight::doubtful, "brush styles are 0 to 6; " + Shown(entry.values[0]) + " draws as 1");
+            Say(entry.line, Weight::doubtful,
+                Phrase("brush styles are 0 to 6; {0} draws as 1", Shown(entry.values[0])));
         if (entry.values[1] < 0.0F) return;  // the next colour of the cycle
         for (int i = 1; i < 4; ++i)
             if (entry.values[i] < 0.0F || entry.values[i] > 255.0F)
                 Say(entry.line, Weight::doubtful,
-                    "a colour has parts from 0 to 255; of " + Shown(entry.values[i]) + " the low byte counts");
+                    Phrase("a colour has parts from 0 to 255; of {0} the low byte counts", Shown(entry.values[i])));
     }
 
     const SymbolText& m_text;
@@ -127,4 +131,4 @@ void LintHatches(const SymbolText& text, std::vector<Finding>& findings) {
         if (text.Is(code, SymbolStatusH)) HatchLint(text, code, findings).Run();
 }
 
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

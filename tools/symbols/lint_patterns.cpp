@@ -4,9 +4,10 @@
 #include <cstring>
 #include <string_view>
 
+#include "tools/kit/translation.h"
 #include "tools/symbols/lint.h"
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 
 namespace {
 
@@ -26,7 +27,7 @@ class PatternLint {
 
     void Run() {
         const std::string& pattern = m_text.Line(m_text.At(m_code).first + 1);
-        if (!pattern.empty() && pattern[0] == '*') return;  // a header, and told as such
+        if (!pattern.empty() && pattern[0] == '*') return;  // a header, and reported as one
         LintHeader();
         if (m_symbol.value[19] > kVertexMode)
             LintVertexMode();
@@ -50,41 +51,40 @@ class PatternLint {
             // A number without its own letter counts for A; the others are not looked at, or turn the mode.
             if (letter == 0 || letter == kLetters[slot - 16]) continue;
             Say(0, Weight::doubtful,
-                "header token " + std::to_string(20 - slot) + " is " + Token(slot) + " where " + kLetters[slot - 16] +
-                    " is expected");
+                Phrase("header token {0} is {1} where {2} is expected", 20 - slot, Token(slot), kLetters[slot - 16]));
         }
     }
 
     void LintSymbolToken(int i) {
         const double value = m_symbol.value[i];
         if (value != std::floor(value))
-            Say(1, Weight::doubtful, "the code of " + Token(i) + " is cut to a whole number");
+            Say(1, Weight::doubtful, Phrase("the code of {0} is cut to a whole number", Token(i)));
         const int placed = value > 0.0 && value < 1000.0 ? static_cast<int>(value) : 0;
         if (!m_text.Has(placed))
-            Say(1, Weight::lost, Token(i) + " places a code that the file does not have: nothing, or a dot");
+            Say(1, Weight::lost, Phrase("{0} places a code that the file does not have: nothing, or a dot", Token(i)));
         else if (!m_text.Is(placed, SymbolStatusG))
-            Say(1, Weight::lost, Token(i) + " places a code that is no graphic symbol: nothing, or a dot");
+            Say(1, Weight::lost, Phrase("{0} places a code that is no graphic symbol: nothing, or a dot", Token(i)));
     }
 
     void LintVertexMode() {
         const double d = m_symbol.value[19];
         const int count = static_cast<int>(std::min(d, 1000.0) + 0.001);
         if (m_symbol.code[19] != 'D')
-            Say(0, Weight::doubtful, "vertex symbols without the letter D: no connecting line is drawn");
+            Say(0, Weight::doubtful, Phrase("vertex symbols without the letter D: no connecting line is drawn"));
         if (count < 1 || count > 3 || d != std::floor(d))
-            Say(0, Weight::doubtful, "D counts vertex symbols from 1 to 3, here " + Shown(d));
+            Say(0, Weight::doubtful, Phrase("D counts vertex symbols from 1 to 3, here {0}", Shown(d)));
         const double a = m_symbol.value[18];
-        if (a != 0.0 && a != 1.0) Say(0, Weight::doubtful, "A is 0 or 1; A" + Shown(a) + " counts as 0");
+        if (a != 0.0 && a != 1.0) Say(0, Weight::doubtful, Phrase("A is 0 or 1; A{0} counts as 0", Shown(a)));
         for (int i = 0; i < std::min(count, 3); ++i) {
             if (i >= m_tokens || m_symbol.code[i] != 'G') {
                 Say(1, Weight::lost,
-                    "D" + Shown(d) + " needs " + std::to_string(std::min(count, 3)) +
-                        " tokens G: a message is shown and nothing is drawn");
+                    Phrase("D{0} needs {1} tokens G: a message is shown and nothing is drawn", Shown(d),
+                           std::min(count, 3)));
                 return;
             }
             LintSymbolToken(i);
         }
-        if (m_tokens > count) Say(1, Weight::doubtful, "tokens beyond the count of D are not used");
+        if (m_tokens > count) Say(1, Weight::doubtful, Phrase("tokens beyond the count of D are not used"));
     }
 
     void LintPatternMode() {
@@ -94,13 +94,13 @@ class PatternLint {
             if (IsRun(i)) {
                 cycle += m_symbol.value[i];
                 if (m_symbol.value[i] < 0.0)
-                    Say(1, Weight::lost, "a length below 0 in " + Token(i) + " steps backwards");
-                if (m_symbol.value[i] == 0.0) Say(1, Weight::doubtful, Token(i) + " has no length");
+                    Say(1, Weight::lost, Phrase("a length below 0 in {0} steps backwards", Token(i)));
+                if (m_symbol.value[i] == 0.0) Say(1, Weight::doubtful, Phrase("{0} has no length", Token(i)));
             } else if (letter == 'G') {
                 LintSymbolToken(i);
             } else if (letter == 0 || std::strchr("PLMRW", letter) == nullptr) {
                 Say(1, Weight::doubtful,
-                    "\"" + std::string(1, letter) + "\" means nothing: it takes a place and draws nothing");
+                    Phrase("\"{0}\" means nothing: it takes a place and draws nothing", std::string(1, letter)));
             }
         }
         LintAdvance(cycle);
@@ -116,9 +116,9 @@ class PatternLint {
         }
         if (longest >= std::min(kMarksInARow, 2 * m_tokens))
             Say(1, Weight::lost,
-                "ten tokens without a length in a row: the line ends with a message at its first segment");
+                Phrase("ten tokens without a length in a row: the line ends with a message at its first segment"));
         else if (!(cycle > 0.0))
-            Say(1, Weight::lost, "the lengths add up to nothing: the pattern never gets on along the line");
+            Say(1, Weight::lost, Phrase("the lengths add up to nothing: the pattern never gets on along the line"));
     }
 
     void LintCompanions() {
@@ -133,15 +133,16 @@ class PatternLint {
                 ++widths;
             }
         const bool solid = !HasLetter('-');
-        if (sides > 1) Say(1, Weight::doubtful, "of several tokens L, M, R the last one counts");
-        if (widths > 1) Say(1, Weight::doubtful, "of several tokens W the last one counts");
+        if (sides > 1) Say(1, Weight::doubtful, Phrase("of several tokens L, M, R the last one counts"));
+        if (widths > 1) Say(1, Weight::doubtful, Phrase("of several tokens W the last one counts"));
         if (sides == 0 && widths > 0)
             Say(1, Weight::doubtful,
-                solid ? "W without L, M or R draws a companion on the left" : "W without L, M or R draws no companion");
+                solid ? Phrase("W without L, M or R draws a companion on the left")
+                      : Phrase("W without L, M or R draws no companion"));
         if (HasLetter('M') && solid && width / 2.0 * kLargestScale / 1000.0 <= kLeastHalfWidth)
-            Say(1, Weight::lost, "M on a solid line with W" + Shown(width) + " draws nothing at all at 1:500");
+            Say(1, Weight::lost, Phrase("M on a solid line with W{0} draws nothing at all at 1:500", Shown(width)));
         else if (sides > 0 && !(width > 0.0))
-            Say(1, Weight::lost, "L, M and R need a width W above 0: there is no companion");
+            Say(1, Weight::lost, Phrase("L, M and R need a width W above 0: there is no companion"));
     }
 
     const SymbolText& m_text;
@@ -158,4 +159,4 @@ void LintPatterns(const SymbolText& text, std::vector<Finding>& findings) {
         if (text.Is(code, SymbolStatusLC)) PatternLint(text, code, findings).Run();
 }
 
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

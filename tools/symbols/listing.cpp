@@ -2,14 +2,15 @@
 #include <algorithm>
 #include <map>
 
-#include "runtime/files.h"
-#include "runtime/gbk.h"
-#include "runtime/numbers.h"
+#include "runtime/files/files.h"
+#include "runtime/text/gbk.h"
+#include "runtime/text/numbers.h"
+#include "tools/kit/translation.h"
 #include "tools/symbols/ornament_table.h"
 #include "tools/symbols/symbol_text.h"
 #include "tools/symbols/symbols.h"
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 
 namespace {
 
@@ -31,12 +32,12 @@ const char* KindName(int status) {
 }
 
 const char* KindMeaning(const std::string& kind) {
-    if (kind == "G") return "graphic symbol at a point";
-    if (kind == "LC") return "line pattern";
-    if (kind == "E") return "special line";
-    if (kind == "H") return "area fill";
-    if (kind == "Y") return "coded ornament";
-    return "plain line";
+    if (kind == "G") return N_("graphic symbol at a point");
+    if (kind == "LC") return N_("line pattern");
+    if (kind == "E") return N_("special line");
+    if (kind == "H") return N_("area fill");
+    if (kind == "Y") return N_("coded ornament");
+    return N_("plain line");
 }
 
 Symbol SymbolOf(const SymbolText& text, int code) {
@@ -131,25 +132,25 @@ std::string ShowText(const std::vector<Symbol>& symbols, int code) {
     const auto found =
         std::find_if(symbols.begin(), symbols.end(), [code](const Symbol& symbol) { return symbol.code == code; });
     if (found == symbols.end()) return {};
-    std::string text = "code " + std::to_string(code) + "  " + found->note + "\n";
-    text += "kind " + found->kind + ", " + KindMeaning(found->kind);
-    if (found->kind == "G") text += numbers::Text(", %.2f mm, %d records", found->size, found->number);
-    if (found->kind == "LC") text += numbers::Text(", %d tokens", found->number);
-    if (found->kind == "H") text += numbers::Text(", %d entries", found->number);
-    if (found->kind == "Y" || found->kind == "E" || found->kind == "L")
-        text += numbers::Text(", number %d", found->number);
+    std::string text = Phrase("code {0}  {1}\n", code, found->note);
+    text += Phrase("kind {0}, {1}", found->kind, Translated(KindMeaning(found->kind)));
+    if (found->kind == "G") text += Phrase(", {0} mm, {1} records", numbers::Text("%.2f", found->size), found->number);
+    if (found->kind == "LC") text += Phrase(", {0} tokens", found->number);
+    if (found->kind == "H") text += Phrase(", {0} entries", found->number);
+    if (found->kind == "Y" || found->kind == "E" || found->kind == "L") text += Phrase(", number {0}", found->number);
     text += "\n";
-    if (const std::string leaned = CodeList(LeansOn(*found)); !leaned.empty()) text += "draws with " + leaned + "\n";
+    if (const std::string leaned = CodeList(LeansOn(*found)); !leaned.empty())
+        text += Phrase("draws with {0}\n", leaned);
     std::vector<int> users;
     for (const Symbol& other : symbols) {
         const std::vector<int> codes = LeansOn(other);
         if (other.code != code && std::find(codes.begin(), codes.end(), code) != codes.end())
             users.push_back(other.code);
     }
-    if (!users.empty()) text += "used by " + CodeList(users) + "\n";
+    if (!users.empty()) text += Phrase("used by {0}\n", CodeList(users));
     for (std::size_t i = 0; i < found->source.size(); ++i)
         text += numbers::Text("%6d  ", found->firstLine + static_cast<int>(i)) + found->source[i] + "\n";
     return text;
 }
 
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

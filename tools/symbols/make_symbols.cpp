@@ -20,8 +20,8 @@ int main(int argc, char** argv) {
         sources.emplace_back(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
         if (!sources.back().empty() && sources.back().back() != '\n') sources.back() += '\n';
     }
-    std::vector<zm::tools::symbols::SourceFault> faults;
-    const std::string text = zm::tools::symbols::BuildSymbolFile(sources, faults);
+    std::vector<zm::tool::symbols::SourceFault> faults;
+    const std::string text = zm::tool::symbols::BuildSymbolFile(sources, faults);
     for (const auto& fault : faults)
         std::fprintf(stderr, "make_symbols: line %d of the joined sources: %s.\n", fault.line, fault.text.c_str());
     if (!faults.empty()) return 1;

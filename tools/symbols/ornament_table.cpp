@@ -1,6 +1,6 @@
 #include "tools/symbols/ornament_table.h"
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 
 namespace {
 
@@ -57,4 +57,4 @@ bool OrnamentDraws(int number) {
     return number >= 1 && number <= kOrnaments && number != 21 && number != 27 && number != 29 && number != 31;
 }
 
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

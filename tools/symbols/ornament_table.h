@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 
 constexpr int kOrnaments = 39;
 
@@ -26,4 +26,4 @@ std::span<const Ornament> Ornaments();
 /// Whether an ornament draws anything: 1 to 39 without 21, 27, 29, 31.
 bool OrnamentDraws(int number);
 
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

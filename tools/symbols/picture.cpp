@@ -4,12 +4,12 @@
 #include <cmath>
 #include <numbers>
 
-#include "runtime/gbk.h"
-#include "runtime/numbers.h"
+#include "runtime/text/gbk.h"
+#include "runtime/text/numbers.h"
 #include "tools/symbols/quiet_host.h"
 #include "zenromath/draw.h"
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 
 namespace {
 
@@ -195,7 +195,7 @@ std::string PictureDevice::Body() {
     return m_body;
 }
 
-Picture TakePicture(double scale, double pen, const std::function<void()>& draw) {
+Picture TakePicture(double scale, double pen, const std::function<void()>& draw, COLORREF color) {
     QuietHost quiet;
     PictureDevice device;
     CTqDraw* previous = SelectWorkingTqDC(nullptr);
@@ -208,7 +208,7 @@ Picture TakePicture(double scale, double pen, const std::function<void()>& draw)
         const double corner = -kStageMm / 2.0 * groundPerMm, half = 0.5 / perMetre;
         context.SetViewDrawDC(&device, perMetre, corner - half, corner + half, 2 * kHalfStage, 2 * kHalfStage, 0);
         {
-            const CTQPen ink(0, pen * groundPerMm, DWORD{0});
+            const CTQPen ink(0, pen * groundPerMm, DWORD{color});
             draw();
         }
     }
@@ -235,4 +235,4 @@ std::string SvgElement(const Picture& picture, const std::string& extra) {
            "<g>" + picture.body + "</g>" + extra + "</svg>";
 }
 
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

@@ -6,7 +6,7 @@
 
 #include "zenromath/device.h"
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 
 constexpr int kPixelsPerMm = 100;    // of the picture's device; coordinates of the SVG are its pixels
 constexpr double kStageMm = 160.0;   // width and height of the device, the origin in its middle
@@ -57,10 +57,11 @@ struct Picture {
 /// Draws with the library on a stage of the paper size and gives what came.
 /// \param scale  map scale denominator
 /// \param pen    millimetres on paper
+/// \param color  of the pen: red, green, blue from the lowest byte
 /// \param draw   draws through TqDC, in metres on the ground about the origin
-Picture TakePicture(double scale, double pen, const std::function<void()>& draw);
+Picture TakePicture(double scale, double pen, const std::function<void()>& draw, COLORREF color = 0);
 
 /// The picture as an SVG element at paper size, with a margin; extra is put on top of it.
 std::string SvgElement(const Picture& picture, const std::string& extra);
 
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

@@ -1,4 +1,4 @@
-// A host that shows nothing, for reading a file whose faults are told in another way.
+// A host that shows nothing, for reading a file whose faults are reported in another way.
 #pragma once
 
 #include <stdexcept>
@@ -6,7 +6,7 @@
 
 #include "zenromath/host.h"
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 
 /// In force from construction to destruction. Questions are answered No; an end of the process becomes an exception.
 class QuietHost : public Host {
@@ -31,4 +31,4 @@ class QuietHost : public Host {
     std::string m_message;
 };
 
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

@@ -7,9 +7,9 @@
 #include <map>
 #include <numbers>
 
-#include "runtime/numbers.h"
+#include "runtime/text/numbers.h"
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 
 namespace {
 
@@ -287,7 +287,7 @@ bool ReadPoint(const std::string& word, Millimetres& point) {
            ReadNumber(word.substr(comma + 1), point.y);
 }
 
-/// A shape with what stands in front of it and behind it.
+/// A shape with what is in front of it and after it.
 struct Command {
     bool both = false;
     int turns = 1;
@@ -364,4 +364,4 @@ std::string ExpandShape(std::string_view line, std::vector<std::string>& records
     return {};
 }
 
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

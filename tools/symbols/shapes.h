@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 
 /// A point of a symbol, millimetres on paper, x to the right, y up.
 struct Millimetres {
@@ -22,7 +22,7 @@ struct Millimetres {
 ///     disc x,y r (filled)       wedge x,y r from to (filled)   fill x,y x,y ... (filled polygon)
 ///     wave x,y x,y amplitude halves                        flash x,y height
 /// Angles are degrees, counter-clockwise. In front may stand "both" (the shape and its mirror image at the y axis) or
-/// "turned n" (n copies turned about the origin); behind it "at x,y" moves the result.
+/// "turned n" (n copies turned about the origin); after it "at x,y" moves the result.
 ///
 /// Filled shapes are drawn by strokes kFillStep apart, since the file language has no fill for graphic symbols. No
 /// record is longer than the reader's line.
@@ -37,4 +37,4 @@ constexpr double kFillStep = 0.1;
 /// A length or coordinate as the file has it: at most three decimals, no needless zeros, no negative zero.
 std::string FileNumber(double millimetres);
 
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

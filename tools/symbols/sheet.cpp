@@ -2,55 +2,21 @@
 #include <algorithm>
 #include <array>
 
-#include "runtime/numbers.h"
+#include "runtime/text/numbers.h"
 #include "tools/symbols/ornament_table.h"
 #include "tools/symbols/picture.h"
 #include "tools/symbols/quiet_host.h"
+#include "tools/symbols/samples.h"
 #include "tools/symbols/sheet_page.h"
 #include "tools/symbols/symbols.h"
 #include "zenromath/symbol.h"
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 
 namespace {
 
-constexpr double kSheetScale = 1000.0;  // at which the pictures of codes are taken: metres are millimetres
 constexpr std::array<int, 3> kOrnamentScales = {500, 1000, 2000};
-constexpr int kRoom = 4000;  // points that PROCESSALL may make of a line
-
-using Points = std::vector<OrnamentPoint>;
-
-/// A line with a bend to each side, 62 mm wide on the page. Its lengths are no whole numbers: where a token is exactly
-/// as long as what is left of a segment, that rest stays undrawn.
-const Points kLineSample = {{-31, -4}, {-2.63, -4}, {9.21, 4}, {31, 4}};
-/// An area with a notch, 44 by 30 mm on the page, closed.
-const Points kAreaSample = {{-22, -15}, {22, -15}, {22, 15}, {4, 15}, {4, 7}, {-8, 7}, {-8, 15}, {-22, 15}, {-22, -15}};
-
-/// Points about their middle, so that any size stands in the middle of the stage.
-Points Centred(const Points& points) {
-    double left = points[0].x, right = left, low = points[0].y, high = low;
-    for (const OrnamentPoint& p : points) {
-        left = std::min(left, p.x);
-        right = std::max(right, p.x);
-        low = std::min(low, p.y);
-        high = std::max(high, p.y);
-    }
-    Points centred;
-    for (const OrnamentPoint& p : points) centred.push_back({p.x - (left + right) / 2.0, p.y - (low + high) / 2.0});
-    return centred;
-}
-
-/// Points as the interface takes them, with room for what it makes of them.
-struct Arrays {
-    explicit Arrays(const Points& points) : n(static_cast<int>(points.size())), x(kRoom), y(kRoom) {
-        for (std::size_t i = 0; i < points.size(); ++i) {
-            x[i] = points[i].x;
-            y[i] = points[i].y;
-        }
-    }
-    int n;
-    std::vector<double> x, y;
-};
+using Points = SamplePoints;
 
 /// The control points as small numbered dots, in the picture's own units.
 std::string NumberedPoints(const Points& points, double scale) {
@@ -92,22 +58,25 @@ class Sheet {
     Sheet(const SheetOptions& options, PageText& page) : m_options(options), m_page(page) {}
 
     void AddSymbol(const Symbol& symbol) {
+        m_look = m_options.look ? m_options.look(symbol.code) : SheetOptions::Look{m_options.pen, 0};
+        if (m_options.look) m_page.SetPenWidth(m_look.width);
         if (symbol.kind == "G")
             AddGraphic(symbol);
         else if (symbol.kind == "Y" && symbol.number >= 1 && symbol.number <= kOrnaments)
             AddOrnamentCode(symbol);
         else
-            AddAlong(symbol, symbol.kind == "H" ? kAreaSample : kLineSample);
+            AddAlong(symbol, symbol.kind == "H" ? AreaSample() : LineSample());
     }
 
     void AddOrnament(const Ornament& ornament, const std::string& name) {
+        m_look = {m_options.pen, 0};
         const Points points = Centred(ornament.example);
         std::string pictures;
         for (const int scale : kOrnamentScales)
             pictures +=
                 "<div class=\"m m" + std::to_string(scale) + "\">" +
                 OrnamentSvg(points, scale,
-                            [&](Arrays& a) {
+                            [&](PointArrays& a) {
                                 drawcode(ornament.number, 0, a.n, a.x.data(), a.y.data(), static_cast<double>(scale));
                             }) +
                 "</div>";
@@ -115,37 +84,43 @@ class Sheet {
     }
 
  private:
-    std::string OrnamentSvg(const Points& points, double scale, const std::function<void(Arrays&)>& draw) {
-        Picture picture = TakePicture(scale, m_options.pen, [&] {
-            Arrays arrays(points);
-            draw(arrays);
-        });
+    std::string OrnamentSvg(const Points& points, double scale, const std::function<void(PointArrays&)>& draw) {
+        Picture picture = TakePicture(
+            scale, m_look.width,
+            [&] {
+                PointArrays arrays(points);
+                draw(arrays);
+            },
+            m_look.color);
         m_message = picture.message;
         Include(picture, points, scale);
         return SvgElement(picture, NumberedPoints(points, scale));
     }
 
     void AddGraphic(const Symbol& symbol) {
-        const Picture picture = TakePicture(kSheetScale, m_options.pen, [&] { insert(0.0, 0.0, 0.0, symbol.code); });
+        const Picture picture = TakePicture(
+            kSampleScale, m_look.width, [&] { insert(0.0, 0.0, 0.0, symbol.code); }, m_look.color);
         m_page.AddSymbol(symbol, SvgElement(picture, "<path class=\"o\" d=\"M-30 0H30M0-30V30\"/>"), picture.message);
     }
 
     void AddAlong(const Symbol& symbol, const Points& points) {
-        const Picture picture = TakePicture(kSheetScale, m_options.pen, [&] {
-            Arrays arrays(points);
+        const auto draw = [&] {
+            PointArrays arrays(points);
             PROCESSALL(arrays.n, arrays.x.data(), arrays.y.data(), 1, symbol.code);
-        });
+        };
+        const Picture picture = TakePicture(kSampleScale, m_look.width, draw, m_look.color);
         m_page.AddSymbol(symbol, SvgElement(picture, ""), picture.message);
     }
 
     void AddOrnamentCode(const Symbol& symbol) {
         const Points points = Centred(Ornaments()[static_cast<std::size_t>(symbol.number) - 1].example);
         const std::string svg = OrnamentSvg(
-            points, kSheetScale, [&](Arrays& a) { PROCESSALL(a.n, a.x.data(), a.y.data(), 1, symbol.code); });
+            points, kSampleScale, [&](PointArrays& a) { PROCESSALL(a.n, a.x.data(), a.y.data(), 1, symbol.code); });
         m_page.AddSymbol(symbol, svg, m_message);
     }
 
     const SheetOptions& m_options;
+    SheetOptions::Look m_look{};
     PageText& m_page;
     std::string m_message;
 };
@@ -167,4 +142,4 @@ std::string SheetPage(const char* path, const SheetOptions& options) {
     return page.Finish();
 }
 
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

@@ -1,8 +1,11 @@
 #include "tools/symbols/sheet_page.h"
 
-#include "runtime/numbers.h"
+#include <cmath>
 
-namespace zm::tools::symbols {
+#include "runtime/text/markup.h"
+#include "runtime/text/numbers.h"
+
+namespace zm::tool::symbols {
 
 namespace {
 
@@ -67,49 +70,39 @@ std::string Lines(const Symbol& symbol) {
     return text;
 }
 
-}  // namespace
-
-std::string Escaped(const std::string& text) {
-    std::string out;
-    for (const char c : text) {
-        switch (c) {
-            case '&':
-                out += "&amp;";
-                break;
-            case '<':
-                out += "&lt;";
-                break;
-            case '>':
-                out += "&gt;";
-                break;
-            case '"':
-                out += "&quot;";
-                break;
-            default:
-                // Control bytes of a damaged file have no place in HTML.
-                out += static_cast<unsigned char>(c) < 0x20 && c != '\n' && c != '\t' ? '?' : c;
-                break;
+// The length of a line pattern: its strokes, its gaps, and nothing of its marks. 0 for other symbols.
+double PeriodOf(const Symbol& symbol) {
+    double period = 0.0;
+    if (symbol.kind != "LC") return period;
+    for (std::size_t i = 1; i < symbol.source.size(); ++i)
+        for (const char* at = symbol.source[i].c_str(); *at != '\0'; ++at) {
+            const bool first = at == symbol.source[i].c_str() || at[-1] == ' ';
+            if (first && (*at == '+' || *at == '-')) period += std::fabs(numbers::ReadReal(at));
         }
-    }
-    return out;
+    return period;
 }
 
+}  // namespace
+
 PageText::PageText(const std::string& title, std::size_t symbols) {
-    m_text = "<!DOCTYPE html>\n<html lang=\"zh-CN\"><head><meta charset=\"utf-8\"><title>" + Escaped(title) +
-             "</title><style>" + kStyle + "</style></head>\n<body data-m=\"1000\"><header><h1>" + Escaped(title) +
+    m_text = "<!DOCTYPE html>\n<html lang=\"zh-CN\"><head><meta charset=\"utf-8\"><title>" + HtmlText(title) +
+             "</title><style>" + kStyle + "</style></head>\n<body data-m=\"1000\"><header><h1>" + HtmlText(title) +
              "</h1>" + kControls + "<h2>" + std::to_string(symbols) + " codes</h2>\n<main>\n";
 }
 
 void PageText::AddSymbol(const Symbol& symbol, const std::string& svg, const std::string& message) {
     const std::string code = std::to_string(symbol.code);
-    m_text += "<figure id=\"c" + code + "\" data-t=\"" + code + "\n" + Escaped(symbol.note) + "\n";
+    m_text += "<figure id=\"c" + code + "\" data-t=\"" + code + "\n" + HtmlText(symbol.note) + "\n";
     for (const char c : symbol.kind) m_text += static_cast<char>(c | 0x20);
     m_text += "\"><div class=\"pic\">" + svg + "</div><figcaption><b>" + code + "</b><span class=\"k\">" + symbol.kind +
-              "</span> " + Escaped(symbol.note);
+              "</span> " + HtmlText(symbol.note);
     if (symbol.kind == "G") m_text += numbers::Text(" <small>%.1f mm</small>", symbol.size);
-    if (!message.empty()) m_text += "<div class=\"w\">" + Escaped(message) + "</div>";
+    if (const double period = PeriodOf(symbol); period > 0.0)
+        m_text += numbers::Text(" <small>every %.1f mm</small>", period);
+    if (m_penWidth > 0.0) m_text += numbers::Text(" <small>line %.2f mm</small>", m_penWidth);
+    if (!message.empty()) m_text += "<div class=\"w\">" + HtmlText(message) + "</div>";
     m_text += "<details><summary>" + Lines(symbol) + "</summary><pre>";
-    for (const std::string& line : symbol.source) m_text += Escaped(line) + "\n";
+    for (const std::string& line : symbol.source) m_text += HtmlText(line) + "\n";
     m_text += "</pre></details></figcaption></figure>\n";
 }
 
@@ -119,9 +112,9 @@ void PageText::BeginOrnaments() {
 
 void PageText::AddOrnament(int number, const std::string& name, bool draws, const std::string& pictures) {
     const std::string text = std::to_string(number);
-    m_text += "<figure id=\"y" + text + "\" data-t=\"ornament\n" + text + "\n" + Escaped(name) +
+    m_text += "<figure id=\"y" + text + "\" data-t=\"ornament\n" + text + "\n" + HtmlText(name) +
               "\"><div class=\"pic\">" + pictures + "</div><figcaption><b>" + text +
-              "</b><span class=\"k\">ornament</span> " + Escaped(name);
+              "</b><span class=\"k\">ornament</span> " + HtmlText(name);
     if (!draws) m_text += "draws nothing";
     m_text += "</figcaption></figure>\n";
 }
@@ -133,4 +126,4 @@ std::string PageText::Finish() {
     return std::move(m_text);
 }
 
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

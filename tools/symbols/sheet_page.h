@@ -6,7 +6,7 @@
 
 #include "tools/symbols/symbols.h"
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 
 class PageText {
  public:
@@ -14,6 +14,8 @@ class PageText {
 
     /// One code: picture, note, kind, source lines, and the message that drawing it brought, if any.
     void AddSymbol(const Symbol& symbol, const std::string& svg, const std::string& message);
+    /// The pen width that the next symbols are labelled with, millimetres; 0: none.
+    void SetPenWidth(double millimetres) { m_penWidth = millimetres; }
     void BeginOrnaments();
     /// One ornament with its pictures at all map scales; name is what it stands for, empty if the file does not tell.
     void AddOrnament(int number, const std::string& name, bool draws, const std::string& pictures);
@@ -21,9 +23,7 @@ class PageText {
 
  private:
     std::string m_text;
+    double m_penWidth = 0.0;
 };
 
-/// Text with the characters that HTML keeps for itself replaced.
-std::string Escaped(const std::string& text);
-
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

@@ -1,9 +1,9 @@
 #include "tools/symbols/source.h"
 
-#include "runtime/gbk.h"
+#include "runtime/text/gbk.h"
 #include "tools/symbols/shapes.h"
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 
 namespace {
 
@@ -67,4 +67,4 @@ std::string BuildSymbolFile(const std::vector<std::string>& sources, std::vector
     return builder.Finish();
 }
 
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 
 /// What is wrong in a line of a source.
 struct SourceFault {
@@ -23,4 +23,4 @@ struct SourceFault {
 /// \param[out] faults  lines that could not be used, counted over all texts; empty if all is well
 std::string BuildSymbolFile(const std::vector<std::string>& sources, std::vector<SourceFault>& faults);
 
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

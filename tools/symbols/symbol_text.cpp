@@ -3,10 +3,10 @@
 #include <cstdio>
 #include <memory>
 
-#include "runtime/files.h"
+#include "runtime/files/files.h"
 #include "tools/symbols/quiet_host.h"
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 
 namespace {
 
@@ -55,7 +55,7 @@ const std::string& SymbolText::Line(int number) const {
 
 namespace {
 
-/// The last line of the symbol whose header stands in the given line.
+/// The last line of the symbol whose header is in the given line.
 int LastLine(const SymbolText& text, int header, int status) {
     const int count = static_cast<int>(text.lines.size());
     if (status == SymbolStatusLC) return header < count ? header + 1 : header;
@@ -96,4 +96,4 @@ bool ReadSymbolText(const char* path, SymbolText& text) {
     return true;
 }
 
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

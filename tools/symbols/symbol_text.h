@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "symbol/symbol_file.h"
+#include "symbol/file/symbol_file.h"
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 
 /// Where a code is defined: lines from 1, both included; 0 and 0 for a code that the file does not define.
 struct Place {
@@ -33,4 +33,4 @@ struct SymbolText {
 /// Reads a file without showing anything. False if it cannot be opened.
 bool ReadSymbolText(const char* path, SymbolText& text);
 
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

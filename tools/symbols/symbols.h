@@ -5,10 +5,12 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
-namespace zm::tools::symbols {
+namespace zm::tool::symbols {
 
 /// How much a finding matters.
 enum class Weight {
@@ -55,10 +57,34 @@ std::string ListText(const std::vector<Symbol>& symbols, const std::string& kind
 /// has no such code.
 std::string ShowText(const std::vector<Symbol>& symbols, int code);
 
+/// Two libraries, symbol by symbol: by their source lines, blanks at the ends of lines left aside. Each list by code.
+struct Comparison {
+    std::vector<std::pair<Symbol, Symbol>> changed;  ///< as the first has it, as the second has it
+    std::vector<Symbol> onlyFirst, onlySecond;
+    int alike = 0;
+    bool same() const;
+};
+
+/// Compares symbols as ReadSymbols gives them.
+Comparison Compare(const std::vector<Symbol>& first, const std::vector<Symbol>& second);
+
+/// The lines of a symbol that go ("  - ") and come ("  + ").
+std::string ChangesOf(const Symbol& before, const Symbol& after);
+
+/// What differs, for people: changed symbols with the lines that go ("-") and come ("+"), codes that only one has, and
+/// a line of counts. first and second are the names of the two.
+std::string ComparisonText(const Comparison& comparison, const std::string& first, const std::string& second);
+
 /// What the page of pictures needs to know.
 struct SheetOptions {
     std::string title = "Symbol library";
-    double pen = 0.15;  ///< millimetres on paper
+    double pen = 0.15;  ///< millimetres on paper, where look is not set
+    /// The pen of a code's layer; where it is not set, black strokes of the width pen.
+    struct Look {
+        double width;         ///< millimetres on paper
+        unsigned long color;  ///< red, green, blue from the lowest byte
+    };
+    std::function<Look(int code)> look;
 };
 
 /// One self-contained HTML page: every code drawn as inline SVG at paper size with its note, kind and source lines, a
@@ -70,4 +96,4 @@ struct SheetOptions {
 /// \return the page; empty if the file cannot be read
 std::string SheetPage(const char* path, const SheetOptions& options);
 
-}  // namespace zm::tools::symbols
+}  // namespace zm::tool::symbols

@@ -91,6 +91,27 @@ TEST_P(Damage, IsNamed) {
 INSTANTIATE_TEST_SUITE_P(Check, Damage, testing::ValuesIn(kDamages),
                          [](const auto& info) { return std::string(info.param.name); });
 
+TEST(Check, KindAbove24IsAProblemErasedOrNot) {
+    for (const unsigned kind : {25u, 127u, 0x80u | 25u, 0xFFu}) {
+        auto bytes = Recorded("demo");
+        Put(bytes, 1310, kind, 1);
+        EXPECT_NE(FirstProblem(bytes).find("kind " + std::to_string(kind & 0x7F)), std::string::npos)
+            << kind << ": " << FirstProblem(bytes);
+    }
+    auto known = Recorded("demo");
+    Put(known, 1310, 24, 1);
+    EXPECT_EQ(FirstProblem(known).find("which no program writes"), std::string::npos) << FirstProblem(known);
+}
+
+TEST(Check, CountOfViewportsThatIsNotTheTablesIsAProblem) {
+    for (const char* name : {"demo", "blocks: exact names"}) {
+        auto bytes = Recorded(name);
+        const std::size_t count = kViewportTable + 2;
+        Put(bytes, count, bytes[count] + 1u, 2);
+        EXPECT_NE(FirstProblem(bytes).find("the VPORT table of"), std::string::npos) << name << FirstProblem(bytes);
+    }
+}
+
 TEST(Check, CoordinateThatIsNoNumberIsAProblem) {
     auto bytes = Recorded("demo");
     Put(bytes, 1310 + 18, std::bit_cast<std::uint64_t>(std::numeric_limits<double>::quiet_NaN()), 8);

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
+
 #include "dwg/reader/drawing.h"
 #include "dwg/reader/dump.h"
+#include "dwg/reader/picture.h"
 #include "tests/dwg/reader/recorded.h"
 #include "tests/support/random.h"
 
@@ -195,6 +198,32 @@ TEST(Drawing, OfAnyBytesNeverFails) {
         for (std::size_t i = 0; i < drawing.blocks.size(); ++i)
             drawing.ForEachInBlock(i, [&](const Record& record) { return !Line(drawing, record, false).empty(); });
     }
+}
+
+TEST(Picture, ExtentsHoldTheCapitalsOfAText) {
+    auto bytes = RecordedTemplate("plain");
+    const auto put = [&](std::size_t at, std::uint64_t value, std::size_t width) {
+        for (std::size_t i = 0; i < width; ++i) bytes.at(at + i) = static_cast<std::uint8_t>(value >> (8 * i));
+    };
+    std::vector<std::uint8_t> text = {kText, 0, 37, 0, 0, 0, 0, 0};
+    for (const double value : {100.0, 200.0, 2.0})  // place and height
+        for (std::size_t i = 0; i < 8; ++i)
+            text.push_back(static_cast<std::uint8_t>(std::bit_cast<std::uint64_t>(value) >> (8 * i)));
+    text.insert(text.end(), {3, 0, 'F', 'O', 'O'});
+    bytes.insert(bytes.begin() + 1310, text.begin(), text.end());
+    put(24, 1310 + text.size(), 4);
+    for (const std::size_t field : {50u, 60u, 70u, 80u, 90u}) {  // the tables moved
+        std::uint64_t address = 0;
+        for (std::size_t i = 4; i-- > 0;) address = address << 8 | bytes[field + i];
+        put(field, address + text.size(), 4);
+    }
+    Point low, high;
+    ASSERT_TRUE(Extents(Drawing(bytes), low, high));
+    EXPECT_EQ(low.x, 100.0);
+    EXPECT_EQ(low.y, 200.0);
+    EXPECT_EQ(high.y, 202.0);
+    EXPECT_GE(high.x, 100.0 + 3 * 2.0 * 1.25);  // an O of DejaVu Sans, where digits are as wide as high
+    EXPECT_LE(high.x, 100.0 + 3 * 2.0 * 1.4);
 }
 
 }  // namespace

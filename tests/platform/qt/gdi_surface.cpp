@@ -3,8 +3,7 @@
 
 #include <QImage>
 
-#include "platform/qt/application.h"
-#include "platform/qt/qt_device.h"
+#include "zenromath/qt.h"
 
 namespace {
 

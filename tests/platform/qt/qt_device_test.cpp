@@ -1,4 +1,4 @@
-#include "platform/qt/qt_device.h"
+#include "zenromath/qt.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,6 @@
 #include <cstring>
 
 #include "draw/device.h"
-#include "platform/qt/application.h"
 #include "platform/qt/qt_text.h"
 #include "tests/support/scratch.h"
 

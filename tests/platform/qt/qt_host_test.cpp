@@ -1,4 +1,4 @@
-#include "platform/qt/qt_host.h"
+#include "zenromath/qt_host.h"
 
 #include <gtest/gtest.h>
 
@@ -9,9 +9,9 @@
 #include <QMouseEvent>
 #include <QStatusBar>
 
-#include "platform/qt/application.h"
-#include "runtime/gbk.h"
 #include "runtime/state.h"
+#include "runtime/text/gbk.h"
+#include "zenromath/qt.h"
 #include "zenromath/runtime.h"
 
 namespace {

@@ -1,3 +1,0 @@
-#include "dialogs/state.h"
-
-void zm::dialogs::ResetState() {}

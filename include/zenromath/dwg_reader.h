@@ -1,0 +1,124 @@
+// Reads drawing files of version digits 1006 and 1009 back: their tables, their entities, and a proof that they are
+// sound. It shares no code with the writer of zenromath/dwg.h.
+//
+// Texts are bytes in GBK unless they are said to be UTF-8. Coordinates and angles are as the file has them.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "zenromath/export.h"
+
+namespace zm {
+namespace dwg::reader {
+class Drawing;
+}
+
+struct DrawingPoint {
+    double x = 0.0;
+    double y = 0.0;
+    double z = 0.0;
+};
+
+struct DrawingLayer {
+    std::string name;
+    int color = 0;         ///< below 0: the layer is off
+    std::string linetype;  ///< its name
+    bool shown = true;     ///< neither off nor frozen
+};
+
+struct DrawingStyle {
+    std::string name;
+    std::string font;
+    std::string bigFont;
+    double widthFactor = 1.0;
+    double oblique = 0.0;  ///< radians
+};
+
+struct DrawingLinetype {
+    std::string name;
+    std::string description;
+    std::vector<double> elements;  ///< dashes above 0, gaps below 0, dots 0
+};
+
+/// A field of an entity after its points, such as the radius of a circle or the text of a text.
+struct DrawingField {
+    std::string name;
+    double number = 0.0;
+    std::string text;  ///< of a text field; number is 0 there
+};
+
+struct DrawingEntity {
+    std::uint64_t offset = 0;             ///< in the file, bytes
+    std::string kind;                     ///< "LINE", "CIRCLE" ...; "KIND25" where the kind is not known
+    bool erased = false;                  ///< deleted in the drawing program, still in the file
+    bool inPaperSpace = false;            ///< no part of the drawing's model
+    std::string layer;                    ///< its name
+    std::optional<int> color;             ///< absent: that of the layer; 0: that of the block
+    std::optional<std::string> linetype;  ///< absent: that of the layer; "BYBLOCK"
+    std::optional<double> elevation;
+    std::optional<double> thickness;
+    std::vector<DrawingPoint> points;
+    std::vector<DrawingField> fields;
+
+    /// The number of a field by its name; otherwise where there is none.
+    ZM_API double Number(std::string_view name, double otherwise) const;
+    /// The text of a field by its name, empty where there is none.
+    ZM_API std::string Text(std::string_view name) const;
+};
+
+/// What is wrong at a place of the file. UTF-8.
+struct DrawingFinding {
+    std::uint64_t offset = 0;
+    std::string text;
+};
+
+struct DrawingProof {
+    std::vector<DrawingFinding> problems;  ///< the drawing is damaged; at most 1000 are listed
+    std::vector<DrawingFinding> remarks;   ///< sound, but some programs may not take it
+    std::uint64_t entities = 0;
+    bool sound() const { return problems.empty(); }
+};
+
+/// A drawing file in memory. Takes any bytes: what cannot be read is left out, and Prove says where.
+class ZM_API DrawingFile {
+ public:
+    /// \param bytes  the whole file
+    explicit DrawingFile(std::vector<std::uint8_t> bytes);
+    /// Reads a file. path: GBK, with backslashes or slashes. Empty where it cannot be opened or read.
+    static std::optional<DrawingFile> Open(const char* path);
+    ~DrawingFile();
+    DrawingFile(DrawingFile&& other) noexcept;
+    DrawingFile& operator=(DrawingFile&& other) noexcept;
+
+    /// The version digits, 1006 or 1009; 0 for any other file, of which nothing else is read.
+    int version() const;
+    std::vector<DrawingLayer> Layers() const;
+    std::vector<DrawingStyle> Styles() const;
+    std::vector<DrawingLinetype> Linetypes() const;
+    /// The names of the blocks, in the order of their numbers.
+    std::vector<std::string> Blocks() const;
+
+    /// Calls visit for each entity in the order of the file, until it returns false or a record cannot be read.
+    void ForEachEntity(const std::function<bool(const DrawingEntity&)>& visit) const;
+    /// The same for the entities of a block, from its BLOCK to its ENDBLK, both included.
+    /// \param block  number of the block, from 0; nothing is visited beyond the last
+    void ForEachInBlock(std::size_t block, const std::function<bool(const DrawingEntity&)>& visit) const;
+
+    /// Bounds of what is drawn. False if nothing is.
+    bool Extents(DrawingPoint& low, DrawingPoint& high) const;
+    /// Checks every offset, length, index, count and link.
+    DrawingProof Prove() const;
+    /// Version, counts, tables and extents for people, or as one object of JSON. UTF-8.
+    std::string Info(bool json) const;
+
+ private:
+    std::unique_ptr<dwg::reader::Drawing> m_drawing;
+};
+
+}  // namespace zm

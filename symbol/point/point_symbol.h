@@ -1,0 +1,46 @@
+// The placing of graphic symbols, for what knows more of their angle than the number or places many.
+#pragma once
+
+#include "draw/stroke/stream.h"
+#include "geometry/exact/turn.h"
+#include "symbol/paper.h"
+#include "zenromath/symbol.h"
+
+namespace zm::symbol {
+
+/// The points of a symbol on the ground, turned and scaled about its place.
+class SymbolFigure {
+ public:
+    SymbolFigure(double x, double y, geometry::Turn& turn)
+        : m_x(x),
+          m_y(y),
+          m_scale(ScaleDenominator()),
+          m_turned(!turn.IsBelow(kNoRotation)),
+          m_figure(turn, x, y, m_scale) {}
+
+    double scale() const { return m_scale; }
+    Point At(const SYMBODY::Point& p) {
+        const double px = p.x;
+        const double py = p.y;
+        if (!m_turned) return {m_x + px * m_scale, m_y + py * m_scale};
+        const geometry::Place place = m_figure.Of(px, py);
+        return {place.x, place.y};
+    }
+
+ private:
+    static constexpr double kNoRotation = 1e-6;  // radians
+
+    double m_x;
+    double m_y;
+    double m_scale;
+    bool m_turned;
+    geometry::TurnedFigure m_figure;
+};
+
+constexpr double kDotPixels = 1.5;  // a symbol smaller than this is a dot on a device
+
+/// insert with the angle as a turn, which may become exact. Strokes go to the stream, which is flushed ahead of whatever
+/// else draws or shows something; the caller flushes the last ones.
+int PlaceSymbol(draw::StrokeStream& stream, double x, double y, geometry::Turn& turn, int code);
+
+}  // namespace zm::symbol

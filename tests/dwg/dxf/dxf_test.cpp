@@ -1,0 +1,113 @@
+// DXF read back by ezdxf and GDAL, entity by entity against the drawing.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "dwg/dxf/dxf_writer.h"
+#include "dwg/reader/dump.h"
+#include "tests/dwg/reader/real_drawings.h"
+#include "tests/dwg/reader/recorded.h"
+#include "tests/support/scratch.h"
+
+namespace zm::test {
+namespace {
+
+using dwg::reader::Drawing;
+using dwg::reader::Record;
+
+std::string DxfOf(const Drawing& drawing, dwg::dxf::Options options = {}, long* leftOut = nullptr) {
+    std::string text;
+    dwg::dxf::Count count;
+    EXPECT_TRUE(WriteDxf(
+        drawing, options, [&](std::string_view part) { return text += part, true; }, count));
+    if (leftOut != nullptr) *leftOut = count.leftOut;
+    return text;
+}
+
+// The records as lines of JSON, those of blocks with the block's number.
+std::string RecordsOf(const Drawing& drawing) {
+    std::string lines;
+    const auto add = [&](const Record& record, const std::string& block) {
+        std::string line = Line(drawing, record, true);
+        lines += line.insert(1, block) + "\n";
+        return true;
+    };
+    ForEachInOrder(drawing, [&](const Record& record) { return add(record, ""); });
+    for (std::size_t i = 0; i < drawing.blocks.size(); ++i)
+        ForEachInBlockInOrder(drawing, i, [&](const Record& record) {
+            return add(record, "\"block_index\":" + std::to_string(i) + ",");
+        });
+    return lines;
+}
+
+class Dxf : public testing::Test {
+ protected:
+    void Add(const Drawing& drawing) {
+        const std::string name = "drawing" + std::to_string(m_count++);
+        const auto quoted = [&](const std::string& file) { return " '" + (m_dir / file).string() + "'"; };
+        WriteFile(m_dir / (name + ".dxf"), DxfOf(drawing));
+        WriteFile(m_dir / (name + ".jsonl"), RecordsOf(drawing));
+        m_files += quoted(name + ".dxf") + quoted(name + ".jsonl");
+    }
+    // Whether the readers find the same; says what is missing where they are not installed.
+    std::string Compare() {
+        const std::string said = (m_dir / "said.txt").string();
+        const std::string command =
+            std::string(ZM_DXF_PYTHON) + " '" ZM_DXF_SCRIPT "'" + m_files + " > '" + said + "' 2>&1";
+        const int status = std::system(command.c_str());
+        if (status == 77 << 8) return "python3-ezdxf and python3-gdal are needed: " + ReadFile(said);
+        EXPECT_EQ(status, 0) << ReadFile(said);
+        return {};
+    }
+
+ private:
+    ScratchDir m_dir;
+    std::string m_files;
+    int m_count = 0;
+};
+
+TEST_F(Dxf, OfRecordedDrawingsReadsTheSame) {
+    int count = 0;
+    for (const auto& recorded : RecordedDrawings())
+        if (count++ % 4 == 0 || recorded.id == "demo") Add(Drawing(recorded.bytes));
+    const std::string missing = Compare();
+    if (!missing.empty()) GTEST_SKIP() << missing;
+}
+
+TEST_F(Dxf, OfRealDrawingsReadsTheSame) {
+    ZM_NEED_REAL_DRAWINGS();
+    for (const RealDrawing& real : RealDrawings())
+        if (!real.Of("entity").empty()) Add(Drawing(real.bytes));
+    const std::string missing = Compare();
+    if (!missing.empty()) GTEST_SKIP() << missing;
+}
+
+TEST_F(Dxf, HasGbkBytesOrUtf8AsAsked) {
+    for (const auto& recorded : RecordedDrawings()) {
+        if (recorded.id != "demo") continue;
+        const Drawing drawing(recorded.bytes);
+        const std::string gbk = DxfOf(drawing), utf8 = DxfOf(drawing, {true});
+        EXPECT_NE(gbk.find("$DWGCODEPAGE\n3\nANSI_936\n"), std::string::npos);
+        EXPECT_NE(utf8.find("$DWGCODEPAGE\n3\nUTF-8\n"), std::string::npos);
+        EXPECT_EQ(gbk.rfind("0\nEOF\n"), gbk.size() - 6);
+    }
+}
+
+TEST_F(Dxf, OfDamagedDrawingsIsWholeAndStaysSmall) {
+    ZM_NEED_REAL_DRAWINGS();
+    for (const RealDrawing& real : RealDrawings()) {
+        if (real.name.find("entities-2d") == std::string::npos && real.name.find("JUMP1") == std::string::npos)
+            continue;
+        for (std::size_t i = 0; i < real.bytes.size(); i += 3) {
+            auto bytes = real.bytes;
+            bytes[i] = i % 2 == 0 ? 0xFF : static_cast<std::uint8_t>(bytes[i] ^ 1 << i % 8);
+            const std::string text = DxfOf(Drawing(std::move(bytes)));
+            EXPECT_EQ(text.rfind("0\nEOF\n"), text.size() - 6) << i;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace zm::test

@@ -1,0 +1,93 @@
+// The short forms are taken where they should be, and nowhere else.
+#include "runtime/uses.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "tests/symbol/symbol_test.h"
+
+namespace {
+
+using namespace zm::uses;
+
+class Uses : public zm::test::DrawingTest {
+ protected:
+    Uses() { Load("*42 G\n1 -0.2,0 0.2,0\n1 0,-0.2 0,0.2\n1 -0.2,-0.2 0.3,0.1\n*80 LC\n+0.6 -0.2 G42 -0.2\n*$\n"); }
+
+    // A view of 80 by 60 units about the middle of a projection's sheet, clipped to itself as applications have it.
+    CTqDraw& BeginSheet(int type = 0) {
+        CTqDraw& dc = Begin(type);
+        dc.SetViewDrawDC(&m_device, 10.0, kEast, kNorth, 800, 600, 0);
+        dc.SetCutArea();
+        dc.SetDoCut(1);
+        return dc;
+    }
+    static void LayPattern() {
+        double x[] = {kEast + 10.3, kEast + 60.1};
+        double y[] = {kNorth + 10.2, kNorth + 40.7};
+        std::fill(std::begin(counts), std::end(counts), 0);
+        PROCESSALL(2, x, y, 1, 80);
+    }
+    static constexpr double kEast = 512340.25, kNorth = 3391230.5;
+};
+
+TEST_F(Uses, APatternInTheViewOfAClippedDeviceTakesTheShortFormsAlone) {
+    BeginSheet();
+    LayPattern();
+    EXPECT_GE(counts[strokeInBox], 58u);  // dashes, and strokes of symbols on the edge of a pixel
+    EXPECT_EQ(counts[strokeOutside], 0u);
+    EXPECT_GE(counts[symbolMoved], 55u);
+    EXPECT_LE(counts[symbolExact], 3u);
+    EXPECT_EQ(counts[symbolAlone], 0u);
+    EXPECT_GT(counts[stepByCourse], 160u);  // three for each metre
+    EXPECT_LE(counts[stepByLeg], 2u);
+}
+
+TEST_F(Uses, StrokesAcrossTheClipRectangleAreClipped) {
+    CTqDraw& dc = BeginSheet();
+    dc.SetCutArea(kEast + 20.0, kNorth + 10.0, kEast + 40.0, kNorth + 50.0);
+    LayPattern();
+    EXPECT_GT(counts[strokeInBox], 10u);
+    EXPECT_GT(counts[strokeOutside], 10u);
+    EXPECT_GT(counts[symbolMoved], 10u);
+    EXPECT_GT(counts[symbolAlone], 10u);
+}
+
+TEST_F(Uses, ARotatedOrFlippedContextMovesNoSymbols) {
+    CTqDraw& dc = BeginSheet();
+    dc.SetRotateMoveP(1.0, kEast, kNorth);
+    LayPattern();
+    EXPECT_EQ(counts[symbolMoved], 0u);
+    EXPECT_GT(counts[strokeInBox], 200u);  // rotated, they are still in the box
+    dc.SetRotateMoveP(0.0, 0.0, 0.0);
+    dc.SetViewDrawDC(&m_device, 10.0, kEast, kNorth, 800, 600, 1);
+    LayPattern();
+    EXPECT_EQ(counts[symbolMoved], 0u);
+    EXPECT_EQ(counts[strokeInBox], 0u);
+    EXPECT_GT(counts[strokeOutside], 200u);
+}
+
+TEST_F(Uses, AClipPolygonTakesTheLongWay) {
+    CTqDraw& dc = BeginSheet();
+    double x[] = {kEast, kEast + 80.0, kEast + 80.0, kEast};
+    double y[] = {kNorth, kNorth, kNorth + 60.0, kNorth + 60.0};
+    dc.SetCutArea(4, x, y);
+    LayPattern();
+    EXPECT_EQ(counts[strokeInBox], 0u);
+    EXPECT_EQ(counts[symbolMoved], 0u);
+}
+
+TEST_F(Uses, OfADrawingFileEachStrokeGoesOutAloneByTheQuickStepsAndTurns) {
+    BeginSheet(1);
+    LayPattern();
+    EXPECT_EQ(counts[strokeInBox], 0u);
+    EXPECT_GT(counts[strokeOutside], 200u);
+    EXPECT_GT(counts[stepByCourse], 160u);  // three for each metre
+    EXPECT_GT(counts[pointByLeg], 6u * 50u);
+    EXPECT_LE(counts[pointByBearing], 6u);
+}
+
+}  // namespace

@@ -1,0 +1,313 @@
+// Files of the window: exports, what is dropped on it, settings that are changed, files that are being written.
+#include <gmock/gmock.h>
+
+#include <QDockWidget>
+#include <QDropEvent>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QTreeWidget>
+#include <QUrl>
+#include <filesystem>
+#include <fstream>
+#include <vector>
+
+#include "tests/view/window_fixture.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace zm::test;
+using testing::HasSubstr;
+
+class WindowFiles : public WindowTest {
+ protected:
+    // 100 m by 100 m in a window that is wider than high.
+    void OpenSquare() { Open({}, {"--sheet=40500000,3400000,40500100,3400100"}); }
+    /// Exports by the dialog to a file; its path.
+    QString Export(const char* action, const char* name) {
+        const QString file = Path(name);
+        EXPECT_TRUE(InDialog<QFileDialog>(action, [&](QFileDialog& dialog) {
+            dialog.findChild<QLineEdit*>()->setText(file);
+            QMetaObject::invokeMethod(&dialog, "accept");
+        }));
+        EXPECT_TRUE(WaitForMessage(file + ": written"));
+        return file;
+    }
+    /// The list that opens with an error, and takes room of the map.
+    void ShowMessages() const {
+        window().findChild<QDockWidget*>("messagesDock")->show();
+        QTest::qWait(50);
+        WaitForPicture();
+    }
+    static long DarkOf(const QImage& image) {
+        long dark = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x) dark += qGray(image.pixel(x, y)) < 200 ? 1 : 0;
+        return dark;
+    }
+    void Drop(const QStringList& files, Qt::KeyboardModifiers keys = Qt::NoModifier) {
+        QMimeData data;
+        QList<QUrl> urls;
+        for (const QString& file : files) urls << QUrl::fromLocalFile(file);
+        data.setUrls(urls);
+        QDragEnterEvent enter(QPoint(300, 300), Qt::CopyAction, &data, Qt::LeftButton, keys);
+        QApplication::sendEvent(&window(), &enter);
+        EXPECT_TRUE(enter.isAccepted());
+        QDropEvent drop(QPointF(300, 300), Qt::CopyAction, &data, Qt::LeftButton, keys);
+        QApplication::sendEvent(&window(), &drop);
+    }
+    int Layers() const { return layers().topLevelItemCount(); }
+    void Check(int row, bool shown) const {
+        layers().topLevelItem(0)->child(row)->setCheckState(0, shown ? Qt::Checked : Qt::Unchecked);
+    }
+    QString Second() const {
+        return QString::fromStdString(
+            zenro.File("more.geojson", Collection(LineFeature("[40500000,3400060],[40500100,3400060]", ""))));
+    }
+};
+
+TEST_F(WindowFiles, TheViewIsExportedAtItsScaleWithoutAFrame) {
+    OpenSquare();
+    const QImage image(Export("&Export the view...", "view.png"));
+    const auto& view = map().viewport();
+    // 1:500, 300 pixels an inch.
+    EXPECT_NEAR(image.width(), view.size.width() * view.pixel / 500.0 / 0.0254 * 300.0, 2.0);
+    EXPECT_NEAR(image.height(), view.size.height() * view.pixel / 500.0 / 0.0254 * 300.0, 2.0);
+    EXPECT_GT(DarkOf(image), 2000);
+}
+
+TEST_F(WindowFiles, AsASheetItHasItsFrameAndEachFormIsThere) {
+    OpenSquare();
+    const QImage bare(Export("&Export the view...", "view.png"));
+    const QImage sheet(Export("Export as a &sheet with frame...", "sheet.png"));
+    EXPECT_GT(sheet.height(), bare.height() + 100);
+    const std::pair<const char*, const char*> kForms[] = {
+        {"map.pdf", "%PDF"}, {"map.svg", "<?xml"}, {"map.dwg", "AC1006"}, {"map.dxf", "0\nSECTION"}, {"map.rec", "#"}};
+    for (const auto& [name, start] : kForms)
+        EXPECT_EQ(ReadFile(Export("&Export the view...", name).toStdString()).substr(0, std::strlen(start)), start);
+}
+
+TEST_F(WindowFiles, ADrawingAndARecordingAreExportedWholeInTheFormsThatTheyCanHave) {
+    using Form = std::pair<const char*, const char*>;
+    zenro.File("in.geojson", Collection(LineFeature("[40500000,3400000],[40500100,3400060]", "\"a\":1")));
+    zenro.File("any.rules", "* -> symbol 250\n");
+    ASSERT_EQ(zenro
+                  .Run({"draw", "in.geojson", "--rules", "./any.rules", "--scale", "500", "--no-frame", "-o", "in.dwg",
+                        "-o", "in.rec"})
+                  .status,
+              0);
+    for (const auto& [input, forms] :
+         {std::pair{"in.dwg", std::vector<Form>{{"d.svg", "<?xml"}, {"d.png", "\x89PNG"}, {"d.dxf", "0\nSECTION"}}},
+          {"in.rec", {{"r.svg", "<?xml"}, {"r.pdf", "%PDF"}, {"r.dwg", "AC1006"}}}}) {
+        Open({Path(input)});
+        for (const auto& [name, start] : forms)
+            EXPECT_EQ(ReadFile(Export("&Export the view...", name).toStdString()).substr(0, std::strlen(start)), start);
+        Close();
+    }
+}
+
+TEST_F(WindowFiles, WhatIsHiddenIsNotExported) {
+    OpenSquare();
+    ASSERT_TRUE(WaitFor([&] { return Layers() == 1 && layers().topLevelItem(0)->childCount() == 3; }));
+    const long all = DarkOf(QImage(Export("&Export the view...", "all.png")));
+    Check(0, false);
+    const long fewer = DarkOf(QImage(Export("&Export the view...", "fewer.png")));
+    EXPECT_GT(fewer, 500);
+    EXPECT_LT(fewer, all - 500);
+    Check(0, true);
+    EXPECT_EQ(DarkOf(QImage(Export("&Export the view...", "again.png"))), all);
+}
+
+TEST_F(WindowFiles, ANameWithoutAnEndTakesThatOfItsKind) {
+    OpenSquare();
+    const QString file = Path("plain");
+    InDialog<QFileDialog>("&Export the view...", [&](QFileDialog& dialog) {
+        dialog.findChild<QLineEdit*>()->setText(file);
+        QMetaObject::invokeMethod(&dialog, "accept");
+    });
+    EXPECT_TRUE(WaitForMessage(file + ".pdf: written"));
+}
+
+TEST_F(WindowFiles, AnExportThatCannotBeWrittenIsSaidSo) {
+    OpenSquare();
+    const QString file = Path("no/such/folder.png");
+    InDialogAfter<QFileDialog>([&] { Action("&Export the view...")->trigger(); },
+                               [&](QFileDialog& dialog) {
+                                   dialog.findChild<QLineEdit*>()->setText(file);
+                                   QMetaObject::invokeMethod(&dialog, "accept");
+                               });
+    EXPECT_TRUE(WaitForMessage("status 5")) << Messages().toStdString();
+    EXPECT_THAT(Messages().toStdString(), Not(HasSubstr(": written")));
+}
+
+TEST_F(WindowFiles, DroppedDataIsAddedAndTheViewStays) {
+    OpenSquare();
+    const auto before = map().viewport();
+    Drop({Second()});
+    EXPECT_TRUE(WaitFor([&] { return Layers() == 2; }));
+    WaitForPicture();
+    EXPECT_EQ(map().viewport(), before);
+}
+
+TEST_F(WindowFiles, WithCtrlItReplacesWhatWasThere) {
+    OpenSquare();
+    Drop({Second()}, Qt::ControlModifier);
+    EXPECT_TRUE(WaitFor([&] { return window().windowTitle().startsWith("more.geojson") && Layers() == 1; }));
+    WaitForPicture();
+    EXPECT_NEAR(map().viewport().y, kTownY + 60, 1.0);  // the whole of the new map
+}
+
+TEST_F(WindowFiles, DroppedRulesReplaceTheRules) {
+    OpenSquare();
+    const long before = Dark();
+    ASSERT_TRUE(WaitFor([&] { return layers().topLevelItem(0)->childCount() == 3; }));
+    Drop({QString::fromStdString(zenro.File("lines.rules", "[things : line]\n* -> symbol 250, layer 250\n"))});
+    EXPECT_TRUE(WaitFor([&] { return layers().topLevelItem(0)->childCount() == 1; }));
+    WaitForPicture();
+    EXPECT_LT(Dark(), before);
+}
+
+TEST_F(WindowFiles, WhatCannotBeReadChangesNothing) {
+    OpenSquare();
+    Drop({QString::fromStdString(zenro.File("broken.geojson", "{\"type\": \"FeatureColl"))});
+    EXPECT_TRUE(WaitForMessage("The last good picture stays."));
+    EXPECT_THAT(Messages().toStdString(), HasSubstr("broken.geojson"));
+    EXPECT_TRUE(window().windowTitle().startsWith("things.geojson"));
+    QTest::keyClick(&window(), Qt::Key_F5);  // the map that is shown is the one that is read again
+    EXPECT_TRUE(WaitFor([&] { return !map().isWhole(); }));
+    WaitForPicture();
+    EXPECT_GT(Dark(), 100);
+}
+
+TEST_F(WindowFiles, AFileThatIsBeingWrittenIsReadOnceItIsWhole) {
+    const std::string whole = ReadFile(town.toStdString());
+    OpenSquare();
+    const long before = Dark();
+    const std::string longer = Collection(LineFeature("[40500000,3400060],[40500100,3400060]", "\"kind\":\"road\"") +
+                                          "," + LineFeature("[40500000,3400070],[40500100,3400070]", ""));
+    std::ofstream out(town.toStdString(), std::ios::trunc);
+    for (std::size_t at = 0; at < longer.size(); at += 60) {
+        out << longer.substr(at, 60) << std::flush;
+        QTest::qWait(at == 120 ? 1200 : 100);  // once so long that the half of it is read
+        EXPECT_GT(Dark(), before / 2);         // the last good picture stays meanwhile
+    }
+    out.close();
+    EXPECT_TRUE(WaitFor(
+        [&] { return layers().topLevelItem(0)->childCount() == 1 && layers().topLevelItem(0)->text(1) == "2"; }));
+    WaitForPicture();
+}
+
+TEST_F(WindowFiles, WrongRulesAreNamedAtTheirLineAndTheLastGoodPictureStays) {
+    OpenSquare();
+    ShowMessages();
+    const QImage before = map().Seen();
+    const std::string good = ReadFile(rules.toStdString());
+    WriteFile(rules.toStdString(), good + "kind = 'well' -> symbol\n");
+    ASSERT_TRUE(WaitForMessage("town.rules:8: \"symbol\" needs a value"));
+    EXPECT_TRUE(Messages().contains("The last good picture stays."));
+    EXPECT_TRUE(map().readout().contains("town.rules:8: "));
+    map().SetReadout({});
+    EXPECT_EQ(map().Seen(), before);
+    map().SetReadout("still wrong");
+    // It is still asked.
+    QTest::mouseClick(&map(), Qt::LeftButton, Qt::NoModifier,
+                      map().viewport().ToScreen({kTownX + 20, kTownY + 25}).toPoint());
+    EXPECT_TRUE(WaitFor([&] { return window().findChild<QTreeWidget*>("feature")->topLevelItemCount() == 1; }));
+    WriteFile(rules.toStdString(), "[things : line]\n* -> symbol 250, layer 250\n");
+    EXPECT_TRUE(WaitFor([&] { return layers().topLevelItem(0)->childCount() == 1 && map().isWhole(); }));
+    EXPECT_TRUE(map().readout().isEmpty());  // the error is mended
+}
+
+// Each kind of file that the map is drawn with, and what of the picture it changes.
+TEST_F(WindowFiles, SymbolsNotesAndLayersThatAreSavedAreSeen) {
+    const auto copy = [&](const char* name) {
+        fs::copy_file(fs::path(ZENRO_SOURCE_DIR) / "data" / name, zenro / name);
+        return Path(name);
+    };
+    const auto replaced = [&](const char* name, const std::string& from, const std::string& to) {
+        std::string text = ReadFile(zenro / name);
+        const std::size_t at = text.find(from);
+        ASSERT_NE(at, std::string::npos) << name;
+        WriteFile(zenro / name, text.replace(at, from.size(), to));
+    };
+    zenro.File("own.dat", "*17 G\n3 0,0 2\n*200 L\n*250 L\n*$\n");
+    Open({}, {"--sheet=40500000,3400000,40500100,3400100", "--symbols=" + Path("own.dat"),
+              "--notes=" + copy("Orvnote.cod"), "--project=" + copy("project.ini")});
+    ShowMessages();
+    QImage last = map().Seen();
+    const auto seen = [&] {
+        const bool changed = WaitFor([&] { return map().isWhole() && map().Seen() != last; });
+        last = map().Seen();
+        return changed;
+    };
+    replaced("own.dat", "3 0,0 2", "3 0,0 9");
+    EXPECT_TRUE(seen()) << "symbols";
+    replaced("Orvnote.cod", ",1,3,25,25,", ",1,3,60,60,");
+    EXPECT_TRUE(seen()) << "notes";
+    replaced("project.ini", " 200 205 1 1", " 200 205 3 1");
+    EXPECT_TRUE(seen()) << "layers";
+    // A library without a symbol is none: it is said, and the picture stays.
+    WriteFile(zenro / "own.dat", "nothing\n");
+    EXPECT_TRUE(WaitForMessage("own.dat: is no symbol library"));
+    map().SetReadout({});
+    EXPECT_EQ(map().Seen(), last);
+}
+
+TEST_F(WindowFiles, ASheetHasTheMarginsOfItsFile) {
+    OpenSquare();
+    const long bare = DarkOf(QImage(Export("Export as a &sheet with frame...", "bare.png")));
+    const QString items = QString::fromStdString(zenro.File("my.margins", "title = A sheet with a title of its own\n"));
+    EXPECT_TRUE(InDialog<QFileDialog>("&Margins of the sheet...", [&](QFileDialog& dialog) {
+        dialog.findChild<QLineEdit*>()->setText(items);
+        QMetaObject::invokeMethod(&dialog, "accept");
+    }));
+    EXPECT_TRUE(WaitForMessage("my.margins"));
+    EXPECT_GT(DarkOf(QImage(Export("Export as a &sheet with frame...", "titled.png"))), bare + 500);
+}
+
+// A program in the place of zenro, whose settings change the project at once, as a person does in their window.
+TEST_F(WindowFiles, WhatTheSettingsSaveIsSeenAtOnce) {
+    const fs::path project = zenro / "my.ini";
+    fs::copy_file(fs::path(ZENRO_SOURCE_DIR) / "data/project.ini", project);
+    std::string green = ReadFile(project);
+    const std::size_t houses = green.find(" 200 205 1 1");  // code from, to, colour, shown
+    ASSERT_NE(houses, std::string::npos);
+    green.replace(houses, 12, " 200 205 3 1");
+    WriteFile(zenro / "green.ini", green);
+    const std::string folder = zenro.folder().string();
+    program = QString::fromStdString(
+        zenro.File("zenro", "#!/bin/sh\n[ \"$1\" = settings ] || exec '" + std::string(ZENRO_PROGRAM) +
+                                "' \"$@\"\necho \"$@\" >> '" + folder + "/asked'\n[ $2 != layers ] || cp '" + folder +
+                                "/green.ini' '" + project.string() +
+                                "'\n[ $2 = layers ] && saved=true || saved=false\n"
+                                "echo \"{\\\"saved\\\": $saved, \\\"file\\\": \\\"my.ini\\\"}\"\n"));
+    fs::permissions(program.toStdString(), fs::perms::owner_all);
+    Open({}, {"--sheet=40500000,3400000,40500100,3400100", "--project=" + Path("my.ini")});
+    const auto coloured = [&] {
+        const QImage seen = map().Seen();
+        long count = 0;
+        for (int y = 60; y < seen.height() - 40; ++y)  // without the bar of metres
+            for (int x = 0; x < seen.width(); ++x) {
+                const QColor c(seen.pixel(x, y));
+                count += c.green() > c.red() + 20 && c.green() > c.blue() + 20 ? 1 : 0;
+            }
+        return count;
+    };
+    EXPECT_EQ(coloured(), 0);
+    for (const char* action :
+         {"Pen widths...", "Note classes...", "Note fonts...", "Palette...", "Layers and colours..."})
+        Action(action)->trigger();
+    EXPECT_TRUE(WaitFor([&] { return Messages().count("my.ini: written") == 1; }));
+    EXPECT_TRUE(WaitFor([&] { return map().isWhole() && coloured() > 100; }));
+    std::string asked;
+    EXPECT_TRUE(WaitFor([&] {
+        asked = ReadFile(zenro / "asked");
+        return Count(asked, "settings ") == 5;
+    }));
+    EXPECT_EQ(Messages().count("my.ini: written"), 1);  // what was left as it was changes nothing
+    for (const char* which : {"pens", "notes", "fonts", "colours", "layers"})
+        EXPECT_THAT(asked, HasSubstr("settings " + std::string(which) + " --json --project=" + project.string()));
+}
+
+}  // namespace

@@ -1,0 +1,270 @@
+// The hand on the map: a touchpad, the clipboard, dark colours of the desktop, another editor.
+#include <signal.h>
+
+#include <QClipboard>
+#include <QComboBox>
+#include <QContextMenuEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QNativeGestureEvent>
+#include <QPalette>
+#include <QPointingDevice>
+#include <QTreeWidget>
+#include <QWheelEvent>
+#include <cmath>
+
+#include "tests/view/window_fixture.h"
+#include "tools/view/editor.h"
+
+namespace {
+
+using namespace zm::test;
+using zm::view::EditorCommand;
+using zm::view::Viewport;
+
+class WindowHand : public WindowTest {
+ protected:
+    void Turn(QPoint pixels, QPoint angle, Qt::KeyboardModifiers keys, Qt::ScrollPhase phase) {
+        const QPointF at(200, 150);
+        QWheelEvent event(at, map().mapToGlobal(at), pixels, angle, Qt::NoButton, keys, phase, false);
+        QApplication::sendEvent(&map(), &event);
+    }
+    void MoveTo(QPoint at) { QTest::mouseMove(&map(), at); }
+};
+
+TEST_F(WindowHand, TwoFingersOfATouchpadMoveTheMapByThePixel) {
+    Open();
+    const Viewport before = map().viewport();
+    Turn({30, -20}, {60, -40}, Qt::NoModifier, Qt::ScrollUpdate);
+    const Viewport after = map().viewport();
+    EXPECT_DOUBLE_EQ(after.pixel, before.pixel);
+    EXPECT_NEAR(after.x, before.x - 30 * before.pixel, 1e-6);
+    EXPECT_NEAR(after.y, before.y - 20 * before.pixel, 1e-6);
+}
+
+TEST_F(WindowHand, WithCtrlTwoFingersZoomAboutTheCursor) {
+    Open();
+    const QPointF place = map().viewport().ToPlane({200, 150});
+    const double before = map().viewport().pixel;
+    Turn({0, 15}, {0, 30}, Qt::ControlModifier, Qt::ScrollUpdate);
+    EXPECT_NEAR(map().viewport().pixel, before / std::pow(1.25, 0.25), 1e-12);
+    EXPECT_NEAR(map().viewport().ToPlane({200, 150}).x(), place.x(), 1e-6);
+}
+
+TEST_F(WindowHand, AFineWheelZoomsByAsMuchAsItTurnsAndTheHorizontalOneDoesNothing) {
+    Open();
+    const double before = map().viewport().pixel;
+    Turn({}, {0, 15}, Qt::NoModifier, Qt::NoScrollPhase);
+    EXPECT_NEAR(map().viewport().pixel, before / std::pow(1.25, 0.125), 1e-12);
+    const Viewport now = map().viewport();
+    Turn({}, {120, 0}, Qt::NoModifier, Qt::NoScrollPhase);
+    EXPECT_EQ(map().viewport(), now);
+}
+
+TEST_F(WindowHand, APinchZoomsAndAWildOneDoesNotThrowTheMapAway) {
+    Open();
+    const double before = map().viewport().pixel;
+    const auto pinch = [&](double value) {
+        const QPointF at(200, 150);
+        QNativeGestureEvent event(Qt::ZoomNativeGesture, QPointingDevice::primaryPointingDevice(), 2, at, at, at, value,
+                                  {});
+        QApplication::sendEvent(&map(), &event);
+    };
+    pinch(0.25);
+    EXPECT_NEAR(map().viewport().pixel, before / 1.25, 1e-12);
+    pinch(-3.0);
+    EXPECT_NEAR(map().viewport().pixel, before / 1.25 * 5.0, 1e-9);
+}
+
+TEST_F(WindowHand, KeysTurnTheMapAndNorthIsUpAgain) {
+    Open();
+    const auto key = [&](Qt::Key which, Qt::KeyboardModifiers with = Qt::NoModifier) {
+        QTest::keyClick(&map(), which, with);
+        return map().viewport().rotation;
+    };
+    const QPointF middle(map().viewport().x, map().viewport().y);
+    EXPECT_DOUBLE_EQ(key(Qt::Key_R), 15.0);
+    EXPECT_DOUBLE_EQ(key(Qt::Key_R), 30.0);
+    EXPECT_DOUBLE_EQ(key(Qt::Key_R, Qt::ShiftModifier), 15.0);
+    EXPECT_DOUBLE_EQ(key(Qt::Key_Left, Qt::ControlModifier), 30.0);
+    EXPECT_DOUBLE_EQ(key(Qt::Key_Right, Qt::ControlModifier), 15.0);
+    EXPECT_NEAR(map().viewport().x, middle.x(), 1e-6);  // about the middle of the window
+    WaitForPicture();
+    EXPECT_GT(Dark(), 100);
+    EXPECT_DOUBLE_EQ(key(Qt::Key_N), 0.0);
+}
+
+TEST_F(WindowHand, AScaleIsPickedOrTyped) {
+    Open();
+    auto* box = window().findChild<QComboBox*>("scale");
+    box->lineEdit()->selectAll();
+    QTest::keyClicks(box->lineEdit(), "1:1 750");
+    QTest::keyClick(box->lineEdit(), Qt::Key_Return);
+    EXPECT_NEAR(map().scale(), 1750.0, 1e-6);
+    EXPECT_EQ(box->currentText(), "1:1750");
+    EXPECT_EQ(box->findText("1:2000"), 3);
+    emit box->activated(3);  // as the text is not changed, nothing changes
+    EXPECT_NEAR(map().scale(), 1750.0, 1e-6);
+    box->setCurrentIndex(3);
+    emit box->activated(3);
+    EXPECT_NEAR(map().scale(), 2000.0, 1e-6);
+    box->lineEdit()->selectAll();
+    QTest::keyClicks(box->lineEdit(), "near");
+    QTest::keyClick(box->lineEdit(), Qt::Key_Return);
+    EXPECT_NEAR(map().scale(), 2000.0, 1e-6);  // no scale: as it was
+    EXPECT_EQ(box->currentText(), "1:2000");
+}
+
+TEST_F(WindowHand, ASmallPanNeedsNoDrawingAndALargeOneShowsTheOldPictureUntilThen) {
+    Open({}, {"--sheet=40500000,3400000,40500100,3400100"});
+    const auto drawn = [&] { return Count(ReadFile(zenro / "log"), "\"painted\""); };
+    const int before = drawn();
+    const long all = Dark();
+    Turn({30, 20}, {60, 40}, Qt::NoModifier, Qt::ScrollUpdate);
+    EXPECT_TRUE(map().isWhole());
+    EXPECT_NEAR(static_cast<double>(Dark()), static_cast<double>(all), all * 0.2);
+    QTest::qWait(400);
+    EXPECT_EQ(drawn(), before);
+    Turn({-250, 0}, {-500, 0}, Qt::NoModifier, Qt::ScrollUpdate);
+    EXPECT_FALSE(map().isWhole());
+    EXPECT_GT(Dark(), 100);
+    WaitForPicture();
+    EXPECT_EQ(drawn(), before + 1);
+}
+
+TEST_F(WindowHand, OnlyOneLayerOrRuleIsShownByTheMenuOfTheList) {
+    Open({}, {"--sheet=40500000,3400000,40500100,3400100"});
+    ASSERT_TRUE(WaitFor([&] { return layers().topLevelItemCount() == 1; }));
+    const long all = Dark();
+    layers().topLevelItem(0)->setExpanded(true);
+    const auto choose = [&](QTreeWidgetItem* item, int entry) {
+        QTimer::singleShot(0, [entry] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            ASSERT_NE(menu, nullptr);
+            for (int i = 0; i <= entry; ++i) QTest::keyClick(menu, Qt::Key_Down);
+            QTest::keyClick(menu, Qt::Key_Return);
+        });
+        const QPoint at = layers().visualItemRect(item).center();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, at, layers().viewport()->mapToGlobal(at));
+        QApplication::sendEvent(layers().viewport(), &event);
+        EXPECT_TRUE(WaitFor([&] { return !map().isWhole(); }));
+        WaitForPicture();
+    };
+    choose(layers().topLevelItem(0)->child(0), 0);
+    EXPECT_EQ(layers().topLevelItem(0)->child(0)->checkState(0), Qt::Checked);
+    EXPECT_EQ(layers().topLevelItem(0)->child(1)->checkState(0), Qt::Unchecked);
+    EXPECT_LT(Dark(), all);
+    EXPECT_GT(Dark(), 50);
+    choose(layers().topLevelItem(0)->child(0), 1);
+    EXPECT_EQ(Dark(), all);
+}
+
+TEST_F(WindowHand, TheCoordinateIsCopiedAsCoordReadsIt) {
+    Open({}, {"--sheet=40500000,3400000,40500100,3400100"});
+    MoveTo({300, 200});
+    ASSERT_TRUE(WaitFor([&] { return Said("degrees").contains("E"); }));
+    const QPointF at = map().viewport().ToPlane({300, 200});
+    QTest::keyClick(&window(), Qt::Key_C, Qt::ControlModifier);
+    const QString copied = QApplication::clipboard()->text();
+    const QStringList parts = copied.section('\t', 0, 0).split(' ');
+    ASSERT_EQ(parts.size(), 2) << copied.toStdString();
+    EXPECT_NEAR(parts[0].toDouble(), at.y(), 0.0006);  // northing first
+    EXPECT_NEAR(parts[1].toDouble(), at.x(), 0.0006);
+    EXPECT_TRUE(copied.section('\t', 1).startsWith("30°"));
+}
+
+TEST_F(WindowHand, ThePictureIsCopiedAsItIsSeen) {
+    Open();
+    QTest::keyClick(&window(), Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+    const QImage copied = QApplication::clipboard()->image();
+    EXPECT_EQ(copied.size(), map().Seen().size());
+    EXPECT_EQ(copied.convertToFormat(QImage::Format_RGB32), map().Seen().convertToFormat(QImage::Format_RGB32));
+}
+
+TEST_F(WindowHand, DegreesGoOnAfterTheMapWasReadAgain) {
+    Open();
+    const std::string log = ReadFile(zenro / "log");
+    const int worker = std::stoi(log.substr(log.find("\"worker\":") + 9));
+    ASSERT_EQ(kill(worker, SIGSTOP), 0);
+    MoveTo({300, 200});  // a question that is never answered
+    QTest::qWait(50);
+    QTest::keyClick(&window(), Qt::Key_F5);
+    ASSERT_TRUE(WaitFor([&] { return !map().isWhole(); }));
+    WaitForPicture();
+    const QString before = Said("degrees");
+    MoveTo({400, 300});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Said("degrees") != before; }, 10000));
+}
+
+TEST_F(WindowHand, ThePaperIsWhiteWhereTheDesktopIsDark) {
+    const QPalette light = QApplication::palette();
+    QPalette dark;
+    dark.setColor(QPalette::Window, QColor(35, 35, 38));
+    dark.setColor(QPalette::WindowText, Qt::white);
+    dark.setColor(QPalette::Base, QColor(25, 25, 28));
+    dark.setColor(QPalette::Text, Qt::white);
+    dark.setColor(QPalette::Button, QColor(45, 45, 48));
+    dark.setColor(QPalette::ButtonText, Qt::white);
+    QApplication::setPalette(dark);
+    Open();
+    map().SetReadout("a line that is read");
+    const QImage seen = map().Seen();
+    long white = 0, black = 0;
+    for (int y = 0; y < seen.height(); ++y)
+        for (int x = 0; x < seen.width(); ++x) white += seen.pixel(x, y) == qRgb(255, 255, 255) ? 1 : 0;
+    for (int y = 8; y < 40; ++y)
+        for (int x = 8; x < 160; ++x) black += qGray(seen.pixel(x, y)) < 80 ? 1 : 0;
+    EXPECT_GT(white, seen.width() * seen.height() / 2L);
+    EXPECT_GT(black, 50);  // the readout on its own light ground
+    const QImage frame = window().findChild<zm::view::LayerPanel*>()->grab().toImage();
+    EXPECT_LT(qGray(frame.pixel(frame.width() / 2, frame.height() - 20)), 80);
+    QApplication::setPalette(light);
+}
+
+TEST_F(WindowHand, TheRuleOfAFeatureIsOpenedInTheReadersEditor) {
+    const std::string script =
+        zenro.File("edit", "#!/bin/sh\nls -l /proc/$$/fd > \"$0.files\"\necho \"$@\" > \"$0.out\"\n");
+    std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+    qputenv("ZENRO_EDITOR", ("\"" + script + "\" --wait").c_str());
+    Open({}, {"--sheet=40500000,3400000,40500100,3400100"});
+    const QPoint house = map().viewport().ToScreen({kTownX + 20, kTownY + 25}).toPoint();
+    QTest::mouseClick(&map(), Qt::LeftButton, Qt::NoModifier, house);
+    auto* feature = window().findChild<QTreeWidget*>("feature");
+    ASSERT_TRUE(WaitFor([&] { return feature->topLevelItemCount() == 1; }));
+    QTreeWidgetItem* rule = nullptr;
+    for (int i = 0; i < feature->topLevelItem(0)->childCount(); ++i)
+        if (feature->topLevelItem(0)->child(i)->text(0) == "Rule") rule = feature->topLevelItem(0)->child(i);
+    ASSERT_NE(rule, nullptr);
+    emit feature->itemActivated(rule, 0);
+    const auto read = [&](const char* end) {
+        return std::filesystem::exists(script + end) ? ReadFile(script + end) : std::string();
+    };
+    ASSERT_TRUE(WaitFor([&] { return !read(".out").empty(); }));
+    EXPECT_EQ(ReadFile(script + ".out"), "--wait +2 " + rules.toStdString() + "\n");
+    // The pictures of the window are handed down to the process that draws, and to no other.
+    EXPECT_EQ(ReadFile(script + ".files").find("zenro-view"), std::string::npos) << ReadFile(script + ".files");
+    qunsetenv("ZENRO_EDITOR");
+}
+
+struct EditorCase {
+    const char *name, *editor;
+    QStringList command;
+};
+void PrintTo(const EditorCase& c, std::ostream* out) {
+    *out << c.name;
+}
+class Editors : public testing::TestWithParam<EditorCase> {};
+TEST_P(Editors, AreOpenedAtTheLine) {
+    EXPECT_EQ(EditorCommand(GetParam().editor, "a.rules", 7), GetParam().command);
+}
+INSTANTIATE_TEST_SUITE_P(
+    Names, Editors,
+    testing::Values(
+        EditorCase{"plain", "gedit", {"gedit", "+7", "a.rules"}},
+        EditorCase{"with_options", "emacsclient -c", {"emacsclient", "-c", "+7", "a.rules"}},
+        EditorCase{"in_a_terminal", "/usr/bin/vim", {"x-terminal-emulator", "-e", "/usr/bin/vim", "+7", "a.rules"}},
+        EditorCase{"file_and_line_in_one", "code", {"code", "-g", "a.rules:7"}},
+        EditorCase{"line_option", "kate", {"kate", "-l", "7", "a.rules"}}, EditorCase{"none", "", {}}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+}  // namespace

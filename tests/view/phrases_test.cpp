@@ -1,0 +1,22 @@
+// The window speaks Chinese throughout.
+#include "tools/view/phrases.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <regex>
+
+#include "tests/support/scratch.h"
+
+TEST(Phrases, EachHasItsChinese) {
+    int phrases = 0;
+    // Say("..."), and the texts of menus, docks and tools that are said where they are made.
+    const std::regex said(R"re((?:Say|Add|dock|tool|line)\((?:[a-z]+, )?"([^"]+)")re");
+    for (const auto& file : std::filesystem::directory_iterator(std::string(ZENRO_SOURCE_DIR) + "/tools/view")) {
+        if (file.path().extension() != ".cpp") continue;
+        const std::string text = zm::test::ReadFile(file.path());
+        for (std::sregex_iterator i(text.begin(), text.end(), said), end; i != end; ++i, ++phrases)
+            EXPECT_NE(zm::view::ChineseOf((*i)[1].str().c_str()), nullptr) << file.path().filename() << ": " << (*i)[1];
+    }
+    EXPECT_GT(phrases, 60);
+}

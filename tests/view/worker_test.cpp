@@ -1,0 +1,230 @@
+// What the worker of a window draws and answers.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <chrono>
+#include <filesystem>
+
+#include "tests/view/map_worker.h"
+#include "tests/zenro/program.h"
+
+namespace {
+
+using namespace zm::test;
+using nlohmann::json;
+using testing::HasSubstr;
+
+constexpr double kX = 40500000.0, kY = 3400000.0;
+
+class ViewWorker : public testing::Test {
+ protected:
+    void SetUp() override {
+        rules = zenro.File("town.rules",
+                           "[things : area]\nkind = 'house' -> symbol 200, note J, label name\n"
+                           "[things : line]\n* -> symbol 250, layer 250\n"
+                           "[things : point]\nkind = 'tree' -> symbol 17, layer 100\n* -> skip\n");
+        data = zenro.File(
+            "things.geojson",
+            Collection(AreaFeature("[[40500010,3400010],[40500030,3400010],[40500030,3400040],[40500010,3400040],"
+                                   "[40500010,3400010]]",
+                                   "\"kind\":\"house\",\"name\":\"Town Hall\",\"floors\":3") +
+                       "," + LineFeature("[40500000,3400050],[40500100,3400050]", "\"kind\":\"road\"") + "," +
+                       PointFeature(kX + 60, kY + 20, "\"kind\":\"tree\"")));
+    }
+    std::unique_ptr<MapWorker> Open(std::vector<std::string> more = {}) const {
+        more.insert(more.end(), {"--rules=" + rules, "--scale=500", data});
+        auto worker = std::make_unique<MapWorker>(more);
+        worker->Await("ready");
+        return worker;
+    }
+    static long Dark(const MapWorker& worker, const json& painted, int width, int height) {
+        const std::uint32_t* pixels = worker.Pixels(painted.at("slot"));
+        long dark = 0;
+        for (int i = 0; i < width * height; ++i) dark += (pixels[i] & 0xFFFFFF) != 0xFFFFFF;
+        return dark;
+    }
+
+    Program zenro;
+    std::string rules, data;
+};
+
+TEST_F(ViewWorker, SaysWhatTheMapIs) {
+    MapWorker worker({"--rules=" + rules, "--scale=500", data});
+    const json ready = worker.Await("ready");
+    EXPECT_EQ(ready.at("features"), 3);
+    EXPECT_EQ(ready.at("scale"), 500.0);
+    EXPECT_EQ(ready.at("plane"), "2000 family, 3-degree zone 40, central meridian 120");
+    EXPECT_EQ(ready.at("data"), (json{kX, kY + 10, kX + 100, kY + 50}));
+    EXPECT_THAT(ready.at("files").dump(), HasSubstr("town.rules"));
+}
+
+// The picture of the window is the picture of draw, to the pixel.
+TEST_F(ViewWorker, DrawsAsDrawDoes) {
+    const std::string file = (zenro / "sheet.png").string();
+    // 200 mm of paper at 127 dots an inch are 1000 pixels.
+    ASSERT_EQ(zenro
+                  .Run({"draw", data, "--rules", rules, "--scale", "500", "--sheet",
+                        "40500000,3400000,40500100,3400100", "--no-frame", "--dpi", "127", "-o", file})
+                  .status,
+              0);
+    const QImage sheet = QImage(QString::fromStdString(file)).convertToFormat(QImage::Format_RGB32);
+    ASSERT_EQ(sheet.size(), QSize(1000, 1000));
+    const auto worker = Open();
+    const json painted = worker->Draw(kX + 50, kY + 50, 0.1, 1000, 1000, 500.0);
+    EXPECT_TRUE(painted.at("labels").get<bool>());
+    const QImage view(reinterpret_cast<const uchar*>(worker->Pixels(painted.at("slot"))), 1000, 1000,
+                      QImage::Format_RGB32);
+    EXPECT_TRUE(view == sheet);
+    EXPECT_GT(Dark(*worker, painted, 1000, 1000), 2000);
+}
+
+TEST_F(ViewWorker, NamesTheFeatureTheRuleAndTheAttributes) {
+    const auto worker = Open();
+    const json answer = worker->Ask({{"do", "identify"}, {"x", kX + 20}, {"y", kY + 20}, {"reach", 1.0}});
+    ASSERT_EQ(answer.at("count"), 1);
+    const json& hit = answer.at("hits")[0];
+    EXPECT_THAT(hit.at("where").get<std::string>(), HasSubstr("feature 0"));
+    EXPECT_EQ(hit.at("kind"), "area");
+    EXPECT_DOUBLE_EQ(hit.at("area").get<double>(), 600.0);  // 20 m by 30 m
+    EXPECT_EQ(hit.at("rules")[0].at("line"), 2);
+    EXPECT_EQ(hit.at("rules")[0].at("condition"), "kind = 'house'");
+    EXPECT_EQ(hit.at("rules")[0].at("symbol"), 200);
+    EXPECT_EQ(hit.at("rules")[0].at("label"), "Town Hall");
+    EXPECT_THAT(hit.at("fields").dump(), HasSubstr("[\"floors\",\"3\"]"));  // a field that no rule asks for
+    EXPECT_EQ(worker->Ask({{"do", "identify"}, {"x", kX + 80}, {"y", kY + 80}, {"reach", 1.0}}).at("count"), 0);
+}
+
+TEST_F(ViewWorker, CountsWhatEachRuleDraws) {
+    const json layers = Open()->Ask({{"do", "layers"}}).at("layers");
+    ASSERT_EQ(layers.size(), 1U);
+    EXPECT_EQ(layers[0].at("count"), 3);
+    ASSERT_EQ(layers[0].at("rules").size(), 3U);
+    for (const json& rule : layers[0].at("rules")) EXPECT_EQ(rule.at("count"), 1) << rule;
+    EXPECT_EQ(layers[0].at("rules")[0].at("code"), 200);
+}
+
+TEST_F(ViewWorker, WhatIsHiddenIsNeitherDrawnNorIdentified) {
+    const auto worker = Open();
+    const long all = Dark(*worker, worker->Draw(kX + 50, kY + 50, 0.25, 400, 400, 500.0), 400, 400);
+    worker->Send({{"do", "hide"}, {"layers", json::array()}, {"rules", {0}}});
+    const long some = Dark(*worker, worker->Draw(kX + 50, kY + 50, 0.25, 400, 400, 500.0), 400, 400);
+    EXPECT_GT(some, 0);
+    EXPECT_LT(some, all);
+    EXPECT_EQ(worker->Ask({{"do", "identify"}, {"x", kX + 20}, {"y", kY + 20}, {"reach", 1.0}}).at("count"), 0);
+    worker->Send({{"do", "hide"}, {"layers", {0}}, {"rules", json::array()}});
+    EXPECT_EQ(Dark(*worker, worker->Draw(kX + 50, kY + 50, 0.25, 400, 400, 500.0), 400, 400), 0);
+    worker->Send({{"do", "hide"}, {"layers", json::array()}, {"rules", json::array()}});
+    EXPECT_EQ(Dark(*worker, worker->Draw(kX + 50, kY + 50, 0.25, 400, 400, 500.0), 400, 400), all);
+}
+
+struct SearchCase {
+    const char *name, *text, *kind;
+    double x, y;  // of the middle of what is found first
+};
+void PrintTo(const SearchCase& c, std::ostream* out) {
+    *out << c.name;
+}
+class ViewSearch : public ViewWorker, public testing::WithParamInterface<SearchCase> {};
+
+TEST_P(ViewSearch, Finds) {
+    const auto worker = Open();
+    const json found = worker->Ask({{"do", "search"}, {"text", GetParam().text}}).at("found");
+    ASSERT_FALSE(found.empty());
+    EXPECT_EQ(found[0].at("kind"), GetParam().kind);
+    const json& box = found[0].at("box");
+    EXPECT_NEAR((box[0].get<double>() + box[2].get<double>()) / 2, GetParam().x, 0.05);
+    EXPECT_NEAR((box[1].get<double>() + box[3].get<double>()) / 2, GetParam().y, 0.05);
+}
+INSTANTIATE_TEST_SUITE_P(
+    Texts, ViewSearch,
+    testing::Values(
+        SearchCase{"part_of_a_name_in_small_letters", "town h", "name", kX + 20, kY + 25},
+        SearchCase{"code_of_a_symbol", "17", "code", kX + 60, kY + 20},
+        SearchCase{"northing_and_easting", "3400050 40500050", "position", kX + 50, kY + 50},
+        SearchCase{"easting_and_northing", "40500050, 3400050", "position", kX + 50, kY + 50},
+        // The central meridian is where the easting is 500 km; the latitude by zenro coord to-geo, to 1e-7 degrees.
+        SearchCase{"degrees", "30.7206175 120", "position", kX, kY},
+        SearchCase{"corner_of_a_sheet", "3400.00-500.00", "sheet", kX + 125.0, kY + 125.0}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST_F(ViewWorker, FindsNothingWhereThereIsNothing) {
+    EXPECT_TRUE(Open()->Ask({{"do", "search"}, {"text", "nowhere"}}).at("found").empty());
+}
+
+TEST_F(ViewWorker, MeasuresInThePlaneAndOnTheEllipsoid) {
+    const json m = Open()->Ask({{"do", "measure"}, {"xy", {kX, kY, kX + 1000, kY, kX + 1000, kY + 500}}});
+    EXPECT_DOUBLE_EQ(m.at("length").get<double>(), 1500.0);
+    EXPECT_DOUBLE_EQ(m.at("area").get<double>(), 250000.0);
+    EXPECT_NEAR(m.at("perimeter").get<double>(), 1500.0 + 1118.034, 1e-3);
+    // At the central meridian the projection is true to 1e-8 within a kilometre.
+    EXPECT_NEAR(m.at("ellipsoidLength").get<double>(), 1500.0, 1e-4);
+    EXPECT_NEAR(m.at("ellipsoidArea").get<double>(), 250000.0, 0.05);
+}
+
+TEST_F(ViewWorker, SaysWhereAPlaceIsInDegrees) {
+    const auto worker = Open();
+    const json where = worker->Ask({{"do", "where"}, {"x", kX}, {"y", kY}});
+    EXPECT_NEAR(where.at("lon").get<double>(), 120.0, 1e-9);
+    EXPECT_THAT(where.at("text").get<std::string>(), HasSubstr("30°43'"));
+    EXPECT_THAT(where.at("text").get<std::string>(), HasSubstr("E"));
+}
+
+TEST_F(ViewWorker, SnapsToTheNearestVertex) {
+    const auto worker = Open();
+    const json near = worker->Ask({{"do", "snap"}, {"x", kX + 29}, {"y", kY + 39}, {"reach", 3.0}});
+    EXPECT_EQ(near.at("x"), kX + 30);
+    EXPECT_EQ(near.at("y"), kY + 40);
+    EXPECT_FALSE(worker->Ask({{"do", "snap"}, {"x", kX + 80}, {"y", kY + 80}, {"reach", 3.0}}).contains("x"));
+}
+
+TEST_F(ViewWorker, ANewerWishStopsTheOlderDrawing) {
+    const auto worker = Open();
+    worker->Want(kX + 50, kY + 50, 0.05, 2000, 2000, 500.0);
+    const json painted = worker->Draw(kX + 50, kY + 50, 0.25, 400, 400, 500.0);
+    EXPECT_EQ(painted.at("number"), 2);
+}
+
+TEST_F(ViewWorker, ATurnedViewShowsWhatLiesThere) {
+    const auto worker = Open();
+    // The line runs along the northing 3400050; turned by 90 degrees it stands upright in the middle.
+    const json painted = worker->Draw(kX + 50, kY + 50, 0.25, 200, 400, 500.0, 90.0);
+    const std::uint32_t* pixels = worker->Pixels(painted.at("slot"));
+    int rows = 0;
+    for (int y = 5; y < 395; ++y) {
+        bool dark = false;
+        for (int x = 95; x < 105; ++x) dark = dark || (pixels[y * 200 + x] & 0xFFFFFF) != 0xFFFFFF;
+        rows += dark ? 1 : 0;
+    }
+    EXPECT_GT(rows, 380);
+}
+
+TEST_F(ViewWorker, FarOutSymbolsAreStrokesAndNothingIsLost) {
+    const auto worker = Open();
+    const json painted = worker->Draw(kX + 50, kY + 30, 20.0, 400, 400, 500.0);
+    EXPECT_GT(Dark(*worker, painted, 400, 400), 3);
+    EXPECT_LT(Dark(*worker, painted, 400, 400), 200);
+}
+
+TEST_F(ViewWorker, WrongRulesAreNamedWithFileAndLine) {
+    const std::string bad = zenro.File("bad.rules", "[things]\n* -> symbol 250\nkind = -> symbol\n");
+    MapWorker worker({"--rules=" + bad, data});
+    EXPECT_EQ(worker.Wait(), 2);
+}
+
+TEST_F(ViewWorker, AWishWithoutNumbersIsRefusedAndHarmsNothing) {
+    const auto worker = Open();
+    worker->Send({{"do", "draw"}});
+    const json refused = worker->Await("painted");
+    EXPECT_FALSE(refused.at("whole").get<bool>());
+    EXPECT_TRUE(refused.contains("error"));
+    worker->Draw(kX + 50, kY + 50, 0.25, 400, 400, 500.0);
+}
+
+TEST_F(ViewWorker, EndsWithItsWindow) {
+    const auto worker = Open();
+    worker->CloseInput();
+    EXPECT_EQ(worker->Wait(), 0);
+}
+
+}  // namespace

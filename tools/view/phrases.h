@@ -1,0 +1,15 @@
+// What the window says, in the language of the system: Chinese or English.
+#pragma once
+
+#include <QString>
+
+namespace zm::view {
+
+/// The English phrase, or what it is in Chinese where the system speaks that.
+QString Say(const char* english);
+/// True where the system speaks Chinese. ZENRO_LANGUAGE=en or zh decides otherwise.
+bool SpeaksChinese();
+/// The Chinese of a phrase, null where there is none: each phrase of the window has one.
+const char* ChineseOf(const char* english);
+
+}  // namespace zm::view

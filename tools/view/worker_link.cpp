@@ -1,0 +1,105 @@
+#include "tools/view/worker_link.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QJsonDocument>
+#include <QProcessEnvironment>
+#include <utility>
+
+namespace zm::view {
+namespace {
+
+constexpr int kHead = 4;
+constexpr qsizetype kMostWords = 4000;  // bytes of stderr that are kept
+
+}  // namespace
+
+WorkerLink::WorkerLink(QString program, QStringList verb, QStringList arguments, QObject* owner)
+    : QObject(owner), m_process(new QProcess(QCoreApplication::instance())) {
+    // Handed down to the worker alone, and gone with the last of the two.
+    m_file = memfd_create("zenro-view", MFD_CLOEXEC);
+    if (m_file >= 0 && ftruncate(m_file, static_cast<off_t>(tool::kSharedBytes)) == 0) {
+        void* memory = mmap(nullptr, tool::kSharedBytes, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_NORESERVE, m_file, 0);
+        m_memory = memory == MAP_FAILED ? nullptr : memory;
+    }
+    if (m_memory == nullptr) return;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
+    m_process->setProcessEnvironment(environment);
+    m_process->setChildProcessModifier([file = m_file] { fcntl(file, F_SETFD, 0); });
+    connect(m_process, &QProcess::readyReadStandardOutput, this, &WorkerLink::TakeBytes);
+    connect(m_process, &QProcess::readyReadStandardError, this, [this] {
+        m_words += m_process->readAllStandardError();
+        m_words = m_words.right(kMostWords);
+    });
+    const auto ended = [this](bool crashed) {
+        const auto asked = std::exchange(m_asked, {});
+        emit Ended(crashed, m_process->exitCode(), QString::fromUtf8(m_words).trimmed());
+    };
+    connect(m_process, &QProcess::finished, this,
+            [ended](int, QProcess::ExitStatus how) { ended(how == QProcess::CrashExit); });
+    connect(m_process, &QProcess::errorOccurred, this, [ended](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart) ended(false);
+    });
+    m_process->start(program, verb + QStringList{"--worker=" + QString::number(m_file)} + arguments);
+}
+
+WorkerLink::~WorkerLink() {
+    // Its end takes as long as its memory is large, and the window does not wait for it.
+    disconnect(m_process, nullptr, this, nullptr);
+    if (m_process->state() == QProcess::NotRunning) {
+        m_process->deleteLater();
+    } else {
+        connect(m_process, &QProcess::finished, m_process, &QObject::deleteLater);
+        m_process->kill();
+    }
+    if (m_memory != nullptr) munmap(m_memory, tool::kSharedBytes);
+    if (m_file >= 0) ::close(m_file);
+}
+
+void WorkerLink::WantNumber(quint32 number) {
+    static_cast<tool::SharedHead*>(m_memory)->wanted.store(number);
+}
+
+void WorkerLink::Send(const QJsonObject& message) {
+    const QByteArray text = QJsonDocument(message).toJson(QJsonDocument::Compact);
+    QByteArray head;
+    for (int i = 0; i < kHead; ++i) head.append(static_cast<char>(text.size() >> (8 * i)));
+    m_process->write(head + text);
+}
+
+void WorkerLink::Ask(QJsonObject question, std::function<void(const QJsonObject&)> answered) {
+    question["id"] = ++m_lastId;
+    m_asked[m_lastId] = std::move(answered);
+    Send(question);
+}
+
+QImage WorkerLink::Picture(int slot, QSize pixels) const {
+    return {reinterpret_cast<const uchar*>(tool::PixelsOf(m_memory, slot)), pixels.width(), pixels.height(),
+            4 * static_cast<qsizetype>(pixels.width()), QImage::Format_RGB32};
+}
+
+void WorkerLink::TakeBytes() {
+    m_bytes += m_process->readAllStandardOutput();
+    while (m_bytes.size() >= kHead) {
+        qsizetype length = 0;
+        for (int i = kHead; i-- > 0;) length = length << 8 | static_cast<unsigned char>(m_bytes[i]);
+        if (m_bytes.size() - kHead < length) return;
+        const QJsonObject message = QJsonDocument::fromJson(m_bytes.mid(kHead, length)).object();
+        m_bytes.remove(0, kHead + length);
+        if (message["is"].toString() != "answer") {
+            emit Said(message);
+            continue;
+        }
+        const auto found = m_asked.find(message["id"].toInt());
+        if (found == m_asked.end()) continue;
+        const auto answered = std::move(found->second);
+        m_asked.erase(found);
+        answered(message);
+    }
+}
+
+}  // namespace zm::view

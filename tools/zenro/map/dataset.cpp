@@ -1,0 +1,357 @@
+#include "tools/zenro/map/dataset.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <iterator>
+#include <set>
+#include <utility>
+
+#include "tools/kit/text.h"
+#include "tools/kit/tool_host.h"
+#include "tools/kit/translation.h"
+#include "tools/zenro/map/rules.h"
+
+namespace fs = std::filesystem;
+
+namespace zm::tool {
+namespace {
+
+// GDAL's own words are asked for where they matter, and kept from stderr.
+void BeSilent() {
+    static const bool once = [] {
+        CPLSetErrorHandler(CPLQuietErrorHandler);
+        GDALAllRegister();
+        // A feature of a million points is no attack here; the user's own setting goes first.
+        if (CPLGetConfigOption("OGR_GEOJSON_MAX_OBJ_SIZE", nullptr) == nullptr)
+            CPLSetConfigOption("OGR_GEOJSON_MAX_OBJ_SIZE", "0");
+        return true;
+    }();
+    static_cast<void>(once);
+}
+
+bool EndsWith(const std::string& text, const std::string& end) {
+    return text.size() >= end.size() && EQUAL(text.c_str() + text.size() - end.size(), end.c_str());
+}
+
+// Formats whose texts are handed on as the bytes of the file, or can be made to be.
+bool GivesRawTexts(GDALDataset& dataset) {
+    const GDALDriver* driver = dataset.GetDriver();
+    const std::string name = driver != nullptr ? GDALGetDriverShortName(const_cast<GDALDriver*>(driver)) : "";
+    for (const char* raw : {"CSV", "ESRI Shapefile", "DXF", "GeoJSON", "GeoJSONSeq", "ESRIJSON", "TopoJSON"})
+        if (name == raw) return true;
+    return false;
+}
+
+Dataset OpenOne(const std::string& gdalName, const std::string& shown, const TextDecoder& decoder) {
+    BeSilent();
+    CPLStringList openOptions;
+    if (decoder.named()) {
+        // Formats that change the encoding themselves are asked to leave the bytes alone.
+        openOptions.SetNameValue("ENCODING", decoder.plain() ? "UTF-8" : "");
+        CPLSetConfigOption("DXF_ENCODING", "UTF-8");
+    }
+    CPLErrorReset();
+    Dataset dataset(static_cast<GDALDataset*>(
+        GDALOpenEx(gdalName.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY, nullptr, openOptions.List(), nullptr)));
+    if (dataset == nullptr)
+        throw Failure(kNoInput,
+                      Phrase("{0}: cannot be read as map data: {1}. Try ogrinfo on it.", shown, LastReason()));
+    return dataset;
+}
+
+// The map files in an archive, by their extensions.
+std::vector<std::string> MapFilesIn(const std::string& archive) {
+    std::vector<std::string> names;
+    const CPLStringList all(VSIReadDirRecursive(archive.c_str()));
+    for (int i = 0; i < all.size(); ++i)
+        for (const char* extension :
+             {".shp", ".gpkg", ".geojson", ".json", ".gml", ".kml", ".tab", ".mif", ".csv", ".dxf", ".fgb", ".sqlite"})
+            if (EndsWith(all[i], extension)) names.emplace_back(all[i]);
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::vector<OpenInput> OpenArchive(const std::string& input, const char* prefix, const TextDecoder& decoder) {
+    BeSilent();
+    const std::string root = prefix + fs::absolute(input).string();
+    std::vector<OpenInput> opened;
+    for (const std::string& name : MapFilesIn(root)) {
+        const std::string shown = fs::path(input).filename().string() + "/" + name;
+        opened.push_back({OpenOne(std::string(root).append("/").append(name), shown, decoder), {}, shown, {}});
+    }
+    if (opened.empty()) throw Failure(kNoInput, Phrase("{0}: no map file that is known in this archive.", input));
+    return opened;
+}
+
+std::vector<OpenInput> OpenStdin(const TextDecoder& decoder) {
+    BeSilent();
+    static std::string bytes;  // stays as long as the dataset over it
+    char block[65536];
+    bytes.clear();
+    for (std::size_t n; (n = std::fread(block, 1, sizeof block, stdin)) > 0; CheckStop()) bytes.append(block, n);
+    CheckStop();
+    if (bytes.empty()) throw Failure(kNoInput, Phrase("-: stdin is empty."));
+    constexpr char kName[] = "/vsimem/zenro/stdin";
+    VSIFCloseL(VSIFileFromMemBuffer(kName, reinterpret_cast<GByte*>(bytes.data()), bytes.size(), FALSE));
+    std::vector<OpenInput> opened;
+    opened.push_back({OpenOne(kName, "stdin", decoder), {}, "stdin", {}});
+    return opened;
+}
+
+}  // namespace
+
+std::string LastReason() {
+    std::string reason = CPLGetLastErrorMsg();
+    std::replace(reason.begin(), reason.end(), '\n', ' ');
+    while (!reason.empty() && (reason.back() == '.' || reason.back() == ' ')) reason.pop_back();
+    return reason.empty() ? Phrase("no driver knows it") : reason;
+}
+
+std::string QuoteNames(const std::string& condition) {
+    std::string result;
+    char quote = '\0';
+    const auto isWord = [](char c) {
+        const auto u = static_cast<unsigned char>(c);
+        return u >= 0x80 || c == '_' || (c >= '0' && c <= '9') || ((u | 0x20U) >= 'a' && (u | 0x20U) <= 'z');
+    };
+    for (std::size_t i = 0; i < condition.size();) {
+        const char c = condition[i];
+        if (quote == '\0' && isWord(c)) {
+            std::size_t end = i;
+            bool plain = true;
+            for (; end < condition.size() && isWord(condition[end]); ++end)
+                plain = plain && static_cast<unsigned char>(condition[end]) < 0x80;
+            const std::string word = condition.substr(i, end - i);
+            result += plain ? word : '"' + word + '"';
+            i = end;
+            continue;
+        }
+        if (quote != '\0') {
+            if (c == quote) quote = '\0';
+        } else if (c == '\'' || c == '"') {
+            quote = c;
+        }
+        result += c;
+        ++i;
+    }
+    return result;
+}
+
+std::vector<OpenInput> OpenInputs(const std::string& input, const TextDecoder& decoder) {
+    if (input == "-") return OpenStdin(decoder);
+    std::error_code error;
+    std::string file = input, layer;
+    if (!fs::exists(file, error)) {
+        // FILE:LAYER, as for a GeoPackage of several layers
+        const std::size_t colon = input.rfind(':');
+        if (colon != std::string::npos && colon > 1 && fs::exists(input.substr(0, colon), error)) {
+            file = input.substr(0, colon);
+            layer = input.substr(colon + 1);
+        } else if (colon == std::string::npos && input.rfind("/vsi", 0) != 0) {
+            throw Failure(kNoInput, Phrase("{0}: no such file. Check the path.", input));
+        }
+    } else if (fs::is_regular_file(file, error) && fs::file_size(file, error) == 0) {
+        throw Failure(kNoInput, Phrase("{0}: is empty.", input));
+    }
+    std::vector<OpenInput> opened;
+    const bool isFile = fs::is_regular_file(file, error);
+    if (isFile && EndsWith(file, ".zip")) {
+        opened = OpenArchive(file, "/vsizip/", decoder);
+    } else if (isFile && (EndsWith(file, ".tar") || EndsWith(file, ".tgz") || EndsWith(file, ".tar.gz"))) {
+        opened = OpenArchive(file, "/vsitar/", decoder);
+    } else {
+        const std::string name = isFile && EndsWith(file, ".gz") ? "/vsigzip/" + fs::absolute(file).string() : file;
+        opened.push_back({OpenOne(name, input, decoder), {}, fs::path(file).filename().string(), {}});
+    }
+    for (OpenInput& one : opened) one.layer = layer;
+    return opened;
+}
+
+LayerReader::LayerReader(OGRLayer& layer, std::string name, bool rawTexts, bool database, const TextDecoder& decoder,
+                         const Selection& selection, Report& report)
+    : m_layer(layer),
+      m_name(std::move(name)),
+      m_layerName(layer.GetName()),
+      m_rawTexts(rawTexts),
+      m_decoder(decoder),
+      m_report(report),
+      m_limit(selection.limit),
+      m_isDatabase(database) {
+    m_fields = layer.GetLayerDefn()->Clone();
+    m_fields->Reference();
+    for (int i = 0; i < m_fields->GetFieldCount(); ++i) {
+        std::string field = m_fields->GetFieldDefn(i)->GetNameRef();
+        if (m_rawTexts || !IsUtf8(field)) {
+            if (!m_decoder.Decode(field)) TellBadText(Phrase("the names of its fields"), m_name);
+            m_fields->GetFieldDefn(i)->SetName(field.c_str());
+        }
+    }
+    if (selection.where.empty()) return;
+    m_where = std::make_unique<OGRFeatureQuery>();
+    CPLErrorReset();
+    const std::string where = QuoteNames(selection.where);
+    if (m_where->Compile(m_fields, where.c_str(), TRUE, nullptr) != OGRERR_NONE)
+        throw Failure(kUsage, Phrase("--where \"{0}\" does not fit {1}: {2}.", selection.where, m_name, LastReason()));
+}
+
+LayerReader::~LayerReader() {
+    m_fields->Release();
+}
+
+long long LayerReader::count() const {
+    if (m_where != nullptr) return -1;
+    const GIntBig all = m_layer.GetFeatureCount(FALSE);
+    return m_limit >= 0 && all > m_limit ? m_limit : all;
+}
+
+void LayerReader::TellBadText(const std::string& field, const std::string& where) {
+    if (std::exchange(m_toldText, true)) return;
+    m_report.Skip(N_("texts of another encoding"),
+                  Phrase(m_decoder.named() ? N_("{0}: {1} is no {2}, and cannot be read rightly; give --encoding with "
+                                                "the right name (GBK, GB18030, UTF-8).")
+                                           : N_("{0}: {1} is no {2}, and cannot be read rightly; give --encoding GBK, "
+                                                "or the one it has."),
+                         where, field, m_decoder.named() ? m_decoder.name() : "UTF-8"));
+}
+
+FeaturePointer LayerReader::Find(GIntBig fid) {
+    m_layer.SetIgnoredFields(nullptr);
+    FeaturePointer feature(m_layer.GetFeature(fid));
+    if (feature != nullptr) Decode(*feature);
+    return feature;
+}
+
+void LayerReader::Decode(OGRFeature& feature) {
+    for (int i = 0; i < m_fields->GetFieldCount(); ++i) {
+        if (m_fields->GetFieldDefn(i)->GetType() != OFTString || !feature.IsFieldSetAndNotNull(i)) continue;
+        const char* stored = feature.GetFieldAsString(i);
+        if (m_decoder.plain() || !m_rawTexts) {
+            if (IsUtf8(stored)) continue;
+        }
+        std::string text = stored;
+        if (!m_decoder.Decode(text)) {
+            TellBadText(Phrase("field \"{0}\"", m_fields->GetFieldDefn(i)->GetNameRef()),
+                        Phrase("{0}: feature {1}", m_name, feature.GetFID()));
+            continue;
+        }
+        if (text != stored) feature.SetField(i, text.c_str());
+    }
+}
+
+bool LayerReader::hasIndex() const {
+    // A limit counts the features of the whole layer.
+    return m_limit < 0 && m_layer.TestCapability(OLCFastSpatialFilter) != FALSE;
+}
+
+void LayerReader::AskFor(const std::vector<std::string>& used) {
+    if (m_layer.TestCapability(OLCIgnoreFields) == FALSE) return;
+    std::set<int> kept;
+    for (const std::string& name : used) kept.insert(m_fields->GetFieldIndex(name.c_str()));
+    if (m_where != nullptr) {
+        const CPLStringList names(m_where->GetUsedFields());
+        for (int i = 0; i < names.size(); ++i) kept.insert(m_fields->GetFieldIndex(names[i]));
+    }
+    CPLStringList ignored;
+    ignored.AddString("OGR_STYLE");
+    const OGRFeatureDefn& fields = *m_layer.GetLayerDefn();
+    for (int i = 0; i < fields.GetFieldCount(); ++i)
+        if (kept.count(i) == 0) ignored.AddString(fields.GetFieldDefn(i)->GetNameRef());
+    m_layer.SetIgnoredFields(const_cast<const char**>(ignored.List()));
+}
+
+void LayerReader::Rewind() {
+    m_layer.ResetReading();
+    m_taken = 0;
+}
+
+FeaturePointer LayerReader::Next() {
+    while (m_limit < 0 || m_taken < m_limit) {
+        CheckStop();
+        CPLErrorReset();
+        FeaturePointer feature(m_layer.GetNextFeature());
+        if (feature == nullptr) {
+            if (CPLGetLastErrorType() == CE_Failure && !std::exchange(m_toldEnd, true))
+                m_report.Skip(N_("layers that end early"),
+                              Phrase("{0}: reading ended early: {1}.", m_name, LastReason()));
+            return nullptr;
+        }
+        Decode(*feature);
+        if (m_where != nullptr && m_where->Evaluate(feature.get()) == FALSE) continue;
+        ++m_taken;
+        return feature;
+    }
+    return nullptr;
+}
+
+namespace {
+
+bool Asked(const std::string& name, const std::string& ofInput, const Selection& selection) {
+    if (!ofInput.empty() && !FitsGlob(ofInput, name)) return false;
+    if (selection.layers.empty()) return true;
+    return std::any_of(selection.layers.begin(), selection.layers.end(),
+                       [&](const std::string& pattern) { return FitsGlob(pattern, name); });
+}
+
+// Sources whose features come in the order of an index, or of rows on a disk.
+bool IsDatabase(GDALDataset& dataset) {
+    static constexpr const char* kDatabases[] = {"PostgreSQL",   "GPKG", "SQLite", "MySQL",
+                                                 "MSSQLSpatial", "OCI",  "HANA",   "ODBC"};
+    GDALDriver* driver = dataset.GetDriver();
+    const std::string name = driver != nullptr ? driver->GetDescription() : "";
+    return std::any_of(std::begin(kDatabases), std::end(kDatabases), [&](const char* known) { return name == known; });
+}
+
+std::string NamesOf(GDALDataset& dataset) {
+    std::string names;
+    for (OGRLayer* layer : dataset.GetLayers()) names += (names.empty() ? "" : ", ") + std::string(layer->GetName());
+    return names;
+}
+
+}  // namespace
+
+std::vector<std::unique_ptr<LayerReader>> OpenLayers(const std::vector<std::string>& inputs, const Selection& selection,
+                                                     const TextDecoder& decoder, Report& report,
+                                                     std::vector<OpenInput>& kept) {
+    std::vector<std::unique_ptr<LayerReader>> readers;
+    std::string seen;
+    for (const std::string& input : inputs) {
+        std::vector<OpenInput> opened = OpenInputs(input, decoder);
+        for (OpenInput& one : opened) {
+            GDALDataset& dataset = *one.dataset;
+            const auto add = [&](OGRLayer& layer) {
+                readers.push_back(std::make_unique<LayerReader>(layer, one.name + ": " + layer.GetName(),
+                                                                GivesRawTexts(dataset), IsDatabase(dataset), decoder,
+                                                                selection, report));
+            };
+            if (!selection.sql.empty()) {
+                CPLErrorReset();
+                OGRLayer* result = dataset.ExecuteSQL(QuoteNames(selection.sql).c_str(), nullptr, nullptr);
+                if (result == nullptr)
+                    throw Failure(kUsage, Phrase("--sql: {0}: {1}.", one.name,
+                                                 (CPLGetLastErrorNo() != 0 ? LastReason()
+                                                                           : Phrase("the statement has no result"))));
+                one.result.reset(result, [&dataset](OGRLayer* layer) { dataset.ReleaseResultSet(layer); });
+                add(*result);
+            } else {
+                if (dataset.GetLayerCount() == 0)
+                    throw Failure(kNoInput, Phrase("{0}: holds no layer of features.", input));
+                seen += (seen.empty() ? "" : "; ") + one.name + ": " + NamesOf(dataset);
+                bool any = false;
+                for (OGRLayer* layer : dataset.GetLayers()) {
+                    if (!Asked(layer->GetName(), one.layer, selection)) continue;
+                    add(*layer);
+                    any = true;
+                }
+                if (!any && !one.layer.empty())
+                    throw Failure(kNoInput, Phrase("{0}: no layer \"{1}\" in it; it has {2}.", input, one.layer,
+                                                   NamesOf(dataset)));
+            }
+            kept.push_back(std::move(one));
+        }
+    }
+    if (readers.empty()) throw Failure(kNoInput, Phrase("no layer fits --layer; there are {0}.", seen));
+    return readers;
+}
+
+}  // namespace zm::tool

@@ -21,10 +21,11 @@ function(zm_make_headers name)
   # The same headers give the same file, which compiler caches need.
   target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:Clang>:SHELL:-Xclang -fno-pch-timestamp>)
   if(CMAKE_CXX_COMPILER_LAUNCHER MATCHES "ccache")
-    # A cache that looks at preprocessed text gives back what was parsed before a comment changed; the compiler then does
-    # not know the header again and reads it twice.
-    set_target_properties(${name} PROPERTIES
-      CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND};-E;env;CCACHE_DEPEND=1;${CMAKE_CXX_COMPILER_LAUNCHER}")
+    # A cache that looks at preprocessed text gives back what was parsed before a comment changed, and keeps it under the
+    # new headers' names too; the compiler then does not know the header again and reads it twice. So the headers' files
+    # are compared as they are, in a part of the cache where nothing was stored otherwise.
+    set_target_properties(${name} PROPERTIES CXX_COMPILER_LAUNCHER
+      "${CMAKE_COMMAND};-E;env;CCACHE_DEPEND=1;CCACHE_NAMESPACE=whole-headers;${CMAKE_CXX_COMPILER_LAUNCHER}")
   endif()
 endfunction()
 

@@ -4,16 +4,11 @@
 
 #include "draw/state.h"
 #include "symbol/file/library.h"
+#include "symbol/line/pattern_limits.h"
 #include "symbol/paper.h"
 #include "zenromath/symbol.h"
 
 namespace zm::symbol {
-namespace {
-
-constexpr double kVertexMode = 0.001;  // a value[19] above it
-
-}  // namespace
-
 int LayLineSymbol(const double* values, const char* letters, int tokenCount, double* x, double* y, int n, int flip,
                   int sidesOff, double g, int code) {
     if (values[19] > kVertexMode) return LayVertexSymbols(values, letters, x, y, n, flip, g, code);

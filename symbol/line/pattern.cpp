@@ -11,6 +11,7 @@
 #include "geometry/lines.h"
 #include "runtime/text/numbers.h"
 #include "symbol/file/library.h"
+#include "symbol/line/pattern_limits.h"
 #include "symbol/line/pen_run.h"
 #include "symbol/paper.h"
 #include "symbol/point/repeated_symbol.h"
@@ -22,10 +23,8 @@
 namespace zm::symbol {
 namespace {
 
-constexpr double kLeastWidth = 0.01;  // survey metres; companions narrower than this are not drawn
-constexpr double kFewSteps = 4.0;     // of the pattern's mean length, below which a segment is not worth aiming along
-constexpr int kMarksInARow = 10;      // tokens without length before the pattern is given up
-constexpr double kMostCycles = 1e7;   // of a pattern on one segment; one that needs more is taken for stuck
+constexpr double kFewSteps = 4.0;    // of the pattern's mean length, below which a segment is not worth aiming along
+constexpr double kMostCycles = 1e7;  // of a pattern on one segment; one that needs more is taken for stuck
 
 enum Side { kNoSide = -1, kRight = 0, kBoth = 1, kLeft = 2 };
 

@@ -7,7 +7,7 @@
 namespace zm::symbol {
 namespace {
 
-constexpr double kLeastWidth = 1e-5;  // survey metres
+constexpr double kNoWidth = 1e-5;  // survey metres
 constexpr double kLeastSegment = 0.0001;
 constexpr double kLeastPixels = 1.0;  // on a device a narrower companion is not drawn
 
@@ -48,7 +48,7 @@ class Companion {
 }  // namespace
 
 void DrawCompanions(const PenRun& run, draw::StrokeStream& stream) {
-    if (run.width < kLeastWidth) return;
+    if (run.width < kNoWidth) return;
     const double h = run.side == 1 ? run.width / 2.0 : run.width;
     const CTqDraw* context = draw::WorkingContext();
     if (context == nullptr || (context->GetTqDCType() != kDwg && context->GetPixelsByRealen(h) < kLeastPixels)) return;

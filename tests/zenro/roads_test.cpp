@@ -18,6 +18,7 @@ constexpr char kRules[] =
     "k = 5 -> symbol 200, level 4\n"
     "k = 6 -> symbol 200, path\n"
     "k = 7 -> symbol 200\n"
+    "k = 8 -> symbol 200, path 2.5\n"
     "k = 4 -> symbol 380, height h\n";
 
 class Roads : public SheetFixture {
@@ -123,7 +124,7 @@ TEST_F(Roads, ARoadThroughAHouseIsAPassage) {
     const std::string house = AreaWithin({{30, 30}, {60, 30}, {60, 70}, {30, 70}, {30, 30}}, "\"k\":5");
     const std::string rec = Recording(LevelLine(0, 100, 50, "\"k\":1") + "," + house, kRules);
     EXPECT_EQ(m_last.status, 0) << m_last.err;
-    EXPECT_NE(m_last.err.find("1 roads run through buildings"), std::string::npos) << m_last.err;
+    EXPECT_NE(m_last.err.find("roads that run through buildings: 1;"), std::string::npos) << m_last.err;
     for (const double y : {45.0, 55.0}) {
         EXPECT_NEAR(Length(rec, {0, y - 0.1, 30, y + 0.1}, true), 30.0, 0.1);
         EXPECT_NEAR(Length(rec, {60, y - 0.1, 100, y + 0.1}, true), 40.0, 0.1);
@@ -167,12 +168,36 @@ TEST_F(Roads, APathIsDrawnWhereItLeavesTheRoad) {
     EXPECT_NEAR(drawn(LevelLine(10, 90, 52, "\"k\":6,\"b\":1"), {0, 51.9, 100, 52.1}, true), 80.0, 0.01);
 }
 
-TEST_F(Roads, APathTakesNoValue) {
+// Pavements that are given beside a road whose width is assumed.
+TEST_F(Roads, APathNamesHowFarFromARoadItIsStillAlongIt) {
+    const auto drawn = [&](const std::string& path, const Box& box, bool level) {
+        const double length = Length(Recording(LevelLine(0, 100, 50, "\"k\":1") + "," + path, kRules), box, level);
+        EXPECT_EQ(m_last.status, 0) << m_last.err;
+        return length;
+    };
+    EXPECT_NEAR(drawn(LevelLine(10, 90, 57.4, "\"k\":8"), {0, 57.3, 100, 57.5}, true), 0.0, 0.01);
+    EXPECT_NEAR(drawn(LevelLine(10, 90, 57.6, "\"k\":8"), {0, 57.5, 100, 57.7}, true), 80.0, 0.01);
+    // Another rule keeps its own distance on the same sheet.
+    EXPECT_NEAR(drawn(LevelLine(10, 90, 57.4, "\"k\":8") + "," + LevelLine(10, 90, 57.4, "\"k\":6"),
+                      {0, 57.3, 100, 57.5}, true),
+                80.0, 0.01);
+    // It crosses the strip beside the road at a slant for less than three times its width: whole up to the edge.
+    const std::string across = LineThrough({{30, 10}, {30, 90}}, "\"k\":8");
+    EXPECT_NEAR(drawn(across, {29.9, 0, 30.1, 100}, false), 70.0, 0.01);
+    const std::string brief = LineThrough({{30, 90}, {30, 57}, {33, 57}, {33, 90}}, "\"k\":8");
+    EXPECT_NEAR(drawn(brief, {0, 56.9, 100, 57.1}, true), 3.0, 0.01);
+}
+
+TEST_F(Roads, APathNeedsMetres) {
     m_zenro.File("in.geojson", Collection(LevelLine(0, 10, 50, "\"k\":1")));
-    m_zenro.File("r.rules", "k = 1 -> symbol 247, path 3\n");
-    const Outcome wrong = m_zenro.Run({"rules", "check", "./r.rules", "in.geojson"});
-    EXPECT_EQ(wrong.status, 2);
-    EXPECT_NE(wrong.err.find("\"path\" takes no value."), std::string::npos) << wrong.err;
+    for (const std::string value : {"-1", "51", "near", "nan"}) {
+        m_zenro.File("r.rules", "k = 1 -> symbol 247, path " + value + "\n");
+        const Outcome wrong = m_zenro.Run({"rules", "check", "./r.rules", "in.geojson"});
+        EXPECT_EQ(wrong.status, 2) << value;
+        EXPECT_NE(wrong.err.find("\"path\" needs metres up to 50 beside roads, or no value, not \"" + value + "\"."),
+                  std::string::npos)
+            << wrong.err;
+    }
 }
 
 }  // namespace

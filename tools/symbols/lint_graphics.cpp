@@ -12,7 +12,7 @@ using zm::symbol::Scanner;
 
 constexpr double kLargeSymbol = 60.0;  // millimetres; none of the field's point symbols comes near it
 constexpr double kMarkerSize = 1e6;    // beyond it the size is that of an arc polyline's marker, which counts in it
-constexpr float kArcMarkerInFile = -10000000.0F;
+constexpr float kArcMarkerInFile = 1000.0F * zm::symbol::kArcMarker;
 
 // A sweep below 0 appends no arc: only the chord stands.
 void LintSweeps(const SymbolText& text, int code, std::vector<Finding>& findings) {

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "symbol/line/pattern_limits.h"
 #include "tools/kit/translation.h"
 #include "tools/symbols/lint.h"
 
@@ -11,10 +12,11 @@ namespace zm::tool::symbols {
 
 namespace {
 
-constexpr double kVertexMode = 0.001;
-constexpr int kMarksInARow = 10;
-constexpr double kLeastHalfWidth = 0.01;  // metres on the ground, below which a solid double line is not drawn
-constexpr double kLargestScale = 500.0;   // the scale at which widths are smallest on the ground
+using zm::symbol::kLeastWidth;
+using zm::symbol::kMarksInARow;
+using zm::symbol::kVertexMode;
+
+constexpr double kLargestScale = 500.0;  // the scale at which widths are smallest on the ground
 
 class PatternLint {
  public:
@@ -139,7 +141,7 @@ class PatternLint {
             Say(1, Weight::doubtful,
                 solid ? Phrase("W without L, M or R draws a companion on the left")
                       : Phrase("W without L, M or R draws no companion"));
-        if (HasLetter('M') && solid && width / 2.0 * kLargestScale / 1000.0 <= kLeastHalfWidth)
+        if (HasLetter('M') && solid && width / 2.0 * kLargestScale / 1000.0 <= kLeastWidth)
             Say(1, Weight::lost, Phrase("M on a solid line with W{0} draws nothing at all at 1:500", Shown(width)));
         else if (sides > 0 && !(width > 0.0))
             Say(1, Weight::lost, Phrase("L, M and R need a width W above 0: there is no companion"));

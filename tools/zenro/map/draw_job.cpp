@@ -345,10 +345,10 @@ void TellRelief(const MapMasks& masks, const Survey& survey, Report& report) {
             N_("slopes without a pair of crest and foot"),
             Phrase("slope \"{0}\" has not one crest and one foot; its crest is drawn by its symbol.", Printable(key)));
     if (masks.roadsThroughBuildings > 0)
-        report.Note(
-            Phrase("{0} roads run through buildings and have dashed sides there, as tunnels have; their data do "
-                   "not say where they are above or below.",
-                   masks.roadsThroughBuildings));
+        report.Note(Phrase(
+            "roads that run through buildings: {0}; their sides are dashed there, as a tunnel's are, since the data do "
+            "not say where they are above or below.",
+            masks.roadsThroughBuildings));
     if (survey.contoursBetween > 0)
         report.Warn(N_("contours between the intervals"),
                     Phrase("{0} contours lie between the intervals of {1} m that their rule counts by, one of them at "

@@ -9,7 +9,6 @@ namespace zm::tool {
 namespace {
 
 constexpr double kNarrowestRoad = 0.6;                        // millimetres from edge to edge
-constexpr double kAlongRoads = 0.8;                           // millimetres from an edge
 constexpr double kAtTheEdge = 0.1;                            // millimetres from the edge of the sheet
 constexpr double kAroundLetters = 0.4, kAroundSymbols = 0.2;  // millimetres kept clear
 
@@ -52,7 +51,7 @@ void MapMasks::Take(const Shape& shape, const Use& use, const Page& page) {
     const Chain& chain = shape.chains.front();
     if (shape.kind == GeometryKind::line && use.roadWidth > 0.0)
         roads.Add(chain, std::max(use.roadWidth, page.Ground(kNarrowestRoad)), rule, use.storey);
-    m_hasPaths = m_hasPaths || rule.path;
+    if (rule.path) m_alongRoads.try_emplace(std::max(*rule.path, m_leastBeside), page);
     if (shape.kind == GeometryKind::line && rule.sea > 0) {
         sea.Add(chain);
         seaRule = &rule;
@@ -94,15 +93,18 @@ std::vector<Chain> MapMasks::BelowDecks(std::vector<Chain> pieces, int storey) c
     return pieces;
 }
 
-std::vector<Chain> MapMasks::OffRoads(const Chain& path) const {
+std::vector<Chain> MapMasks::OffRoads(const Chain& path, double beside) const {
     if (m_inRoads.empty()) return {path};
+    beside = std::max(beside, m_leastBeside);
+    const Masks& alongRoads = m_alongRoads.at(beside);
+    const double least = std::max(m_leastPath, 3.0 * beside);  // what only crosses the strip is shorter
     std::vector<Chain> pieces;
     for (const Chain& outside : m_inRoads.Outside(path)) {
-        const std::vector<ChainSpan> away = m_alongRoads.SpansOutside(outside);
+        const std::vector<ChainSpan> away = alongRoads.SpansOutside(outside);
         if (away.empty()) continue;
         const ChainSpan whole{{}, {outside.size() - 2, 1.0}};
         const auto isNear = [&](const ChainPlace& from, const ChainPlace& to) {
-            return LengthOf(PieceOf(outside, {from, to})) <= m_leastPath;
+            return LengthOf(PieceOf(outside, {from, to})) <= least;
         };
         ChainSpan span{isNear(whole.from, away.front().from) ? whole.from : away.front().from, away.front().to};
         for (std::size_t i = 1; i < away.size(); ++i) {
@@ -146,10 +148,10 @@ void MapMasks::Finish(const Page& page) {
         contours.Add(area);
         fills.Add(area);
         limits.Add(area);
-        if (m_hasPaths) m_inRoads.Add(area);
+        if (!m_alongRoads.empty()) m_inRoads.Add(area);
     }
-    if (m_hasPaths)
-        for (const Shape& area : roads.AreasWith(page.Ground(kAlongRoads))) m_alongRoads.Add(area);
+    for (auto& [beside, masks] : m_alongRoads)
+        for (const Shape& area : roads.AreasWith(beside)) masks.Add(area);
     for (const Ring& ring : m_rings) {
         const Shape inside{GeometryKind::area, {ring.chain}};
         const bool innermost = std::none_of(m_rings.begin(), m_rings.end(), [&](const Ring& other) {

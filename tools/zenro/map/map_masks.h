@@ -22,7 +22,7 @@ struct MapMasks {
           sense(page),
           m_buildings(page),
           m_inRoads(page),
-          m_alongRoads(page),
+          m_leastBeside(page.Ground(0.8)),
           m_leastPath(page.Ground(3.0)) {}
     /// Takes up a shape that is drawn by a rule, turned as it is drawn.
     void Take(const Shape& shape, const Use& use, const Page& page);
@@ -48,13 +48,14 @@ struct MapMasks {
     std::vector<Chain> BelowDecks(std::vector<Chain> pieces, int storey) const;
     /// The pieces of a path that are neither in a road nor along one. Where it only comes near a road, to end at it or
     /// to cross it, it is whole up to the edge.
-    std::vector<Chain> OffRoads(const Chain& path) const;
+    /// \param beside  how far from an edge it is still along the road, ground metres; at least 0.8 mm of paper count
+    std::vector<Chain> OffRoads(const Chain& path, double beside) const;
     long roadsThroughBuildings = 0;
 
  private:
-    Masks m_buildings, m_inRoads, m_alongRoads;
-    double m_leastPath;  // ground metres that a path runs along a road to be left out there
-    bool m_hasPaths = false;
+    Masks m_buildings, m_inRoads;
+    double m_leastBeside, m_leastPath;     // ground metres from an edge, and along it, within which a path is left out
+    std::map<double, Masks> m_alongRoads;  // the roads with so many metres beside them
     std::vector<Chain> m_scarps;
     struct Ring {
         Chain chain;

@@ -254,7 +254,7 @@ void Painter::DrawSymbol(const Shape& shape, const Use& use, int status, const s
 // What a bridge crosses stops at it, a path stops at roads; a smooth curve is drawn as its points there.
 void Painter::DrawOpenParts(const Chain& chain, const Use& use, int code) {
     std::vector<Chain> pieces = {chain};
-    if (use.rule->path && use.storey == 0) pieces = m_masks.OffRoads(chain);
+    if (use.rule->path && use.storey == 0) pieces = m_masks.OffRoads(chain, *use.rule->path);
     if (GoesBelowBridges(code)) pieces = m_masks.BelowDecks(pieces, use.storey);
     const bool whole = pieces.size() == 1 && pieces.front().x == chain.x && pieces.front().y == chain.y;
     for (const Chain& piece : pieces) DrawChain(piece, whole ? use.rule->lineType : 1, code);

@@ -130,9 +130,16 @@ void ReadScales(const std::string& value, Rule& rule, const Place& at) {
 }
 
 void ApplySetting(Rule& rule, const std::string& word, const std::string& value, const Place& at) {
-    if (word == "skip" || word == "also" || word == "path") {
+    if (word == "skip" || word == "also") {
         if (!value.empty()) at.Fail(Phrase("\"{0}\" takes no value.", word));
-        (word == "skip" ? rule.skip : word == "also" ? rule.also : rule.path) = true;
+        (word == "skip" ? rule.skip : rule.also) = true;
+        return;
+    }
+    if (word == "path") {
+        double beside = 0.0;
+        if (!value.empty() && !(ReadReal(value, beside) && beside >= 0.0 && beside <= 50.0))
+            at.Fail(Phrase("\"path\" needs metres up to 50 beside roads, or no value, not \"{0}\".", value));
+        rule.path = beside;
         return;
     }
     if (value.empty()) at.Fail(Phrase("\"{0}\" needs a value.", word));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -50,14 +51,14 @@ struct Rule {
     std::string angleField;
     bool azimuth = false;  // the angle is clockwise from north
     std::string heightField;
-    std::string legend;      // its name in the legend of a sheet; empty: the note of its symbol
-    double roadWidth = 0.0;  // ground metres: the line is the middle of a road whose edges are drawn
-    std::string roadField;   // the field that has it
-    bool path = false;       // not drawn in roads, nor along them
-    int index = 0;           // symbol of every fifth contour, which alone has the label; 0: all are alike
-    double interval = 0.0;   // metres between contours; 0: by the scale
-    std::string slopeField;  // lines with the same value in it are crest and foot of one slope
-    bool isCrest = false;    // of the two, the crest
+    std::string legend;          // its name in the legend of a sheet; empty: the note of its symbol
+    double roadWidth = 0.0;      // ground metres: the line is the middle of a road whose edges are drawn
+    std::string roadField;       // the field that has it
+    std::optional<double> path;  // not drawn in roads, nor along them so many ground metres from an edge
+    int index = 0;               // symbol of every fifth contour, which alone has the label; 0: all are alike
+    double interval = 0.0;       // metres between contours; 0: by the scale
+    std::string slopeField;      // lines with the same value in it are crest and foot of one slope
+    bool isCrest = false;        // of the two, the crest
     int sea = 0;  // symbol that fills the sea, the lines being its shore with land on their left; 0: no shore
     bool hasStorey = false;  // one of the next two is given
     int storey = 0;          // 0 on the ground, above it on bridges, below it in tunnels

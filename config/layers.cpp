@@ -4,7 +4,6 @@
 #include <cstring>
 #include <string>
 
-#include "config/fields.h"
 #include "config/layers.h"
 #include "config/not_saved.h"
 #include "config/pens.h"
@@ -14,6 +13,7 @@
 #include "runtime/profile/project.h"
 #include "runtime/text/fixed_text.h"
 #include "runtime/text/numbers.h"
+#include "runtime/text/scan.h"
 #include "zenromath/config.h"
 #include "zenromath/host.h"
 #include "zenromath/runtime.h"
@@ -50,7 +50,7 @@ void AllocateTables() {
 // Parses "%s%d%d%d%d"; what is missing is 0. False where something was missing or the name had to be cut.
 bool ParseLayer(std::string_view line, LayerCol& layer) {
     layer = LayerCol{};
-    FieldScanner fields(line);
+    scan::Fields fields(line);
     std::string_view name;
     if (!fields.Word(name)) return false;
     const bool whole = runtime::CopyCut(layer.name, name);

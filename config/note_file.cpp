@@ -3,21 +3,21 @@
 #include <cstring>
 #include <string>
 
-#include "config/fields.h"
 #include "config/state.h"
 #include "config/texts.h"
 #include "runtime/profile/profile.h"
 #include "runtime/text/fixed_text.h"
 #include "runtime/text/numbers.h"
+#include "runtime/text/scan.h"
 #include "zenromath/config.h"
 #include "zenromath/runtime.h"
 
 namespace {
 
-using zm::config::FieldScanner;
-using zm::config::LeadingInt;
 using zm::runtime::CopyCut;
 using zm::runtime::FieldText;
+using zm::scan::Fields;
+using zm::scan::LeadingInt;
 
 constexpr char kClassSection[] = "NOTE CLASS";
 constexpr char kScriptSection[] = "SCRIPT BOX";
@@ -59,7 +59,7 @@ void ParseFont(std::string_view line, NOTEFONT& font) {
 void ParseLogFont(std::string_view line, LOGFONTA& font) {
     int weight = 0;
     int bytes[7] = {};
-    FieldScanner fields(line);
+    Fields fields(line);
     if (fields.Int(weight))
         for (int& byte : bytes)
             if (!fields.Int(byte)) break;
@@ -121,7 +121,7 @@ int TqNoteLayBase::ReadOneClass(char* line, NOTELAY* record) {
     // The comma after the layer name becomes a blank, so that the name ends there.
     if (const std::size_t comma = text.find(',', 2); comma != std::string::npos) text[comma] = ' ';
     NOTELAY r{};
-    FieldScanner fields(text);
+    Fields fields(text);
     std::string_view name;
     std::string_view memo;
     if (!fields.Byte(r.code) || !fields.Literal(',') || !fields.Word(name)) return 0;

@@ -5,18 +5,18 @@
 #include <stdexcept>
 #include <string>
 
-#include "config/fields.h"
 #include "config/state.h"
 #include "config/texts.h"
 #include "runtime/profile/project.h"
 #include "runtime/text/fixed_text.h"
 #include "runtime/text/numbers.h"
+#include "runtime/text/scan.h"
 #include "zenromath/config.h"
 #include "zenromath/runtime.h"
 
 namespace {
 
-using zm::config::FieldScanner;
+using zm::scan::Fields;
 
 constexpr char kDefaultClass = '0';
 constexpr int kFarthestHeight = 100;  // 0.1 mm; a class must be nearer than that
@@ -191,7 +191,7 @@ NOTELAY* TqNoteLayBase::GetNoteLayByOrvCode(char* code, SpOrvNoteDef& definition
     GetOneRcd("OTHER NOTE", code, line, "0,0,0,0,66,10,1");
     definition = SpOrvNoteDef{};
     SpOrvNoteDef& d = definition;
-    FieldScanner fields(line);
+    Fields fields(line);
     if (fields.Int(d.value1) && fields.Literal(',') && fields.Byte(d.value2) && fields.Literal(',')) {
         for (int* value : {&d.value3, &d.value4, &d.value5, &d.value6, &d.value7})
             if (!fields.Int(*value) || !fields.Literal(',')) break;

@@ -3,12 +3,12 @@
 
 #include <cstring>
 
-#include "config/fields.h"
 #include "config/not_saved.h"
 #include "config/state.h"
 #include "runtime/profile/profile.h"
 #include "runtime/profile/project.h"
 #include "runtime/text/numbers.h"
+#include "runtime/text/scan.h"
 #include "zenromath/config.h"
 #include "zenromath/runtime.h"
 
@@ -80,7 +80,7 @@ void ReadColorSetting(void) {
         zm::profile::GetString(kColorSection, Key(i).c_str(), "*", value, sizeof value, kFile);
         if (value[0] == '*') return;
         int parts[3] = {};
-        FieldScanner fields(value);
+        zm::scan::Fields fields(value);
         if (fields.Int(parts[0]) && fields.Literal(',') && fields.Int(parts[1]) && fields.Literal(','))
             fields.Int(parts[2]);
         // Required: no limit to a byte. A part above 255 carries into the next.

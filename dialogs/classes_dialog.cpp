@@ -2,7 +2,6 @@
 #include <array>
 #include <string>
 
-#include "config/fields.h"
 #include "config/not_saved.h"
 #include "dialogs/cells.h"
 #include "dialogs/settings.h"
@@ -10,6 +9,7 @@
 #include "runtime/profile/profile.h"
 #include "runtime/text/fixed_text.h"
 #include "runtime/text/numbers.h"
+#include "runtime/text/scan.h"
 #include "zenromath/host.h"
 #include "zenromath/runtime.h"
 
@@ -48,7 +48,7 @@ std::string Row(const NOTELAY& r) {
 
 std::string Row(const Fields& fields) {
     int numbers[7] = {};
-    for (std::size_t i = 0; i < 7; ++i) numbers[i] = config::LeadingInt(fields[i + 2]);
+    for (std::size_t i = 0; i < 7; ++i) numbers[i] = scan::LeadingInt(fields[i + 2]);
     return Row(fields[0].front(), fields[kLayerName], numbers, fields[kMemo]);
 }
 

@@ -1,12 +1,12 @@
 // The palette: the colours 1 to 9 by their parts, and a sample.
 #include <string>
 
-#include "config/fields.h"
 #include "config/state.h"
 #include "dialogs/cells.h"
 #include "dialogs/settings.h"
 #include "dialogs/texts.h"
 #include "runtime/text/numbers.h"
+#include "runtime/text/scan.h"
 #include "zenromath/config.h"
 #include "zenromath/runtime.h"
 
@@ -31,14 +31,14 @@ std::string Row(int number, const int (&parts)[3]) {
 
 void PartsOfRow(std::string_view row, int (&parts)[3]) {
     TakeCell(row, '\t');
-    for (int& part : parts) part = config::LeadingInt(TakeCell(row, '\t'));
+    for (int& part : parts) part = scan::LeadingInt(TakeCell(row, '\t'));
 }
 
 // True for a whole number and nothing else; blanks may stand around it.
 bool IsWholeNumber(const std::string& text, int& value) {
-    config::FieldScanner fields(text);
+    scan::Fields fields(text);
     if (text.size() > 10 || !fields.Int(value)) return false;
-    fields.SkipBlanks();
+    fields.SkipSpace();
     return fields.rest().empty();
 }
 

@@ -2,7 +2,6 @@
 #include <array>
 #include <string>
 
-#include "config/fields.h"
 #include "config/not_saved.h"
 #include "dialogs/cells.h"
 #include "dialogs/settings.h"
@@ -10,6 +9,7 @@
 #include "runtime/profile/profile.h"
 #include "runtime/text/fixed_text.h"
 #include "runtime/text/numbers.h"
+#include "runtime/text/scan.h"
 #include "zenromath/host.h"
 #include "zenromath/runtime.h"
 
@@ -63,7 +63,7 @@ const char* HintOf(int id) {
 
 int RowOfNumber(const Rows& rows, int number) {
     for (int row = 0; row < rows.count(); ++row)
-        if (config::LeadingInt(rows.at(row)) == number) return row;
+        if (scan::LeadingInt(rows.at(row)) == number) return row;
     return Rows::kNone;
 }
 
@@ -83,7 +83,7 @@ void FontsDialog::RowChanged(int id) {
     CurrentHost().Beep();
     const Fields fields = Split(rows.at(rows.selected));
     for (int i = 0; i < kFields; ++i) field(kFirstEdit + i).text = fields[static_cast<std::size_t>(i)];
-    if (const NOTEFONT* font = m_notes.GetFontInfo(config::LeadingInt(fields[0]))) m_font = font->logFont;
+    if (const NOTEFONT* font = m_notes.GetFontInfo(scan::LeadingInt(fields[0]))) m_font = font->logFont;
 }
 
 void FontsDialog::Pressed(int id) {
@@ -110,7 +110,7 @@ void FontsDialog::Update() {
         _LMsg(texts::kNotAllowed.gbk, nullptr, 0);
         return;
     }
-    const int number = config::LeadingInt(fields[0]);
+    const int number = scan::LeadingInt(fields[0]);
     if (m_notes.WriteLogFontInfo(number, m_font) == 0) {
         config::SayNotSaved(m_notes.GetFile(), "the font is");
         return;
@@ -130,7 +130,7 @@ bool FontsDialog::Save() {
     profile::Batch file;
     for (int row = 0; row < rows.count() && row < kLinesSaved; ++row) {
         const std::string& text = rows.at(row);
-        m_notes.WriteOneRcd(kSection, numbers::Text("%d", config::LeadingInt(text)).c_str(),
+        m_notes.WriteOneRcd(kSection, numbers::Text("%d", scan::LeadingInt(text)).c_str(),
                             text.substr(std::min(kValueInRow, text.size())).c_str());
     }
     if (!file.Commit()) return config::SayNotSaved(m_notes.GetFile(), "the note fonts are");

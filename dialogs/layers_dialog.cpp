@@ -1,7 +1,6 @@
 // Layers: names, ranges of codes, colours, shown or not.
 #include <string>
 
-#include "config/fields.h"
 #include "config/layers.h"
 #include "config/state.h"
 #include "dialogs/cells.h"
@@ -9,6 +8,7 @@
 #include "dialogs/texts.h"
 #include "runtime/text/fixed_text.h"
 #include "runtime/text/numbers.h"
+#include "runtime/text/scan.h"
 #include "zenromath/config.h"
 #include "zenromath/host.h"
 #include "zenromath/runtime.h"
@@ -33,7 +33,7 @@ std::string Row(const LayerCol& layer) {
 // Required: parsed as "%s%d%d%d%d", so a blank in the name shifts all later fields. What does not convert keeps its
 // value.
 void Parse(const std::string& row, LayerCol& layer) {
-    config::FieldScanner fields(row);
+    scan::Fields fields(row);
     std::string_view name;
     if (!fields.Word(name)) return;
     runtime::CopyCut(layer.name, name);
@@ -57,7 +57,7 @@ void LayersDialog::RowChanged(int id) {
     CurrentHost().Beep();
     std::string_view rest = rows.at(rows.selected);
     for (const int edit : {kName, kStart, kEnd, kColour}) field(edit).text = Trimmed(TakeCell(rest, '\t'));
-    field(kShown).checked = config::LeadingInt(rest) != 0;
+    field(kShown).checked = scan::LeadingInt(rest) != 0;
     m_fromRow = true;
 }
 
@@ -80,9 +80,9 @@ void LayersDialog::Pressed(int id) {
 void LayersDialog::Insert() {
     bool filled = true;
     for (const int edit : {kName, kColour, kStart, kEnd}) filled = filled && !field(edit).text.empty();
-    const int start = config::LeadingInt(field(kStart).text);
-    const int end = config::LeadingInt(field(kEnd).text);
-    const int colour = config::LeadingInt(field(kColour).text);
+    const int start = scan::LeadingInt(field(kStart).text);
+    const int end = scan::LeadingInt(field(kEnd).text);
+    const int colour = scan::LeadingInt(field(kColour).text);
     if (!filled || start < kLowestCode || end > kHighestCode || start > end || colour >= kColours) {
         _LMsg(texts::kLayerIncomplete.gbk, nullptr, 0);
         return;

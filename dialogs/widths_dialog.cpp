@@ -2,13 +2,13 @@
 #include <cstring>
 #include <string>
 
-#include "config/fields.h"
 #include "config/pens.h"
 #include "config/state.h"
 #include "dialogs/cells.h"
 #include "dialogs/settings.h"
 #include "dialogs/texts.h"
 #include "runtime/text/numbers.h"
+#include "runtime/text/scan.h"
 #include "zenromath/runtime.h"
 
 namespace zm::dialogs {
@@ -20,13 +20,13 @@ constexpr unsigned int kWidest = 254;  // 0.01 mm
 constexpr int kHighestCode = 1000;     // Required: accepted by the test though the table ends at 999.
 
 int CodeOf(const std::string& row) {
-    return config::LeadingInt(row);
+    return scan::LeadingInt(row);
 }
 
 std::uint8_t WidthOf(const std::string& row) {
     std::string_view rest = row;
     TakeCell(rest, '\t');
-    return static_cast<std::uint8_t>(config::LeadingInt(rest));
+    return static_cast<std::uint8_t>(scan::LeadingInt(rest));
 }
 
 int RowOfCode(const Rows& rows, int code) {
@@ -58,8 +58,8 @@ void WidthsDialog::Pressed(int id) {
 void WidthsDialog::Add() {
     const std::string& typedCode = field(kCode).text;
     const std::string& typedWidth = field(kWidth).text;
-    const int code = config::LeadingInt(typedCode);
-    const auto width = static_cast<unsigned int>(config::LeadingInt(typedWidth));  // below 0 is too wide as well
+    const int code = scan::LeadingInt(typedCode);
+    const auto width = static_cast<unsigned int>(scan::LeadingInt(typedWidth));  // below 0 is too wide as well
     if (typedCode.empty() || typedWidth.empty() || code < 1 || code > kHighestCode || width > kWidest) {
         AfxMessageBox2(texts::kCodeOrWidthWrong.gbk, MB_OK, 0);
         return;
@@ -85,7 +85,7 @@ void WidthsDialog::AfterClose() {
         return;
     }
     std::memset(table, config::kNoWidth, config::kPenCodes);
-    table[0] = static_cast<std::uint8_t>(config::LeadingInt(field(kDefault).text));
+    table[0] = static_cast<std::uint8_t>(scan::LeadingInt(field(kDefault).text));
     const Rows& rows = field(kTable).rows;
     for (int row = 0; row < rows.count(); ++row) {
         const int code = CodeOf(rows.at(row));

@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <cfloat>
-#include <climits>
 
 #include "runtime/text/numbers.h"
 
-namespace zm::symbol {
+namespace zm::scan {
 namespace {
 
 bool IsDigit(char c) {
@@ -22,39 +21,61 @@ int HexDigit(char c) {
 
 }  // namespace
 
-void Scanner::SkipSpace() {
-    while (IsSpace(*m_at)) ++m_at;
+void Fields::SkipSpace() {
+    while (!m_rest.empty() && IsSpace(m_rest.front())) m_rest.remove_prefix(1);
 }
 
-bool Scanner::AtEnd() {
+bool Fields::AtEnd() {
     SkipSpace();
-    return *m_at == '\0';
+    return m_rest.empty();
 }
 
-bool Scanner::Int(int& value) {
+bool Fields::Byte(char& value) {
+    if (m_rest.empty()) return false;
+    value = m_rest.front();
+    m_rest.remove_prefix(1);
+    return true;
+}
+
+bool Fields::Literal(char wanted) {
+    if (!m_rest.starts_with(wanted)) return false;
+    m_rest.remove_prefix(1);
+    return true;
+}
+
+bool Fields::Word(std::string_view& value) {
     SkipSpace();
-    const char* at = m_at;
-    const bool negative = *at == '-';
-    if (*at == '-' || *at == '+') ++at;
-    if (!IsDigit(*at)) return false;
-    std::int64_t sum = 0;
-    for (; IsDigit(*at); ++at) sum = std::min<std::int64_t>(sum * 10 + (*at - '0'), std::int64_t{INT_MAX} + 1);
-    if (negative) sum = -sum;
-    value = static_cast<int>(std::clamp<std::int64_t>(sum, INT_MIN, INT_MAX));
-    m_at = at;
+    const auto end = std::find_if(m_rest.begin(), m_rest.end(), IsSpace);
+    value = m_rest.substr(0, static_cast<std::size_t>(end - m_rest.begin()));
+    m_rest.remove_prefix(value.size());
+    return !value.empty();
+}
+
+bool Fields::Int(int& value) {
+    SkipSpace();
+    std::string_view digits = m_rest;
+    const bool negative = digits.starts_with('-');
+    if (negative || digits.starts_with('+')) digits.remove_prefix(1);
+    if (digits.empty() || !IsDigit(digits.front())) return false;
+    std::uint32_t number = 0;
+    for (; !digits.empty() && IsDigit(digits.front()); digits.remove_prefix(1))
+        number = number * 10 + static_cast<std::uint32_t>(digits.front() - '0');
+    value = static_cast<int>(negative ? 0U - number : number);
+    m_rest = digits;
     return true;
 }
 
 bool Scanner::Number(double& value) {
     SkipSpace();
-    const char* first = m_at;
+    const char* const at = m_rest.data();
+    const char* first = at;
     if (*first == '-' || *first == '+') ++first;
     if (!IsDigit(*first) && !(*first == '.' && IsDigit(first[1]))) return false;
-    const char* end = m_at;
-    const double number = numbers::ReadReal(m_at, &end);
-    if (end == m_at) return false;
+    const char* end = at;
+    const double number = numbers::ReadReal(at, &end);
+    if (end == at) return false;
     value = std::clamp(number, -DBL_MAX, DBL_MAX);
-    m_at = end;
+    m_rest.remove_prefix(static_cast<std::size_t>(end - at));
     return true;
 }
 
@@ -67,36 +88,28 @@ bool Scanner::Real(float& value) {
 
 bool Scanner::Hex(std::uint32_t& value) {
     SkipSpace();
-    const char* at = m_at;
+    const char* at = m_rest.data();
     if (*at == '0' && (at[1] == 'x' || at[1] == 'X') && HexDigit(at[2]) >= 0) at += 2;
     if (HexDigit(*at) < 0) return false;
-    std::uint64_t sum = 0;
-    for (; HexDigit(*at) >= 0; ++at)
-        sum = std::min<std::uint64_t>(sum * 16 + static_cast<std::uint64_t>(HexDigit(*at)), UINT32_MAX);
-    value = static_cast<std::uint32_t>(sum);
-    m_at = at;
-    return true;
-}
-
-bool Scanner::Word(std::string_view& value) {
-    SkipSpace();
-    const char* end = m_at;
-    while (*end != '\0' && !IsSpace(*end)) ++end;
-    if (end == m_at) return false;
-    value = std::string_view(m_at, static_cast<std::size_t>(end - m_at));
-    m_at = end;
+    value = 0;
+    for (; HexDigit(*at) >= 0; ++at) value = value * 16 + static_cast<std::uint32_t>(HexDigit(*at));
+    m_rest.remove_prefix(static_cast<std::size_t>(at - m_rest.data()));
     return true;
 }
 
 bool Scanner::Pair(float& x, float& y) {
     float first = 0.0F;
     float second = 0.0F;
-    if (!Real(first) || *m_at != ',') return false;
-    ++m_at;
-    if (!Real(second)) return false;
+    if (!Real(first) || !Literal(',') || !Real(second)) return false;
     x = first;
     y = second;
     return true;
+}
+
+int LeadingInt(std::string_view text) {
+    int value = 0;
+    Fields(text).Int(value);
+    return value;
 }
 
 double LeadingNumber(const char* text) {
@@ -105,4 +118,4 @@ double LeadingNumber(const char* text) {
     return value;
 }
 
-}  // namespace zm::symbol
+}  // namespace zm::scan

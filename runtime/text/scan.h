@@ -7,42 +7,55 @@
 
 #include "zenromath/export.h"
 
-namespace zm::symbol {
-
-class ZM_API Scanner {
- public:
-    /// text: ended by a zero byte, and alive as long as the scanner.
-    explicit Scanner(const char* text) : m_at(text) {}
-
-    /// %d: white space is skipped; false, with value unchanged, where no integer stands. Limited to 32 bits.
-    bool Int(int& value);
-    /// %f: false where no number stands; words like "inf" are none. Limited to the range of a float.
-    bool Real(float& value);
-    /// %lf, with the rules of Real and the range of a double.
-    bool Number(double& value);
-    /// %x of 32 bits, with or without 0x; limited like Int.
-    bool Hex(std::uint32_t& value);
-    /// %s: the bytes up to the next white space; false at the end of the line.
-    bool Word(std::string_view& value);
-    /// %f,%f: both numbers with the comma directly after the first, or false.
-    bool Pair(float& x, float& y);
-    /// Whether only white space is left.
-    bool AtEnd();
-
-    const char* at() const { return m_at; }
-
- private:
-    void SkipSpace();
-
-    const char* m_at;
-};
+namespace zm::scan {
 
 /// White space of the formatted input: blank, tab, line feed, vertical tab, form feed, carriage return.
 inline bool IsSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
+/// Fields of a line of any bytes, zero bytes included.
+class ZM_API Fields {
+ public:
+    explicit Fields(std::string_view line) : m_rest(line) {}
+
+    /// Any one byte; false at the end.
+    bool Byte(char& value);
+    /// This byte and no other.
+    bool Literal(char wanted);
+    /// %s: the bytes after white space, up to the next; false at the end of the line.
+    bool Word(std::string_view& value);
+    /// %d: white space is skipped; false, with value unchanged, where no integer follows. Modulo 2 to the 32nd, so that a
+    /// colour written without a sign is read whole.
+    bool Int(int& value);
+    /// Whether only white space is left.
+    bool AtEnd();
+    void SkipSpace();
+    std::string_view rest() const { return m_rest; }
+
+ protected:
+    std::string_view m_rest;
+};
+
+/// Fields of a text that ends with a zero byte, numbers with a point among them.
+class ZM_API Scanner : public Fields {
+ public:
+    /// text: ended by a zero byte, and alive as long as the scanner.
+    explicit Scanner(const char* text) : Fields(text) {}
+
+    /// %f: false where no number follows; words like "inf" are none. Limited to the range of a float.
+    bool Real(float& value);
+    /// %lf, with the rules of Real and the range of a double.
+    bool Number(double& value);
+    /// %x, with or without 0x; modulo 2 to the 32nd.
+    bool Hex(std::uint32_t& value);
+    /// %f,%f: both numbers with the comma directly after the first, or false.
+    bool Pair(float& x, float& y);
+};
+
+/// atoi: the whole number at the start of a text, 0 if there is none.
+ZM_API int LeadingInt(std::string_view text);
 /// atof: the number at the start of a text, 0 if there is none.
 ZM_API double LeadingNumber(const char* text);
 
-}  // namespace zm::symbol
+}  // namespace zm::scan

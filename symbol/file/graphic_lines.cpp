@@ -21,9 +21,9 @@ void SymbolFileReader::ReadGraphic() {
     m_largest = kNoLargest;
     m_operator = kNoOperator;
     for (NextLine(); m_haveLine && !AtHeader(); NextLine()) {
-        if (Scanner(m_line.c_str()).Int(m_operator)) {
+        if (scan::Scanner(m_line.c_str()).Int(m_operator)) {
             StoreDrawing();
-        } else if (Scanner(m_line.c_str()).AtEnd()) {
+        } else if (scan::Scanner(m_line.c_str()).AtEnd()) {
             // Required: an empty line repeats the last operator with no coordinates. Ahead of the first there is none.
             Note(Remark::kOperatorRepeated);
             if (m_operator != kNoOperator) StoreDrawing();
@@ -74,7 +74,7 @@ void SymbolFileReader::StoreDrawing() {
 }
 
 void SymbolFileReader::StoreSegment() {
-    Scanner scanner = BehindOperator();
+    scan::Scanner scanner = BehindOperator();
     if (!StorePair(scanner)) {
         Note(Remark::kNumbersMissing);
     } else if (!StorePair(scanner)) {
@@ -84,11 +84,11 @@ void SymbolFileReader::StoreSegment() {
 
 // One pair after each blank of the line, up to the first blank that has none.
 void SymbolFileReader::StorePolyline() {
-    const auto behind = static_cast<std::size_t>(BehindOperator().at() - m_line.c_str());
+    const auto behind = static_cast<std::size_t>(BehindOperator().rest().data() - m_line.c_str());
     if (m_line.find(' ') < behind) Note(Remark::kPolylineIndented);
     std::size_t pairs = 0;
     for (std::size_t blank = m_line.find(' '); blank != std::string::npos; blank = m_line.find(' ', blank + 1)) {
-        Scanner scanner(m_line.c_str() + blank);
+        scan::Scanner scanner(m_line.c_str() + blank);
         if (!StorePair(scanner)) break;
         ++pairs;
         if (m_line[blank + 1] == ' ') Note(Remark::kPairTwice);
@@ -99,7 +99,7 @@ void SymbolFileReader::StorePolyline() {
 
 // The radius, metres on the paper; 0 if it is missing.
 float SymbolFileReader::StoreCircle() {
-    Scanner scanner = BehindOperator();
+    scan::Scanner scanner = BehindOperator();
     float x = 0.0F;
     float y = 0.0F;
     float r = 0.0F;
@@ -114,7 +114,7 @@ float SymbolFileReader::StoreCircle() {
 }
 
 void SymbolFileReader::StoreArc() {
-    Scanner scanner = BehindOperator();
+    scan::Scanner scanner = BehindOperator();
     float x[3] = {};
     float y[3] = {};
     for (int i = 0; i < 3; ++i)
@@ -126,18 +126,18 @@ void SymbolFileReader::StoreArc() {
 }
 
 void SymbolFileReader::StoreDot() {
-    Scanner scanner = BehindOperator();
+    scan::Scanner scanner = BehindOperator();
     if (!StorePair(scanner)) Note(Remark::kNumbersMissing);
 }
 
-Scanner SymbolFileReader::BehindOperator() const {
-    Scanner scanner(m_line.c_str());
+scan::Scanner SymbolFileReader::BehindOperator() const {
+    scan::Scanner scanner(m_line.c_str());
     int op = 0;
     scanner.Int(op);
     return scanner;
 }
 
-bool SymbolFileReader::StorePair(Scanner& scanner) {
+bool SymbolFileReader::StorePair(scan::Scanner& scanner) {
     float x = 0.0F;
     float y = 0.0F;
     if (!scanner.Pair(x, y)) return false;

@@ -103,7 +103,7 @@ void SymbolFileReader::ReadHeader() {
 bool SymbolFileReader::ScanHeader(std::string& fields) {
     const std::size_t mark = std::min(m_line.find_first_of(kNoteMarks), m_line.size());
     fields = m_line.substr(1, mark - 1);
-    Scanner scanner(fields.c_str());
+    scan::Scanner scanner(fields.c_str());
     int code = 0;
     if (!scanner.Int(code)) {
         Note(Remark::kHeaderWithoutCode);
@@ -136,7 +136,7 @@ void SymbolFileReader::StoreNote(std::size_t mark) {
 
 // The integer after the kind; a missing one is 0.
 int SymbolFileReader::HeaderNumber(const std::string& fields) {
-    Scanner scanner(fields.c_str());
+    scan::Scanner scanner(fields.c_str());
     int code = 0;
     int number = 0;
     std::string_view kind;
@@ -157,7 +157,7 @@ void SymbolFileReader::ReadHatch(const std::string& fields) {
     Put(PointRecord(static_cast<float>(HeaderNumber(fields)), 0.0F));
     for (NextLine(); m_haveLine && !AtHeader(); NextLine()) {
         int type = 0;
-        if (!Scanner(m_line.c_str()).Int(type)) {
+        if (!scan::Scanner(m_line.c_str()).Int(type)) {
             Note(Remark::kBodyEndedByText);
             break;
         }
@@ -199,7 +199,7 @@ void SymbolFileReader::StoreHatchEntry(int type) {
 
 // The numbers after the entry's type; what is missing keeps its default.
 void SymbolFileReader::ReadReals(float* values, int count) {
-    Scanner scanner(m_line.c_str());
+    scan::Scanner scanner(m_line.c_str());
     int type = 0;
     scanner.Int(type);
     for (int i = 0; i < count; ++i)
@@ -207,7 +207,7 @@ void SymbolFileReader::ReadReals(float* values, int count) {
 }
 
 void SymbolFileReader::StoreFill(int type) {
-    Scanner scanner(m_line.c_str());
+    scan::Scanner scanner(m_line.c_str());
     int n[5] = {};  // type, style, red, green, blue
     for (int& number : n)
         if (!scanner.Int(number)) {
@@ -218,7 +218,7 @@ void SymbolFileReader::StoreFill(int type) {
     Put(RawRecord(type == 3 ? n[1] : 1, colour));
     if (type == 3) return;
     NextLine();
-    Scanner rows(m_line.c_str());
+    scan::Scanner rows(m_line.c_str());
     std::uint32_t low = 0;
     std::uint32_t high = 0;
     if (!rows.Hex(low) || !rows.Hex(high)) Note(Remark::kNumbersMissing);
@@ -227,14 +227,14 @@ void SymbolFileReader::StoreFill(int type) {
 
 void SymbolFileReader::ReadLineClass(const std::string& fields) {
     LCBODY symbol = {};
-    Scanner scanner(fields.c_str());
+    scan::Scanner scanner(fields.c_str());
     int code = 0;
     std::string_view word;
     scanner.Int(code);
     scanner.Word(word);
     for (int slot = 19; slot >= kPatternTokens && scanner.Word(word); --slot) {
         symbol.code[slot] = word[0];
-        symbol.value[slot] = LeadingNumber(std::string(word.substr(1)).c_str());
+        symbol.value[slot] = scan::LeadingNumber(std::string(word.substr(1)).c_str());
     }
     symbol.value[17] /= 1000.0;
     NextLine();
@@ -266,7 +266,7 @@ int SymbolFileReader::ReadPattern(LCBODY& symbol) {
             break;
         } else {
             symbol.code[tokens] = token[0];
-            symbol.value[tokens] = LeadingNumber(token.c_str() + 1);
+            symbol.value[tokens] = scan::LeadingNumber(token.c_str() + 1);
             ++tokens;
         }
     }

@@ -81,8 +81,8 @@ class ZM_API SymbolFileReader {
     float StoreCircle();
     void StoreArc();
     void StoreDot();
-    Scanner BehindOperator() const;
-    bool StorePair(Scanner& scanner);
+    scan::Scanner BehindOperator() const;
+    bool StorePair(scan::Scanner& scanner);
     void PutPaperPoint(float x, float y);
     void Widen(float value);
 

@@ -12,7 +12,7 @@ namespace zm::tool::symbols {
 namespace {
 
 using zm::symbol::Remark;
-using zm::symbol::Scanner;
+using zm::scan::Scanner;
 
 struct Words {
     Weight weight;

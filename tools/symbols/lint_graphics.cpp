@@ -8,7 +8,7 @@ namespace zm::tool::symbols {
 
 namespace {
 
-using zm::symbol::Scanner;
+using zm::scan::Scanner;
 
 constexpr double kLargeSymbol = 60.0;  // millimetres; none of the field's point symbols comes near it
 constexpr double kMarkerSize = 1e6;    // beyond it the size is that of an arc polyline's marker, which counts in it

@@ -12,7 +12,7 @@ namespace zm::tool::symbols {
 namespace {
 
 using zm::symbol::Remark;
-using zm::symbol::Scanner;
+using zm::scan::Scanner;
 
 constexpr double kWholeTurn = 1e-6;  // how near a fraction of pi has to be to a whole number to count as one
 

@@ -71,12 +71,12 @@ std::vector<int> LeansOn(const Symbol& symbol) {
         for (const int code : ornament.lines) add(code);
         for (const int code : ornament.points) add(code);
     } else if (symbol.kind == "LC" && symbol.source.size() > 1) {
-        zm::symbol::Scanner pattern(symbol.source[1].c_str());
+        zm::scan::Scanner pattern(symbol.source[1].c_str());
         for (std::string_view token; pattern.Word(token);)
-            if (token[0] == 'G') add(static_cast<int>(zm::symbol::LeadingNumber(std::string(token.substr(1)).c_str())));
+            if (token[0] == 'G') add(static_cast<int>(zm::scan::LeadingNumber(std::string(token.substr(1)).c_str())));
     } else if (symbol.kind == "H") {
         for (std::size_t i = 1; i < symbol.source.size(); ++i) {
-            zm::symbol::Scanner entry(symbol.source[i].c_str());
+            zm::scan::Scanner entry(symbol.source[i].c_str());
             float values[6] = {0, 45, 10, 135, 10, 830};
             for (float& value : values)
                 if (!entry.Real(value)) break;

@@ -42,7 +42,7 @@ bool IsBlank(const std::string& line) {
 /// Whether a line of a body is taken by the reader: it begins with an integer, or is empty.
 bool IsRecord(const std::string& line) {
     int value = 0;
-    return IsBlank(line) || zm::symbol::Scanner(line.c_str()).Int(value);
+    return IsBlank(line) || zm::scan::Scanner(line.c_str()).Int(value);
 }
 
 }  // namespace
@@ -78,7 +78,7 @@ void FindPlaces(SymbolText& text) {
         if (line.size() < 2 || line[0] != '*') continue;
         if (line[1] == '$') break;
         int code = 0;
-        if (!zm::symbol::Scanner(line.c_str() + 1).Int(code) || code < 1 || code >= zm::symbol::kHeads) continue;
+        if (!zm::scan::Scanner(line.c_str() + 1).Int(code) || code < 1 || code >= zm::symbol::kHeads) continue;
         text.places[static_cast<std::size_t>(code)] = {i, LastLine(text, i, text.Head(code).status)};
     }
 }

@@ -3,7 +3,8 @@
 
 #include <gtest/gtest.h>
 
-using zm::symbol::Scanner;
+using namespace zm;
+using zm::scan::Scanner;
 
 namespace {
 
@@ -28,9 +29,25 @@ INSTANTIATE_TEST_SUITE_P(Texts, ScannerInt,
                                          IntCase{"minus", "-5", true, -5}, IntCase{"sign_alone", "-", false, -99},
                                          IntCase{"sign_apart", "- 5", false, -99}, IntCase{"empty", "", false, -99},
                                          IntCase{"word", "x", false, -99},
-                                         IntCase{"beyond", "99999999999999999999999", true, 2147483647},
-                                         IntCase{"below", "-99999999999999999999999", true, -2147483647 - 1}),
+                                         IntCase{"colour_without_sign", "4294967295", true, -1},
+                                         IntCase{"beyond", "4294967301", true, 5},
+                                         IntCase{"below", "-4294967301", true, -5}),
                          [](const auto& info) { return std::string(info.param.name); });
+
+TEST(Fields, GoOnBehindAZeroByte) {
+    scan::Fields fields(std::string_view("a\0b 7", 5));
+    std::string_view word;
+    int number = 0;
+    char byte = 0;
+    EXPECT_TRUE(fields.Word(word));
+    EXPECT_EQ(word, std::string_view("a\0b", 3));
+    EXPECT_FALSE(fields.Literal('7'));
+    EXPECT_TRUE(fields.Int(number));
+    EXPECT_EQ(number, 7);
+    EXPECT_TRUE(fields.AtEnd());
+    EXPECT_FALSE(fields.Byte(byte));
+    EXPECT_FALSE(fields.Word(word));
+}
 
 TEST(ScannerPair, NeedsItsCommaDirectlyBehindTheFirstNumber) {
     float x = 7.0F;
@@ -44,23 +61,23 @@ TEST(ScannerPair, NeedsItsCommaDirectlyBehindTheFirstNumber) {
     EXPECT_EQ(1.5F, x);
 }
 
-TEST(ScannerHex, TakesAPrefixAndLimitsTo32Bits) {
+TEST(ScannerHex, TakesAPrefixAndKeeps32Bits) {
     std::uint32_t value = 0;
     EXPECT_TRUE(Scanner(" 0xFf").Hex(value));
     EXPECT_EQ(255U, value);
     EXPECT_TRUE(Scanner("123456789a").Hex(value));
-    EXPECT_EQ(0xFFFFFFFFU, value);
+    EXPECT_EQ(0x3456789AU, value);
     EXPECT_FALSE(Scanner("xyz").Hex(value));
     EXPECT_TRUE(Scanner("0x").Hex(value));
     EXPECT_EQ(0U, value);
 }
 
 TEST(LeadingNumber, IsZeroWhereNoneStands) {
-    EXPECT_EQ(-2.5, zm::symbol::LeadingNumber("-2.5mm"));
-    EXPECT_EQ(0.5, zm::symbol::LeadingNumber(".5"));
-    EXPECT_EQ(0.0, zm::symbol::LeadingNumber(""));
-    EXPECT_EQ(0.0, zm::symbol::LeadingNumber("."));
-    EXPECT_EQ(0.0, zm::symbol::LeadingNumber("inf"));
+    EXPECT_EQ(-2.5, zm::scan::LeadingNumber("-2.5mm"));
+    EXPECT_EQ(0.5, zm::scan::LeadingNumber(".5"));
+    EXPECT_EQ(0.0, zm::scan::LeadingNumber(""));
+    EXPECT_EQ(0.0, zm::scan::LeadingNumber("."));
+    EXPECT_EQ(0.0, zm::scan::LeadingNumber("inf"));
 }
 
 }  // namespace

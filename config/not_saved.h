@@ -1,4 +1,4 @@
-// What the user is told when a table could not be saved.
+// What the user hears when a table could not be saved.
 #pragma once
 
 #include <string>

@@ -23,9 +23,9 @@ struct State {
     int hachureGroup = 0;              // of its records
     std::FILE* hachureFile = nullptr;  // DrawTriangleHachures writes here if set; nothing in the library sets it
     HatchCuts hatchCuts;               // what the hatch caps left out
-    bool curveCutTold = false;         // messages about limits are shown once for a library
-    bool arcPolylineCutTold = false;
-    bool patternStuckTold = false;
+    bool curveCutReported = false;     // messages about limits are shown once for a library
+    bool arcPolylineCutReported = false;
+    bool patternStuckReported = false;
     ScratchPool scratch;
 };
 

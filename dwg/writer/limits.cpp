@@ -45,8 +45,8 @@ const char* TextOf(Limit limit) {
 
 void TellOnce(Limit limit) {
     const std::uint32_t bit = std::uint32_t{1} << static_cast<int>(limit);
-    if ((state().told & bit) != 0) return;
-    state().told |= bit;
+    if ((state().reported & bit) != 0) return;
+    state().reported |= bit;
     _LMsg(TextOf(limit), nullptr, 0);
 }
 

@@ -1,4 +1,4 @@
-// Limits of a drawing file. What goes beyond one is left out or cut, and the user is told once in a session.
+// Limits of a drawing file. What goes beyond one is left out or cut, and the user hears once in a session.
 #pragma once
 
 #include <cstddef>

@@ -150,7 +150,7 @@ void _LDBopendwg(char* path) {
         _LMsg(zm::numbers::Text(zm::dwg::texts::kStillOpen, state.session->path().c_str()).c_str(), nullptr, 0);
         zm::dwg::CloseDrawing();
     }
-    state.told = 0;
+    state.reported = 0;
     state.copyWarnings.clear();
     state.importNotes.clear();
     state.refusedBlocks.clear();

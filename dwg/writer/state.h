@@ -36,11 +36,11 @@ struct State {
     std::vector<char> blockFolder;  // SetBlockFolder; no string, which has no constant start value everywhere
     std::vector<std::string> copyWarnings;            // BlockCopyWarning
     std::vector<std::string> importNotes;             // BlockImportNote
-    std::vector<std::string> refusedBlocks;           // told since the last open that they cannot be had
+    std::vector<std::string> refusedBlocks;           // reported since the last open that they cannot be had
     bool keepThickness = true;                        // SetThicknessKept
     bool closeRings = false;                          // SetRingsClosed
     bool lastFileComplete = true;                     // LastFileComplete
-    std::uint32_t told = 0;                           // limits that were reported since the last open, one bit for each
+    std::uint32_t reported = 0;                       // limits that were reported since the last open, one bit for each
     std::uint64_t longestFile = 0xFFFFFFFF;           // bytes; offsets have 32 bits. Tests lower it.
     std::size_t outputBuffer = std::size_t{1} << 20;  // bytes. Tests change it.
 };

@@ -317,7 +317,7 @@ class CWnd : public CObject {
     HWND m_hWnd = nullptr;
 };
 
-/// An edit control and a label, told apart by their types only.
+/// An edit control and a label, kept apart by their types only.
 class CEdit : public CWnd {
  public:
     using CWnd::CWnd;

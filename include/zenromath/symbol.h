@@ -93,7 +93,7 @@ ZM_API int IsTsymboled();
 ///
 /// Not an error: a code that the library lacks is a plain line with number 0, and a code above 999 is that of 999.
 /// The same code twice in a row is answered without work. Placing and drawing symbols looks up others: what is current
-/// after insert or PROCESSALL is not told.
+/// after insert or PROCESSALL is not reported.
 ZM_API int getsymbody(int code);
 /// The head of the current symbol: status (a SymbolStatus), position, number. All 0 before the first lookup and
 /// without a library.
@@ -213,7 +213,7 @@ ZM_API int drawcode(int number, int code, int n, double* x, double* y, double g)
 /// device, the outline alone in a DWG file, and ends the symbol. In a DWG file all entities from here on carry the code
 /// as elevation and thickness. Holes are seams: filling is even-odd along each line.
 /// Caps: 18 crossings of a line, 494 lines of a pass, 495 segments of a family, 4000 points of an entry. What they cut
-/// is counted, not told in a message (symbol/area/hatch_statistics.h).
+/// is counted, not reported in a message (symbol/area/hatch_statistics.h).
 ZM_API int DrawHatch(int n, double* xy, int code);
 
 /// Writes one two-point line into a text file of line coordinates.

@@ -35,7 +35,7 @@ int CopyText(const std::string& text, char* buffer, int size) {
     return static_cast<int>(count);
 }
 
-// Cursors are told apart by these two places.
+// Cursors are kept apart by these two places.
 char g_arrow;
 char g_wait;
 

@@ -34,7 +34,7 @@ struct ZM_API Library {
     std::array<std::string, kHeads> notes;
     std::array<int, kHeads> bodySizes{};  // records of each graphic and hatch symbol, counted once after reading
 
-    // For each record of the body the plain segments, told by IsPlainSegment, that stand one after another from there:
+    // For each record of the body the plain segments, found by IsPlainSegment, that stand one after another from there:
     // decoded once after reading.
     std::vector<int> segmentsFrom;
 

@@ -47,9 +47,9 @@ int TsymbolInit(const char* path) {
     TsymbolClose();
     state().library = zm::symbol::Load(path);
     state().lastCode = 0;
-    state().curveCutTold = false;
-    state().arcPolylineCutTold = false;
-    state().patternStuckTold = false;
+    state().curveCutReported = false;
+    state().arcPolylineCutReported = false;
+    state().patternStuckReported = false;
     TheBody = nullptr;
     nBody = 0;
     TheLCBody = {};

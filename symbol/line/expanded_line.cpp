@@ -16,8 +16,8 @@ constexpr int kArcPoints = 4001;    // the most that one arc or circle takes
 
 // The one message about a curve that needs more room than there is.
 void TellCurveCut() {
-    if (state().curveCutTold) return;
-    state().curveCutTold = true;
+    if (state().curveCutReported) return;
+    state().curveCutReported = true;
     _LMsg(texts::kCurveCut, nullptr, 0);
 }
 

@@ -191,8 +191,8 @@ int PatternWalk::TellBadSymbol() {
 
 int PatternWalk::TellStuck() {
     m_stream.Flush();
-    if (state().patternStuckTold) return 0;
-    state().patternStuckTold = true;
+    if (state().patternStuckReported) return 0;
+    state().patternStuckReported = true;
     return _LMsg(numbers::Text(texts::kPatternStuck, m_code).c_str(), nullptr, 0);
 }
 

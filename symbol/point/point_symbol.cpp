@@ -105,8 +105,8 @@ class PointList {
     PointList(double* xy, draw::StrokeStream& stream, int code) : m_xy(xy), m_stream(stream), m_code(code) {}
     void Append(const Point& p) {
         if (m_count == kPolylinePoints) {
-            if (!state().arcPolylineCutTold) {
-                state().arcPolylineCutTold = true;
+            if (!state().arcPolylineCutReported) {
+                state().arcPolylineCutReported = true;
                 m_stream.Flush();
                 _LMsg(numbers::Text(texts::kArcPolylineCut, m_code).c_str(), nullptr, 0);
             }

@@ -184,7 +184,7 @@ TEST_F(Layers, ALineThatDoesNotParseYieldsZerosAndOneMessageThatNamesFileAndLine
     EXPECT_THAT(host.boxes[0].text, HasSubstr("2 lines are wrong"));
 }
 
-TEST_F(Layers, ANameBeyondItsFieldIsCutBetweenCharactersAndTold) {
+TEST_F(Layers, ANameBeyondItsFieldIsCutBetweenCharactersAndReported) {
     PutProject("[LayerSet]\nLayers=2\nLayer1=ABCDEFGHIJKLMNOP 1 2 3 1\nLayer2=" + Gbk("地物地物地物地物") +
                " 5 6 3 1\n");
     ReadCengCi();
@@ -347,7 +347,7 @@ TEST_F(Layers, NamesThatWouldBeReadBackAsOthersAreToldAndNoLayerIsLost) {
     }
 }
 
-TEST_F(Layers, AnEmptyNameIsTold) {
+TEST_F(Layers, AnEmptyNameIsReported) {
     PutProject("");
     ReadCengCi();
     Table()[0] = LayerCol{{}, 1, 2, 3, 1};

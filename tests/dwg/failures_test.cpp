@@ -1,4 +1,4 @@
-// Writes that fail: told at close, with the path.
+// Writes that fail: reported at close, with the path.
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -21,7 +21,7 @@ class Failures : public DrawingTest {
     static void DrawLines(int count) {
         for (int i = 0; i < count; ++i) _LDBline(1, 2, 3, 4);
     }
-    void ExpectTold(const std::string& path) {
+    void ExpectReported(const std::string& path) {
         ASSERT_EQ(Messages().size(), 1u);
         EXPECT_NE(Messages()[0].find(path), std::string::npos) << Messages()[0];
         EXPECT_NE(Messages()[0].find("could not be written whole"), std::string::npos);
@@ -34,13 +34,13 @@ TEST_F(Failures, AFullDeviceIsToldAtClose) {
     DrawLines(5000);
     EXPECT_TRUE(host.boxes.empty());
     _LDBclosedwg();
-    ExpectTold("\\dev\\full");
+    ExpectReported("\\dev\\full");
 }
 
 TEST_F(Failures, AFullDeviceIsToldForAnEmptyDrawingToo) {
     Open("\\dev\\full");
     _LDBclosedwg();
-    ExpectTold("\\dev\\full");
+    ExpectReported("\\dev\\full");
 }
 
 // Files of this process may not grow beyond a size while the guard lives.
@@ -71,7 +71,7 @@ TEST_F(Failures, AFileThatMayNotGrowIsToldAtClose) {
         DrawLines(5000);
         _LDBclosedwg();
     }
-    ExpectTold("out.dwg");
+    ExpectReported("out.dwg");
     EXPECT_LE(ReadDrawing().size(), 100000u);
 }
 
@@ -92,10 +92,10 @@ TEST_F(Failures, AFileClosedUnderUsIsToldAtClose) {
     ASSERT_EQ(close(next), 0);
     DrawLines(5000);
     _LDBclosedwg();
-    ExpectTold("out.dwg");
+    ExpectReported("out.dwg");
 }
 
-TEST_F(Failures, ASmallFileSystemThatFillsUpIsTold) {
+TEST_F(Failures, ASmallFileSystemThatFillsUpIsReported) {
     const auto small = dir / "small";
     std::filesystem::create_directory(small);
     if (mount("tmpfs", small.c_str(), "tmpfs", 0, "size=64k") != 0)
@@ -104,7 +104,7 @@ TEST_F(Failures, ASmallFileSystemThatFillsUpIsTold) {
     Open(path);
     DrawLines(5000);
     _LDBclosedwg();
-    ExpectTold(path);
+    ExpectReported(path);
     EXPECT_EQ(umount(small.c_str()), 0);
 }
 

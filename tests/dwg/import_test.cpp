@@ -287,7 +287,7 @@ TEST_F(Import, TellsOnceWhatItLeavesOut) {
     dwg::SetBlockImport(false);
 }
 
-// A block that does not come is told once, and asked for no more.
+// A block that does not come is reported once, and asked for no more.
 TEST_F(Import, ABlockThatCannotBeHadIsToldOnce) {
     Write("BAD.dwg", "AC1006");
     Open();

@@ -1,4 +1,4 @@
-// Limits of a drawing: what goes beyond is left out or cut, and told once.
+// Limits of a drawing: what goes beyond is left out or cut, and reported once.
 #include <cmath>
 #include <limits>
 

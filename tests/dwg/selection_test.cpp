@@ -196,7 +196,7 @@ TEST_F(Linetypes, APatternOfTwelveElementsIsStoredWhole) {
     EXPECT_TRUE(host.boxes.empty());
 }
 
-TEST_F(Linetypes, APatternOfThirteenElementsIsCutAndTold) {
+TEST_F(Linetypes, APatternOfThirteenElementsIsCutAndReported) {
     Write("ACAD.LIN", "*LONG,x\nA,1,1,1,1,1,1,1,1,1,1,1,1,1\n");
     Open();
     SetLtype("LONG");

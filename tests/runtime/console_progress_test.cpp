@@ -78,7 +78,7 @@ class ConsoleProgress : public testing::Test {
     }
 };
 
-// Works until it is told to stop: 1 if it was, 0 if it came to its end.
+// Works until it is asked to stop: 1 if it was, 0 if it came to its end.
 int WorkUntilEsc() {
     _LWaitMsg("\xB6\xC1\xC8\xEB", nullptr);
     int stopped = 0;

@@ -407,7 +407,7 @@ TEST_F(ProjectFiles, OpenTellsOfAMissingNameOrMode) {
 TEST_F(ProjectFiles, OpenNeverServesAFileOfTheMachineDirectory) {
     WriteFile(dirs.Machine("only.dat"), "machine");
     EXPECT_EQ(_LFOpen("only.dat", "r"), nullptr);
-    EXPECT_THAT(host.boxes, IsEmpty()) << "it was found, so nothing is told";
+    EXPECT_THAT(host.boxes, IsEmpty()) << "it was found, so nothing is reported";
 }
 
 TEST_F(ProjectFiles, OpenFindsANameInAnotherCase) {

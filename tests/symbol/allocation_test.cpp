@@ -88,7 +88,7 @@ TEST_F(Allocation, OfAPlainLineIsNone) {
     EXPECT_EQ(0U, OfSecondCall([&] { PROCESSALL(3, x.data(), y.data(), 1, 85); }));
 }
 
-TEST_F(Allocation, FailureOfTheScratchIsTold) {
+TEST_F(Allocation, FailureOfTheScratchIsReported) {
     Load(kLibrary);
     std::vector<double> x(4000, 1.0), y(4000, 2.0);
     {
@@ -99,7 +99,7 @@ TEST_F(Allocation, FailureOfTheScratchIsTold) {
     EXPECT_EQ(0, m_device.lines);
 }
 
-TEST_F(Allocation, FailureInASolidPatternIsTold) {
+TEST_F(Allocation, FailureInASolidPatternIsReported) {
     Load("*80 LC\n+4\n*$\n");
     std::vector<double> x(4000, 1.0), y(4000, 2.0);
     getsymbody(80);
@@ -110,7 +110,7 @@ TEST_F(Allocation, FailureInASolidPatternIsTold) {
     EXPECT_THAT(Messages(), ElementsAre("mem err"));
 }
 
-TEST_F(Allocation, FailureInAHatchIsTold) {
+TEST_F(Allocation, FailureInAHatchIsReported) {
     Load(kLibrary);
     std::vector<double> xy = {0, 0, 40, 0, 40, 40, 0, 40};
     {

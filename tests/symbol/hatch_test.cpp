@@ -221,7 +221,7 @@ TEST_F(Hatch, WithoutEntriesIsItsOutline) {
     EXPECT_EQ("ltype 2", m_writer.calls[1]);  // 9 modulo 7
 }
 
-TEST_F(Hatch, BodyShorterThanItsHeadIsTold) {
+TEST_F(Hatch, BodyShorterThanItsHeadIsReported) {
     Load("*12 H 1\n2 -200 -200000\n2 0 15\n*$\n");  // the first entry's numbers count as a terminator
     EXPECT_EQ(0, Draw(kSquare));
     EXPECT_THAT(Messages(), ElementsAre("cID ERROR"));
@@ -267,7 +267,7 @@ TEST_F(Hatch, OutlineOfAFillHasTheWidthOfThePenOnlyWhereItIsSolid) {
                 ElementsAre("Pen 0 7 255", "Pen 1 1 255"));
 }
 
-TEST_F(Hatch, CapsAreCountedNotTold) {
+TEST_F(Hatch, CapsAreCountedNotReported) {
     Load("*12 H 1\n2 0 0.01\n*$\n");
     EXPECT_EQ(1, Draw(kSquare));
     EXPECT_THAT(HatchLines(), SizeIs(494));

@@ -70,7 +70,7 @@ TEST_F(Pattern, SymbolFirstWithAWidthStandsAtTheLastVertexToo) {
     EXPECT_EQ("Pixel:12.000000:0.000000:0", drawn.back());
 }
 
-TEST_F(Pattern, SymbolAloneIsPlacedTenTimesThenTold) {
+TEST_F(Pattern, SymbolAloneIsPlacedTenTimesThenReported) {
     EXPECT_EQ(0, Lay("G43", {0, 0, 12, 0}));
     EXPECT_THAT(Messages(), ElementsAre("80 bad LC symbol"));
     EXPECT_EQ(10U, Count("Pixel"));

@@ -84,11 +84,11 @@ TEST_P(PatternsInAnArea, HaveTheBitsOfEachStep) {
         }
         m_numbers.calls.clear();
         const auto [toldX, toldY] = LayStepByStep(tokens, x, y, 1000.0);
-        const auto told = m_numbers.calls;
+        const auto reported = m_numbers.calls;
         m_numbers.calls.clear();
         getsymbody(80);
         NewLC(x.data(), y.data(), static_cast<int>(x.size()), 80);
-        ASSERT_EQ(m_numbers.calls, told) << "round " << round;
+        ASSERT_EQ(m_numbers.calls, reported) << "round " << round;
         ASSERT_EQ(x, toldX);
         ASSERT_EQ(y, toldY);
     }
@@ -178,7 +178,7 @@ TEST_F(PatternBits, ABodyThatTheCallerCutsShortIsDrawnAsFarAsItGoes) {
     EXPECT_EQ(Messages(), (std::vector<std::string>{"cID error"}));
 }
 
-// Which floats count as -100 is told by numbers; by the text they are those within 1e-5.
+// Which floats count as -100 is decided by numbers; by the text they are those within 1e-5.
 TEST(Terminator, IsEveryFloatWithin1em5OfMinus100) {
     for (float x = -100.001F; x < -99.999F; x = std::nextafter(x, 0.0F))
         ASSERT_EQ(zm::symbol::IsTerminator(zm::symbol::PointRecord(x, -100.0F)), std::fabs(x - -100.0) < 1e-5) << x;

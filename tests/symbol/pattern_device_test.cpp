@@ -28,7 +28,7 @@ using zm::test::LayStepByStep;
 using zm::test::Random;
 using zm::test::Token;
 
-/// Keeps what it is told to draw; calls back once, at a stroke.
+/// Keeps what it is asked to draw; calls back once, at a stroke.
 class PixelDevice : public zm::NullDevice {
  public:
     using Call = std::array<int, 5>;
@@ -143,12 +143,12 @@ TEST_P(PatternsOnADevice, DrawWhatEachStepDraws) {
             }
             m_pixels.Taken();
             const auto [toldX, toldY] = LayStepByStep(pattern.tokens, x, y, 1000.0);
-            const auto told = m_pixels.Taken();
+            const auto reported = m_pixels.Taken();
             const auto* body = TheBody;
-            calls += told.size();
+            calls += reported.size();
             getsymbody(80);
             NewLC(x.data(), y.data(), static_cast<int>(x.size()), 80);
-            ASSERT_EQ(m_pixels.Taken(), told) << pattern.text << " round " << round;
+            ASSERT_EQ(m_pixels.Taken(), reported) << pattern.text << " round " << round;
             ASSERT_EQ(x, toldX);
             ASSERT_EQ(y, toldY);
             ASSERT_EQ(TheBody, body);
@@ -209,11 +209,11 @@ TEST_F(RepeatedSymbols, WithinTheToleranceOfAVertexAreNotTurned) {
             std::vector<double> y = {15.013, 15.013 + length * (angle == 7.0 ? 0.0 : std::sin(angle))};
             m_pixels.Taken();
             LayStepByStep(tokens, x, y, 1000.0);
-            const auto told = m_pixels.Taken();
-            EXPECT_EQ(told.size(), 39u);
+            const auto reported = m_pixels.Taken();
+            EXPECT_EQ(reported.size(), 39u);
             getsymbody(80);
             NewLC(x.data(), y.data(), 2, 80);
-            EXPECT_EQ(m_pixels.Taken(), told) << angle << ' ' << length;
+            EXPECT_EQ(m_pixels.Taken(), reported) << angle << ' ' << length;
         }
     SetMINI(before);
 }

@@ -255,7 +255,7 @@ TEST_F(SymbolFile, NumbersBeyondTheirRangeAreLimitedAndWholeOnesKeepTheirLow32Bi
     EXPECT_THAT(HeadOf(14), ElementsAre(6, 0, -1215752191));
 }
 
-TEST_F(SymbolFile, SeventeenthTokenIsLeftOutAndTold) {
+TEST_F(SymbolFile, SeventeenthTokenIsLeftOutAndReported) {
     Load("*12 LC\n+1 +2 +3 +4 +5 +6 +7 +8 +9 +10 +11 +12 +13 +14 +15 +16 -17\n*$\n");
     EXPECT_THAT(HeadOf(12), ElementsAre(2, 0, 16));
     EXPECT_EQ(16.0, TheLCBody.value[15]);
@@ -265,7 +265,7 @@ TEST_F(SymbolFile, SeventeenthTokenIsLeftOutAndTold) {
                                         "left out. Shorten the pattern."));
 }
 
-TEST_F(SymbolFile, TokenOfMoreThan19CharactersIsLeftOutAndTold) {
+TEST_F(SymbolFile, TokenOfMoreThan19CharactersIsLeftOutAndReported) {
     Load("*12 LC\n+1 -2345678901234567890 +3\n*13 LC\n+123456789012345678\n*$\n");
     EXPECT_THAT(HeadOf(12), ElementsAre(2, 0, 2));
     EXPECT_EQ(3.0, TheLCBody.value[1]);
@@ -387,7 +387,7 @@ TEST_F(SymbolFile, ClosedLibraryAnswersEverythingWithNothing) {
     TsymbolClose();
 }
 
-TEST_F(SymbolFile, StatusOutsideItsRangeIsTold) {
+TEST_F(SymbolFile, StatusOutsideItsRangeIsReported) {
     Load("*$\n");
     zm::symbol::state().library->heads[12].status = 7;
     zm::symbol::state().library->heads[13].status = 0;

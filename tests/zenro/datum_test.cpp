@@ -49,7 +49,7 @@ TEST_F(Datum, ParametersOfTheUsersAreTaken) {
     EXPECT_NE(r.err.find("by the parameters that its system carries"), std::string::npos) << r.err;
 }
 
-TEST_F(Datum, KeptNumbersAreTold) {
+TEST_F(Datum, KeptNumbersAreReported) {
     const Outcome r = DrawFile("in.geojson", InDegrees(LineAt("116.40,39.90", "116.41,39.91"), 4214), "* -> symbol 250",
                                {"--system", "2000", "--datum", "keep"});
     EXPECT_EQ(r.status, 0) << r.err;

@@ -200,7 +200,7 @@ TEST_F(Draw, DegreesComeToTheNationalPlaneByTheLibrarysOwnProjection) {
     EXPECT_NE(ReadFile(m_zenro / "a.rec").find(":3375780.9139"), std::string::npos);
 }
 
-TEST_F(Draw, ADatumTakenForTheFamilysIsTold) {
+TEST_F(Draw, ADatumTakenForTheFamilysIsReported) {
     const Outcome r = Run(Degrees(kLongLat, ""), "* -> symbol 250", {"-o", "a.rec"});
     EXPECT_EQ(r.status, 0);
     EXPECT_NE(r.err.find("WGS 84 are taken as the 2000 family without a change of datum"), std::string::npos) << r.err;
@@ -250,7 +250,7 @@ TEST_F(Draw, MissingEmptyTruncatedAndBinaryFilesAre3) {
     }
 }
 
-TEST_F(Draw, MissingAndWrongRulesAreTold) {
+TEST_F(Draw, MissingAndWrongRulesAreReported) {
     m_zenro.File("in.geojson", kDiagonal);
     EXPECT_EQ(m_zenro.Run({"draw", "in.geojson", "-o", "a.svg", "--rules", "no.rules"}).status, 3);
     const Outcome wrong = Run(kDiagonal, "\n* -> symbol x\n", {"-o", "a.svg"});
@@ -301,7 +301,7 @@ TEST_F(Draw, FeaturesThatNoRuleFitsAreCounted) {
     EXPECT_EQ(m_last.status, 0);
 }
 
-TEST_F(Draw, UnknownCodesAndWrongKindsOfSymbolsAreTold) {
+TEST_F(Draw, UnknownCodesAndWrongKindsOfSymbolsAreReported) {
     Recording(kDiagonal, "* -> symbol 777");
     EXPECT_EQ(m_last.status, 4);
     EXPECT_NE(m_last.err.find("symbol 777 is not in the symbol library"), std::string::npos);

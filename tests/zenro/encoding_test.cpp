@@ -73,7 +73,7 @@ TEST(QuoteNames, LeavesAsciiAndQuotedTextsAlone) {
               "\"高程\" > 6 AND name='桥 头' OR \"宽度\" IS NULL");
 }
 
-TEST_F(Encoding, FieldsThatNoLayerHasAreTold) {
+TEST_F(Encoding, FieldsThatNoLayerHasAreReported) {
     const Outcome r =
         DrawFile("in.csv", kUtf8, "高成 = 5 -> symbol 250\n* -> symbol 17, label 名陈\n",
                  {"--source", "EPSG:4528", "--scale", "1000", "--sheet", "40512000,3456000,40512100,3456100"});

@@ -115,16 +115,16 @@ TEST_F(Language, ErrorsWarningsAndNotesAreChinese) {
     EXPECT_EQ(Chinese({"drw"}).err, "错误：缺少子命令。请看：zenro --help\n");
     EXPECT_EQ(Chinese({"draw", "x", "-o", "y.svg", "--scale", "3"}).err,
               "错误：--scale：值 3 不在 10.000000 至 100000000.000000 之间。请看：zenro --help\n");
-    const std::string told = DrawSix(Locale("zh_CN.UTF-8"));
-    EXPECT_NE(told.find("警告：in.geojson: things：要素 0：符号库中没有符号 997；线以普通线绘制。\n"),
+    const std::string reported = DrawSix(Locale("zh_CN.UTF-8"));
+    EXPECT_NE(reported.find("警告：in.geojson: things：要素 0：符号库中没有符号 997；线以普通线绘制。\n"),
               std::string::npos)
-        << told;
-    EXPECT_NE(told.find("警告：未知的符号编码：另有 1 条同类消息。\n"), std::string::npos) << told;
+        << reported;
+    EXPECT_NE(reported.find("警告：未知的符号编码：另有 1 条同类消息。\n"), std::string::npos) << reported;
 }
 
 TEST_F(Language, KeysOfJsonStayAsTheyAre) {
-    const std::string told = DrawSix(Locale("zh_CN.UTF-8"), {"--json", "--quiet"});
-    const auto json = nlohmann::json::parse(told);
+    const std::string reported = DrawSix(Locale("zh_CN.UTF-8"), {"--json", "--quiet"});
+    const auto json = nlohmann::json::parse(reported);
     EXPECT_EQ(json.at("reports").at("unknown symbol codes"), 6);
     EXPECT_EQ(json.at("features"), 6);
 }
@@ -143,8 +143,8 @@ TEST_F(Language, FindingsAboutADrawingAreChinese) {
 }
 
 TEST_F(Language, AFeatureIsExplainedByItsNumber) {
-    const std::string told = DrawSix(Locale("zh_CN.UTF-8"), {"--explain", "3", "--quiet"});
-    EXPECT_NE(told.find("in.geojson: things：要素 3，线：a.rules:1: * -> 符号 997"), std::string::npos) << told;
+    const std::string reported = DrawSix(Locale("zh_CN.UTF-8"), {"--explain", "3", "--quiet"});
+    EXPECT_NE(reported.find("in.geojson: things：要素 3，线：a.rules:1: * -> 符号 997"), std::string::npos) << reported;
 }
 
 TEST_F(Language, WithoutAChineseLocaleItIsEnglish) {

@@ -14,7 +14,7 @@ class LongLines : public DrawFixture {
     }
 };
 
-TEST_F(LongLines, AreCutToTheSheetAndTold) {
+TEST_F(LongLines, AreCutToTheSheetAndReported) {
     const Outcome end = DrawLine("[32512000,3456050],[40512050,3456050],[48512000,3456051]", 240);
     EXPECT_EQ(end.status, 0);
     EXPECT_NE(end.err.find("a line of more than 100 m of paper is cut at the sheet"), std::string::npos) << end.err;

@@ -1,4 +1,4 @@
-// A sheet stands alone: what is read, told and drawn follows from the sheet.
+// A sheet stands alone: what is read, reported and drawn follows from the sheet.
 #include <gtest/gtest.h>
 
 #include <chrono>

@@ -157,7 +157,7 @@ TEST_P(Range, IsRefusedWithoutAResult) {
 INSTANTIATE_TEST_SUITE_P(Refused, Range, testing::ValuesIn(kRanges),
                          [](const auto& info) { return std::string(info.param.name); });
 
-TEST(Range, TheErrorOfTheSeriesIsTold) {
+TEST(Range, TheErrorOfTheSeriesIsReported) {
     const Program zenro;
     const Outcome near = zenro.Run({"coord", "to-plane", "--meridian", "120"}, "30.5 123.0\n");
     EXPECT_EQ(near.err, "");
@@ -167,7 +167,7 @@ TEST(Range, TheErrorOfTheSeriesIsTold) {
         << far.err;
 }
 
-TEST(Range, AZoneOfTheOtherWidthIsTold) {
+TEST(Range, AZoneOfTheOtherWidthIsReported) {
     const Outcome r = Program().Run({"coord", "to-geo", "--zone", "6"}, "3375780.9 40572000.2\n");
     EXPECT_NE(r.err.find("for a zone of China give --zone 3."), std::string::npos) << r.err;
 }

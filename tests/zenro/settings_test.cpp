@@ -81,7 +81,7 @@ TEST(Settings, WithoutADisplayItSaysSoAndLeavesTheFilesAlone) {
     EXPECT_EQ(ReadFile(project), before);
 }
 
-TEST(Settings, AProjectThatIsNotThereIsTold) {
+TEST(Settings, AProjectThatIsNotThereIsReported) {
     const Program zenro;
     const Outcome r = zenro.Run({"settings", "layers", "--project", "no.ini", "--list"});
     EXPECT_EQ(r.status, 3);

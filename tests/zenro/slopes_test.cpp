@@ -111,7 +111,7 @@ TEST_F(SlopeToScale, HachuresNeverCross) {
                          side(b, a[0], a[1]) * side(b, a[2], a[3]) < -1e-6);
 }
 
-TEST_F(SlopeToScale, ACrestWithoutAFootIsDrawnByItsSymbolAndTold) {
+TEST_F(SlopeToScale, ACrestWithoutAFootIsDrawnByItsSymbolAndReported) {
     Draw(LineThrough({{20, 60}, {80, 60}}, "\"k\":1,\"id\":\"s7\"") + "," +
          LineThrough({{20, 40}, {80, 40}}, "\"k\":2,\"id\":\"s8\""));
     EXPECT_EQ(m_last.status, 0) << m_last.err;
@@ -143,8 +143,8 @@ class IndexContours : public SheetFixture {
         double width = 0.0;
         std::istringstream lines(rec);
         for (std::string line; std::getline(lines, line);) {
-            const std::size_t told = line.find("# pen_mm ");
-            if (told != std::string::npos) width = zm::numbers::ReadReal(line.c_str() + told + 9, nullptr);
+            const std::size_t reported = line.find("# pen_mm ");
+            if (reported != std::string::npos) width = zm::numbers::ReadReal(line.c_str() + reported + 9, nullptr);
             const auto n = NumbersOf(line, "Line2");
             if (n.size() == 4) widths[static_cast<int>(std::lround(n[1] - 3456000))] = width;
         }

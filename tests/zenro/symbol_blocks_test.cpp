@@ -141,7 +141,7 @@ TEST_F(SymbolBlocks, ExplodedAreTheStrokesOfTheSymbols) {
     EXPECT_EQ(Count(dxf, "\nINSERT"), 60);
 }
 
-// The block definitions of a drawing have 64000 bytes: what does not fit is there as strokes, and told.
+// The block definitions of a drawing have 64000 bytes: what does not fit is there as strokes, and reported.
 TEST_F(SymbolBlocks, WhatDoesNotFitIntoTheDefinitionsStaysStrokes) {
     DrawSymbols(1, 380, 1);
     EXPECT_EQ(m_last.status, 4);

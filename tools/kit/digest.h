@@ -19,7 +19,7 @@ class Digest {
     void Add(const char* bytes, std::size_t size);
     /// Adds a text with its length, so that two texts are not one longer one.
     void AddText(std::string_view text);
-    /// Adds the bytes of a file; a file that is not there is told apart from an empty one.
+    /// Adds the bytes of a file; a file that is not there is kept apart from an empty one.
     void AddFile(const std::filesystem::path& path);
     /// The hash in hex. Ends the digest.
     std::string Hex();

@@ -31,7 +31,7 @@ class Report {
     void Skip(const std::string& kind, const std::string& line) { Count(kind, line, 1); }
     /// A limit of the library cut something off.
     void Limit(const std::string& kind, const std::string& line) { Count(kind, line, 1); }
-    /// What the library itself has told, counted with the rest.
+    /// What the library itself has reported, counted with the rest.
     void AddCut(long count);
     /// Something worth a warning that leaves the result whole.
     void Warn(const std::string& kind, const std::string& line);

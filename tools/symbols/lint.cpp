@@ -11,8 +11,8 @@ namespace zm::tool::symbols {
 
 namespace {
 
-using zm::symbol::Remark;
 using zm::scan::Scanner;
+using zm::symbol::Remark;
 
 struct Words {
     Weight weight;

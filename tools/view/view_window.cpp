@@ -93,10 +93,10 @@ void ViewWindow::TakeWord(WorkerLink* from, const QJsonObject& message) {
     } else if (what == "ready") {
         TakeReady(from, message);
     } else if (what == "painted" && from == m_link) {
-        QJsonObject told = message;
-        told["map"] = QJsonArray{m_map->viewport().x, m_map->viewport().y, m_map->viewport().pixel};
-        told["pixels"] = QJsonArray{m_map->askedPixels().width(), m_map->askedPixels().height()};
-        Log(told);
+        QJsonObject reported = message;
+        reported["map"] = QJsonArray{m_map->viewport().x, m_map->viewport().y, m_map->viewport().pixel};
+        reported["pixels"] = QJsonArray{m_map->askedPixels().width(), m_map->askedPixels().height()};
+        Log(reported);
         m_map->TakePainted(message);
     } else if (what == "lost") {
         Note(message["where"].toString() + ": " + message["why"].toString() + "; " + Say("left out"));

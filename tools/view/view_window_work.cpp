@@ -366,13 +366,13 @@ void ViewWindow::OpenSettings(const QString& which) {
         if (option.startsWith("--project=") || (ofNotes && option.startsWith("--notes="))) arguments << option;
     auto* process = new QProcess(this);
     connect(process, &QProcess::finished, this, [this, process](int status, QProcess::ExitStatus) {
-        const QJsonObject told = QJsonDocument::fromJson(process->readAllStandardOutput()).object();
+        const QJsonObject reported = QJsonDocument::fromJson(process->readAllStandardOutput()).object();
         const QString words = QString::fromUtf8(process->readAllStandardError()).trimmed();
         process->deleteLater();
         if (!words.isEmpty()) Note(words);
         if (status != 0) return ShowError(words.isEmpty() ? "status " + QString::number(status) : words);
-        if (!told["saved"].toBool()) return;
-        Note(told["file"].toString() + ": " + Say("written"));
+        if (!reported["saved"].toBool()) return;
+        Note(reported["file"].toString() + ": " + Say("written"));
         m_readAgain = true;
         Start();
     });

@@ -137,7 +137,7 @@ TEST(RealDrawings, WithJumpsThatLeadNowhereOrInACircleAreReadToAnEnd) {
     EXPECT_GT(jumps, 6);
 }
 
-// A drawing with blocks that refer to blocks. The definitions follow each other, if they do not all begin where told.
+// A drawing with blocks that refer to blocks. The definitions follow each other, if they do not all begin where they are said to.
 class BlockDrawing {
  public:
     BlockDrawing() : m_bytes(zm::test::RecordedTemplate("plain")), m_section(Drawing(m_bytes).header.blockStart) {

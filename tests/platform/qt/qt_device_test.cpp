@@ -252,8 +252,8 @@ TEST(QtDevice, OpaqueTextCoversWhatLiesBehind) {
 
 TEST(QtDevice, MissingFaceIsToldOnceAndReplaced) {
     zm::qt::EnsureApplication();
-    std::vector<std::string> told;
-    zm::qt::SetMissingFaceReport([&](const std::string& asked, const std::string&) { told.push_back(asked); });
+    std::vector<std::string> reported;
+    zm::qt::SetMissingFaceReport([&](const std::string& asked, const std::string&) { reported.push_back(asked); });
     LOGFONTA font = FontOf(20, 10);
     std::strcpy(font.lfFaceName, "No Such Face 7");
     for (int i = 0; i < 3; ++i) {
@@ -261,8 +261,8 @@ TEST(QtDevice, MissingFaceIsToldOnceAndReplaced) {
         zm::qt::FontFor(font);
     }
     zm::qt::SetMissingFaceReport([](const std::string&, const std::string&) {});
-    ASSERT_EQ(told.size(), 1u);
-    EXPECT_EQ(told[0], "No Such Face 7");
+    ASSERT_EQ(reported.size(), 1u);
+    EXPECT_EQ(reported[0], "No Such Face 7");
 }
 
 TEST(QtDevice, DrawsAPdfPage) {

@@ -29,7 +29,7 @@ struct FourParameters {
 };
 
 /// Least squares over the common points. False with fewer than 3 points, or points that lie so that the parameters
-/// cannot be told (on one line).
+/// cannot be seen (on one line).
 bool Estimate(const std::vector<CommonPoint>& points, SevenParameters& parameters);
 /// Least squares over the common points. False with fewer than 2 points, or all at one place.
 bool Estimate(const std::vector<CommonPoint>& points, FourParameters& parameters);

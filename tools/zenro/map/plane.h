@@ -1,5 +1,5 @@
 // The way of source coordinates to the plane: the source system read from the data, the library's own projection, and
-// no change of datum that is not told.
+// no change of datum that is not reported.
 #pragma once
 
 #include <memory>

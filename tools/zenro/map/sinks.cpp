@@ -141,7 +141,7 @@ class DwgSink : public Sink {
             m_detour = m_folder->path() / "sheet.dwg";
             name = LibraryPath(m_detour);
         }
-        if (name.empty()) CannotWrite(target, Phrase("its path cannot be told to the library; use a shorter one"));
+        if (name.empty()) CannotWrite(target, Phrase("its path cannot be given to the library; use a shorter one"));
         std::vector<char> text(name.c_str(), name.c_str() + name.size() + 1);
         dwg::ResetAttributes();  // an output before this one left its own
         _LDBopendwg(text.data());

@@ -445,7 +445,7 @@ void Source::LeaveStraysOut(const Layer& layer, Feature& prepared, Damage& damag
             std::size_t kept = 0;
             for (std::size_t i = 0; i < chain.size(); ++i) {
                 if (layer.extent.IsStray(chain.x[i], chain.y[i])) {
-                    damage.told.push_back(Phrase(
+                    damage.reported.push_back(Phrase(
                         "{0}: the vertex ({1}, {2}) is no number, or lies far from all other data; it is left out.",
                         prepared.where, Plain(chain.x[i]), Plain(chain.y[i])));
                     continue;
@@ -492,14 +492,14 @@ bool Source::MapShapes(const Layer& layer, const std::optional<Window>& window, 
         for (Chain& chain : shape.chains) layer.map->Apply(chain.size(), chain.x.data(), chain.y.data());
     }
     layer.map->Apply(damage.sound.size(), damage.sound.x.data(), damage.sound.y.data());
-    const auto told = [&] {
+    const auto reported = [&] {
         return tell && (!window || MeetsSheet(prepared.shapes, *window, 0.0, true) ||
                         MeetsSheet({{GeometryKind::line, {damage.sound}}}, *window, 0.0, true));
     };
-    if (!damage.told.empty() && told())
-        for (const std::string& line : damage.told) m_report.Skip(N_("vertices far from all others"), line);
+    if (!damage.reported.empty() && reported())
+        for (const std::string& line : damage.reported) m_report.Skip(N_("vertices far from all others"), line);
     if (std::all_of(prepared.shapes.begin(), prepared.shapes.end(), IsFinite)) return true;
-    if (told())
+    if (reported())
         m_report.Skip(N_("features outside the projection"),
                       Phrase("{0}: lies where the projection has no place for it; it is not drawn.", prepared.where));
     return false;

@@ -85,8 +85,8 @@ class Source {
     bool TakeShapes(OGRFeature& feature, const std::optional<Window>& window, Feature& prepared);
     bool MapShapes(const Layer& layer, const std::optional<Window>& window, bool tell, Feature& prepared);
     struct Damage {
-        std::vector<std::string> told;  // of each vertex that was left out
-        Chain sound;                    // the other vertices of the same chains
+        std::vector<std::string> reported;  // of each vertex that was left out
+        Chain sound;                        // the other vertices of the same chains
     };
     static void LeaveStraysOut(const Layer& layer, Feature& prepared, Damage& damage);
 

@@ -17,7 +17,7 @@ namespace zm::tool {
 namespace {
 
 constexpr double kDegree = 3.141592653589793 / 180.0;
-constexpr double kMetresPerRadian = 6371000.0;  // for differences told in millimetres only
+constexpr double kMetresPerRadian = 6371000.0;  // for differences shown in millimetres only
 constexpr double kSeriesTolerance = 0.001;      // metres; a larger error of the series is reported
 
 struct CoordOptions {
@@ -269,12 +269,12 @@ void ToGeo(const CoordOptions& options, Context& context) {
         }
         std::string line = latText + " " + lonText + " " + Fixed(meridian, meridian == std::floor(meridian) ? 0 : 6);
         if (context.verbose) {
-            const auto told = [](const char* name, const nlohmann::ordered_json& d) {
+            const auto reported = [](const char* name, const nlohmann::ordered_json& d) {
                 return std::string(" ") + name + "-true_mm lat " + Fixed(d["lat"].get<double>(), 4) + " lon " +
                        Fixed(d["lon"].get<double>(), 4);
             };
-            line += told("free", freeDiff);
-            if (hasClass) line += told("class", classDiff);
+            line += reported("free", freeDiff);
+            if (hasClass) line += reported("class", classDiff);
         }
         Print(WithNames(line, p));
     };

@@ -83,7 +83,7 @@ const Kind kKinds[] = {
      [](Tables&) { return FromLibraryPath(GetZenroINIPath(kPensFile, 3)).string(); }},
 };
 
-// A host with windows that hands the boxes on and remembers whether one told of a file that could not be written.
+// A host with windows that hands the boxes on and remembers whether one named a file that could not be written.
 class WatchedHost : public Host {
  public:
     explicit WatchedHost(Host& windows) : m_windows(windows), m_previous(SetHost(this)) {}

@@ -182,7 +182,7 @@ class Keeper {
         }
         return {{"error", Phrase("unknown: {0}", what)}};
     }
-    // The painter has the same map, and is told the same.
+    // The painter has the same map, and hears the same.
     void Hide(const Json& request) {
         m_map->Hide(request.at("layers"), request.at("rules"));
         m_painter.Kill();

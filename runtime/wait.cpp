@@ -30,7 +30,7 @@ constexpr std::size_t kTextLimit = 1999;
 constexpr double kSecondsBetweenLines = 2.0;
 constexpr int kNoNumber = -9999;
 constexpr zm::UInt64 kEscape = 27;
-// Moves, clicks and double clicks of three buttons; the wheel and further buttons come behind them. The header of the
+// Moves, clicks and double clicks of three buttons; the wheel and further buttons come after them. The header of the
 // system counts those as mouse messages too.
 constexpr unsigned int kFirstMouseMessage = 512;
 constexpr unsigned int kLastMouseMessage = 521;

@@ -1,6 +1,8 @@
 // What opens over a settings dialog: the system's own message boxes and its font chooser, worked by their controls.
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "config/state.h"
 #include "dialogs/templates.h"
 #include "platform/win32/host.h"
@@ -149,4 +151,27 @@ TEST_F(DialogBoxes, TheFacePickedInTheFontChooserComesToTheEdit) {
         [] { OpenNoteFontDlg(); });
     EXPECT_EQ(shown, picked);
     EXPECT_NE(shown, "");
+}
+
+TEST_F(DialogBoxes, TheFontChooserBeginsWithTheFontAndLeavesItWhereItIsCancelled) {
+    LOGFONTA font = {};
+    font.lfHeight = -20;
+    std::strcpy(font.lfFaceName, "WenQuanYi Zen Hei");  // of the package fonts-wqy-zenhei
+    const LOGFONTA before = font;
+    bool picked = true;
+    std::string first;
+    WithWindow(
+        IsDialogBox,
+        [&](HWND window) {
+            const HWND faces = GetDlgItem(window, cmb1);
+            wchar_t face[LF_FACESIZE * 2] = {};
+            const LRESULT row = SendMessageW(faces, CB_GETCURSEL, 0, 0);
+            SendMessageW(faces, CB_GETLBTEXT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(face));
+            first = zm::win32::ToUtf8(face);
+            PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
+        },
+        [&] { picked = host.PickFont(nullptr, font); });
+    EXPECT_FALSE(picked);
+    EXPECT_EQ(first, "WenQuanYi Zen Hei");
+    EXPECT_EQ(std::memcmp(&font, &before, sizeof font), 0);
 }

@@ -113,22 +113,6 @@ TEST_F(LineInWindow, TitleAndCaptionsAreChineseUnderEveryCodePage) {
     EXPECT_EQ(ok, "确  认");
 }
 
-TEST_F(LineInWindow, AFontIsPickedInTheSystemsChooser) {
-    LOGFONTA font = {};
-    font.lfHeight = -20;
-    std::strcpy(font.lfFaceName, "WenQuanYi Zen Hei");
-    bool picked = false;
-    WithWindow(
-        IsDialogBox, [](HWND window) { PostMessageW(window, WM_COMMAND, IDOK, 0); },
-        [&] { picked = host.PickFont(nullptr, font); });
-    EXPECT_TRUE(picked);
-    EXPECT_STRNE(font.lfFaceName, "");
-    WithWindow(
-        IsDialogBox, [](HWND window) { PostMessageW(window, WM_COMMAND, IDCANCEL, 0); },
-        [&] { picked = host.PickFont(nullptr, font); });
-    EXPECT_FALSE(picked);
-}
-
 TEST(DialogWindows, SayWhatIsMissingWithoutTheTemplate) {
     zm::test::TestHost host;
     static constexpr zm::dialogs::Template kNone = {4711, "none", 10, 10, {}};

@@ -130,6 +130,7 @@ bool IsOfKind(const Item& item, const Control& control) {
 }  // namespace
 
 TEST(DialogResources, HaveTheControlsOfTheTemplates) {
+    ASSERT_EQ(zm::dialogs::AllTemplates().size(), 6u);
     for (const zm::dialogs::Template* wanted : zm::dialogs::AllTemplates()) {
         SCOPED_TRACE(wanted->id);
         const Resource found = Read(wanted->id);

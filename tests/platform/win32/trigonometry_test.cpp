@@ -145,6 +145,10 @@ void ExpectTheTables() {
         EXPECT_EQ(std::sin(of.angle), of.sine) << of.angle;
         EXPECT_EQ(std::cos(of.angle), of.cosine) << of.angle;
         EXPECT_EQ(std::tan(of.angle), of.tangent) << of.angle;
+        double sine = 0.0, cosine = 0.0;
+        sincos(of.angle, &sine, &cosine);  // what a compiler makes of both of one angle
+        EXPECT_EQ(sine, of.sine) << of.angle;
+        EXPECT_EQ(cosine, of.cosine) << of.angle;
     }
     for (const OfNumber& of : kNumbers) {
         EXPECT_EQ(std::acos(of.number), of.arcCosine) << of.number;

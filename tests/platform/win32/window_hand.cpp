@@ -239,14 +239,13 @@ void WithWindow(const std::function<bool(HWND)>& fits, const std::function<void(
                 act(window);
             else if (!over)
                 throw std::runtime_error("the window did not come");
+            for (int step = 0; step < kWaitSteps && !over; ++step) Sleep(kWaitStep);
+            if (!over) throw std::runtime_error("a window stays open");
         } catch (...) {
             problem = std::current_exception();
         }
         // Nothing may stay open that waits for a user.
-        while (!over) {
-            if (problem != nullptr) EnumThreadWindows(thread, Close, 0);
-            Sleep(kWaitStep);
-        }
+        for (; !over; Sleep(kWaitStep)) EnumThreadWindows(thread, Close, 0);
     });
     show();
     over = true;

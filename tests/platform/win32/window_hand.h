@@ -58,7 +58,7 @@ HWND LongestLabel(HWND box);
 std::string Utf8TextOf(HWND window);
 
 /// Runs show on this thread, and act on another one as soon as a window of this thread fits. What act throws is thrown
-/// here, with the windows closed.
+/// here, with the windows closed; so is an error where a window is open ten seconds after act has returned.
 void WithWindow(const std::function<bool(HWND)>& fits, const std::function<void(HWND)>& act,
                 const std::function<void()>& show);
 

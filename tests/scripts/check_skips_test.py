@@ -53,11 +53,12 @@ class CheckSkips(unittest.TestCase):
         (self.root / "results").mkdir()
         shutil.copy(SCRIPT, self.root / "scripts")
 
-    def run_on(self, results, allowed, strict):
+    def run_on(self, results, allowed, strict, listed_in="tests/allowed-skips.txt"):
         (self.root / "results" / "a.xml").write_text(results, encoding="utf-8")
-        (self.root / "tests" / "allowed-skips.txt").write_text("# comment\n\n" + allowed, encoding="utf-8")
+        (self.root / listed_in).write_text("# comment\n\n" + allowed, encoding="utf-8")
         environment = {**os.environ, "ZM_STRICT_SKIPS": "1" if strict else "0"}
-        command = [sys.executable, self.root / "scripts" / "check-skips", self.root / "results"]
+        own_list = [] if listed_in == "tests/allowed-skips.txt" else ["--list", self.root / listed_in]
+        command = [sys.executable, self.root / "scripts" / "check-skips", *own_list, self.root / "results"]
         return subprocess.run(command, env=environment, capture_output=True, text=True, check=False)
 
     def test_a_skip_that_is_not_on_the_list_fails_with_its_name_and_reason(self):
@@ -102,6 +103,16 @@ class CheckSkips(unittest.TestCase):
             self.assertEqual((run.returncode, run.stderr), (0, ""))
             self.assertIn("2 of 4 tests WERE SKIPPED", run.stdout)
             self.assertIn("  Page.IsSeen: there is no browser\n", run.stdout)
+
+    def test_a_list_for_some_of_the_tests_takes_the_place_of_the_whole_one(self):
+        (self.root / "tests" / "allowed-skips.txt").write_text("Page.* | x\n", encoding="utf-8")
+        for results in (CTEST, PROGRAM):
+            run = self.run_on(results, "Page.IsSeen | no browser\nOther.* | not built\n", strict=True, listed_in="tests/own.txt")
+            self.assertEqual(run.returncode, 1)
+            self.assertIn("no entry of tests/own.txt allows it:\n  Page.Prints: disabled\n", run.stderr)
+            self.assertNotIn("Other", run.stderr)
+            run = self.run_on(results, "Page.* | x\nOther.* | not built\n", strict=True, listed_in="tests/own.txt")
+            self.assertEqual((run.returncode, run.stderr), (0, ""))
 
     def test_an_entry_without_a_reason_fails(self):
         run = self.run_on(CTEST, "Page.*\n", strict=True)

@@ -156,22 +156,33 @@ TEST_F(DialogBoxes, TheFacePickedInTheFontChooserComesToTheEdit) {
 TEST_F(DialogBoxes, TheFontChooserBeginsWithTheFontAndLeavesItWhereItIsCancelled) {
     LOGFONTA font = {};
     font.lfHeight = -20;
-    std::strcpy(font.lfFaceName, "WenQuanYi Zen Hei");  // of the package fonts-wqy-zenhei
-    const LOGFONTA before = font;
-    bool picked = true;
-    std::string first;
+    const auto faceIn = [](HWND faces) {
+        wchar_t face[LF_FACESIZE * 2] = {};
+        const LRESULT row = SendMessageW(faces, CB_GETCURSEL, 0, 0);
+        SendMessageW(faces, CB_GETLBTEXT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(face));
+        return zm::win32::ToUtf8(face);
+    };
+    std::string chosen, first;
     WithWindow(
         IsDialogBox,
         [&](HWND window) {
             const HWND faces = GetDlgItem(window, cmb1);
-            wchar_t face[LF_FACESIZE * 2] = {};
-            const LRESULT row = SendMessageW(faces, CB_GETCURSEL, 0, 0);
-            SendMessageW(faces, CB_GETLBTEXT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(face));
-            first = zm::win32::ToUtf8(face);
+            SendMessageW(faces, CB_SETCURSEL, static_cast<WPARAM>(SendMessageW(faces, CB_GETCOUNT, 0, 0) - 1), 0);
+            SendMessageW(window, WM_COMMAND, MAKEWPARAM(cmb1, CBN_SELCHANGE), reinterpret_cast<LPARAM>(faces));
+            chosen = faceIn(faces);
+            PostMessageW(window, WM_COMMAND, IDOK, 0);
+        },
+        [&] { EXPECT_TRUE(host.PickFont(nullptr, font)); });
+    ASSERT_NE(chosen, "");
+    EXPECT_EQ(zm::gbk::ToUtf8(font.lfFaceName), chosen);
+    const LOGFONTA before = font;
+    WithWindow(
+        IsDialogBox,
+        [&](HWND window) {
+            first = faceIn(GetDlgItem(window, cmb1));
             PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
         },
-        [&] { picked = host.PickFont(nullptr, font); });
-    EXPECT_FALSE(picked);
-    EXPECT_EQ(first, "WenQuanYi Zen Hei");
+        [&] { EXPECT_FALSE(host.PickFont(nullptr, font)); });
+    EXPECT_EQ(first, chosen);
     EXPECT_EQ(std::memcmp(&font, &before, sizeof font), 0);
 }

@@ -26,16 +26,6 @@ ConsoleScreen::ConsoleScreen() {
     SetConsoleScreenBufferSize(m_handle, {kColumns, kLines});
 }
 
-bool ConsoleScreen::TakesUtf8() {
-    const ConsoleScreen screen;
-    const UINT before = GetConsoleOutputCP();
-    SetConsoleOutputCP(CP_UTF8);
-    DWORD written = 0;
-    WriteFile(screen.handle(), "\xE6\xB5\x8B", 3, &written, nullptr);
-    SetConsoleOutputCP(before);
-    return written == 3 && screen.Text().starts_with("\xE6\xB5\x8B\n");
-}
-
 ConsoleScreen::~ConsoleScreen() {
     CloseHandle(m_handle);
 }

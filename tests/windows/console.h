@@ -16,8 +16,6 @@ class ConsoleScreen {
     ConsoleScreen(const ConsoleScreen&) = delete;
     ConsoleScreen& operator=(const ConsoleScreen&) = delete;
     HANDLE handle() const { return m_handle; }
-    /// Whether it shows bytes that are written by the output code page of its console, as Windows does.
-    static bool TakesUtf8();
     /// What stands on it, in UTF-8, without blanks at the ends of lines.
     std::string Text() const;
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/device/objects.h"
+#include "platform/win32/covering_font.h"
 #include "platform/win32/installed_faces.h"
 #include "platform/win32/missing_glyphs.h"
 #include "platform/win32/wide.h"
@@ -329,6 +330,22 @@ TEST_F(TextsInOtherFaces, AFaceThatIsNotInstalledGivesWayToOneThatHasTheCharacte
     EXPECT_GT(wanted.Inked(), 50);
     EXPECT_EQ(Differing(ours, wanted), 0);
     EXPECT_EQ(GetCurrentObject(ours.dc(), OBJ_FONT), font.handle());
+}
+
+TEST_F(TextsInOtherFaces, OfCharactersThatNoFaceHasNoneIsTaken) {
+    MemoryPicture picture(80, 40);
+    const SelectedFont font(picture.dc(), Font("No Such Face 7", 24, ANSI_CHARSET));
+    { const zm::win32::CoveringFont none(picture.dc(), L"\uEFFF"); }
+    ASSERT_EQ(reports.size(), 1u);
+    EXPECT_EQ(reports[0].used, "");
+}
+
+// Their names begin with @.
+TEST_F(TextsInOtherFaces, FacesForTextFromTopToBottomAreNotTaken) {
+    const MemoryPicture any(1, 1);
+    const std::set<std::wstring>& faces = zm::win32::InstalledFaces(any.dc(), {}, GB2312_CHARSET);
+    EXPECT_FALSE(faces.empty());
+    for (const std::wstring& face : faces) EXPECT_NE(face[0], L'@') << zm::win32::ToUtf8(face);
 }
 
 // The system takes milliseconds for a list of its faces.

@@ -26,6 +26,7 @@ using zm::test::WindowHand;
 using zm::test::WithWindow;
 namespace layers = zm::dialogs::layers;
 namespace fonts = zm::dialogs::fonts;
+namespace colours = zm::dialogs::colours;
 
 constexpr int kPatience = 500;  // times ten milliseconds
 
@@ -120,6 +121,48 @@ TEST_F(DialogBoxes, WhatIsRefusedIsSaidInABox) {
         [&] { result = OpenCengciDlg(); });
     EXPECT_EQ(result, 0);
     EXPECT_EQ(text, "层数据不足");
+}
+
+TEST_F(DialogBoxes, TheKeyboardIsInTheEditWhoseNumberIsRefused) {
+    WithWindow(
+        IsDialogBox,
+        [](HWND window) {
+            WindowHand hand(window, zm::dialogs::kColoursTemplate);
+            hand.Click(colours::kTable, 0);
+            hand.Type(colours::kGreen, "x");
+            PressWithoutWaiting(window, colours::kTry);
+            const HWND box = Over(window);
+            ASSERT_NE(box, nullptr);
+            SendMessageW(box, WM_CLOSE, 0, 0);
+            EXPECT_TRUE(Comes([&] {
+                GUITHREADINFO info = {};
+                info.cbSize = sizeof info;
+                GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info);
+                return info.hwndFocus == GetDlgItem(window, colours::kGreen);
+            }));
+            hand.Escape();
+        },
+        [] { SetSysColorSet(); });
+}
+
+// Their rows are padded with blanks.
+TEST_F(DialogBoxes, ListsHaveAFixedWidthFace) {
+    LOGFONTW list = {}, edit = {};
+    const auto read = [](HWND control, LOGFONTW& font) {
+        GetObjectW(reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)), sizeof font, &font);
+    };
+    WithWindow(
+        IsDialogBox,
+        [&](HWND window) {
+            read(GetDlgItem(window, fonts::kList), list);
+            read(GetDlgItem(window, fonts::kFirstEdit), edit);
+            PostMessageW(window, WM_CLOSE, 0, 0);
+        },
+        [] { OpenNoteFontDlg(); });
+    EXPECT_EQ(list.lfPitchAndFamily, FIXED_PITCH | FF_MODERN);
+    EXPECT_STREQ(list.lfFaceName, L"\u65B0\u5B8B\u4F53");
+    EXPECT_NE(edit.lfPitchAndFamily, list.lfPitchAndFamily);
+    EXPECT_EQ(edit.lfHeight, list.lfHeight);
 }
 
 TEST_F(DialogBoxes, TheFacePickedInTheFontChooserComesToTheEdit) {

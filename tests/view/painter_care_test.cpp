@@ -43,7 +43,8 @@ class PainterCareTest : public testing::Test {
             *m_head, *m_painter,
             PainterCare::Hooks{[this](const std::string& answer) { m_answers.push_back(answer); },
                                [this] { m_answers.push_back("given up"); },
-                               [this](std::uint64_t place, const std::string&) { m_lost.push_back(place); }});
+                               [this](std::uint64_t place, const std::string&) { m_lost.push_back(place); }},
+            PainterCare::Patience{0.5, 1.0});
     }
     /// Sees to the painter until so many answers came.
     void Wait(std::size_t answers) {
@@ -126,7 +127,11 @@ TEST_F(PainterCareTest, AFeatureThatKeepsTheDrawingTwiceIsLeftOut) {
     reach();
     const auto start = std::chrono::steady_clock::now();
     m_care->Want("b");  // the first time it is killed after half a second, and nothing is lost
-    while (m_painter->busy() && m_care->Look() >= 0) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    const pid_t first = m_painter->process();
+    while (m_painter->process() == first) {
+        m_care->Look();
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
     const double waited = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     EXPECT_GE(waited, 0.5);
     EXPECT_TRUE(m_lost.empty());
@@ -135,6 +140,28 @@ TEST_F(PainterCareTest, AFeatureThatKeepsTheDrawingTwiceIsLeftOut) {
     Wait(1);
     EXPECT_EQ(m_answers, std::vector<std::string>{"drawn c"});
     EXPECT_EQ(m_lost, std::vector<std::uint64_t>{3});
+}
+
+// Nobody wants another view: the person waits for this one.
+TEST_F(PainterCareTest, AFeatureThatKeepsTheOnlyViewTwiceIsLeftOut) {
+    Begin([](std::uint64_t place) {
+        if (place == 3) std::this_thread::sleep_for(std::chrono::hours(1));
+    });
+    m_care->Want("a");
+    Wait(1);
+    EXPECT_EQ(m_answers, std::vector<std::string>{"drawn a"});
+    EXPECT_EQ(m_lost, std::vector<std::uint64_t>{3});
+}
+
+TEST_F(PainterCareTest, WhoIsStoppedFromOutsideIsReplacedAndNoFeatureIsLost) {
+    Begin([this](std::uint64_t place) {
+        if (place == 2 && m_head->pulse.fetch_add(1) < 2) raise(SIGSTOP);
+    });
+    m_care->Want("a");
+    Wait(1);
+    EXPECT_EQ(m_answers, std::vector<std::string>{"drawn a"});
+    EXPECT_EQ(m_head->pulse.load(), 3U);
+    EXPECT_TRUE(m_lost.empty());
 }
 
 }  // namespace

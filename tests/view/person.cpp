@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <fstream>
 #include <sstream>
 #include <thread>
 
@@ -124,6 +125,25 @@ int ViewPerson::Worker() const {
     for (const json& line : Lines())
         if (line.contains("worker")) worker = line.at("worker").get<int>();
     return worker;
+}
+
+std::vector<int> ViewPerson::Children(int process) {
+    const std::string task = std::to_string(process);
+    std::istringstream in(ReadFile("/proc/" + task + "/task/" + task + "/children"));
+    std::vector<int> children;
+    for (int child = 0; in >> child;) children.push_back(child);
+    return children;
+}
+
+bool ViewPerson::Runs(int process) {
+    std::ifstream in("/proc/" + std::to_string(process) + "/stat");
+    std::string line;
+    return std::getline(in, line) && line.find(") Z ") == std::string::npos;
+}
+
+bool ViewPerson::AwaitEnd(int process) {
+    for (int i = 0; i < 100 && Runs(process); ++i) Sleep(100);
+    return !Runs(process);
 }
 
 ViewPerson::json ViewPerson::Await(const std::function<bool(const json&)>& fits) {

@@ -50,8 +50,15 @@ class ViewPerson : public testing::Test {
     std::vector<json> Lines() const;
     /// The process that keeps the map.
     int Worker() const;
+    /// The processes that a process started, which run or have ended and wait for who collects them.
+    static std::vector<int> Children(int process);
+    /// One that has ended and waits for who collects it does not run.
+    static bool Runs(int process);
+    static bool AwaitEnd(int process);
     /// The first line since the last call that fits; waits a minute for it.
     json Await(const std::function<bool(const json&)>& fits);
+    /// What the log says until now is awaited no more.
+    void PassOver() { m_seen = Lines().size(); }
     /// The next picture that is whole and fits, and where the map is then: x, y, ground metres of a pixel. What is on the
     /// way there, as of a key that repeats, is passed over.
     At3 Painted(const std::function<bool(const At3&)>& fits = [](const At3&) { return true; });

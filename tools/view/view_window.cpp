@@ -48,7 +48,9 @@ ViewWindow::ViewWindow(const ViewJob& job) : JobWindow(job) {
     connect(m_map, &MapView::PictureChanged, this, [this](bool whole) {
         Doing(whole ? Say("ready") : Say("drawing"));
         if (!m_map->isWhole()) Log({{"asked", static_cast<qint64>(m_map->askedNumber())}});
-        if (whole) TakePicture();
+        if (!whole) return;
+        m_crashes = 0;
+        TakePicture();
     });
     connect(m_map, &MapView::Failed, this, [this](const QString& why) {
         Note(why);
@@ -79,6 +81,7 @@ void ViewWindow::Start() {
     connect(link, &WorkerLink::Said, this, [this, link](const QJsonObject& m) { TakeWord(link, m); });
     connect(link, &WorkerLink::Ended, this,
             [this, link](bool crashed, int status, const QString& words) { TakeEnd(link, crashed, status, words); });
+    link->Watch();
     RememberFiles();
     Doing(Say("reading"));
     Log({{"worker", link->processId()}});
@@ -123,9 +126,13 @@ void ViewWindow::TakeReady(WorkerLink* from, const QJsonObject& message) {
     m_map->SetWhole(RectOf(message["data"].toArray()));
     m_map->SetLink(m_link);
     m_system->setText(SpeaksChinese() ? message["planeChinese"].toString() : message["plane"].toString());
+    m_layersKnown = false;
     m_link->Ask({{"do", "layers"}}, [this](const QJsonObject& answer) {
+        m_layersKnown = true;
+        if (answer.contains("error")) Note(answer["error"].toString());
         m_layers->SetLayers(answer["layers"].toArray());
         if (!m_layers->HiddenLayers().isEmpty() || !m_layers->HiddenRules().isEmpty()) HideLayers();
+        if (m_map->isWhole()) TakePicture();
     });
     if (first || !m_readAgain) ShowStart();
     m_readAgain = false;
@@ -151,28 +158,45 @@ void ViewWindow::TakeEnd(WorkerLink* from, bool crashed, int status, const QStri
     from->deleteLater();
     if (from == m_next) {
         m_next = nullptr;
-        QString why = m_reason.isEmpty() ? words : m_reason;
-        if (why.isEmpty()) why = Say("The process that draws ended and is started again.");
-        if (m_link == nullptr && m_about.isEmpty()) {
-            if (crashed && ++m_crashes < kMostCrashes) return Start();
-            return End(status > 0 && !crashed ? status : 1, why);
-        }
-        if (m_good) m_job = *std::exchange(m_good, std::nullopt);
-        Note(why + (m_link != nullptr ? "\n" + Say("The last good picture stays.") : QString()));
-        ShowError(why);
-        Log({{"failed", why}});
-        Doing(Say("ready"));
-        return;
+        TakeEndOfReading(crashed, status, m_reason.isEmpty() ? words : m_reason);
+    } else if (from == m_link) {
+        m_link = nullptr;
+        m_askingWhere = m_askAgain = false;
+        m_map->SetLink(nullptr);
+        StartAgain();
     }
-    if (from != m_link) return;
-    m_link = nullptr;
-    m_askingWhere = m_askAgain = false;
-    m_map->SetLink(nullptr);
-    if (++m_crashes >= kMostCrashes)
-        return Note(Say("The process that draws ends again and again; it is not started any more. Read again: F5."));
+}
+
+void ViewWindow::TakeEndOfReading(bool crashed, int status, const QString& words) {
+    if (crashed && m_crashes + 1 < kMostCrashes) {
+        Note(Say("The process that draws ended and is started again."));
+        ++m_crashes;
+        return Start();
+    }
+    const QString why = words.isEmpty() ? Say("The process that draws ended and is started again.") : words;
+    if (m_link == nullptr && m_about.isEmpty()) return End(status > 0 && !crashed ? status : 1, why);
+    Note(why + (m_link != nullptr ? "\n" + Say("The last good picture stays.") : QString()));
+    ShowError(why);
+    Log({{"failed", why}});
+    Doing(Say("ready"));
+    if (!m_good) return;
+    m_job = *std::exchange(m_good, std::nullopt);
+    if (m_link == nullptr) StartAgain();  // it ended meanwhile
+}
+
+// The map that was shown, in the same view. What ends again and again before its picture is whole is left alone.
+void ViewWindow::StartAgain() {
+    m_readAgain = m_next == nullptr || m_readAgain;
+    if (++m_crashes >= kMostCrashes) {
+        const QString why =
+            Say("The process that draws ends again and again; it is not started any more. Read again: F5.");
+        Note(why);
+        if (!m_job.picture.isEmpty()) return End(1, why);
+        Doing(Say("ready"));
+        return ShowError(why);
+    }
     Note(Say("The process that draws ended and is started again."));
-    m_readAgain = true;
-    Start();
+    if (m_next == nullptr) Start();  // else one reads already
 }
 
 // A folder is watched beside its file: editors put a new file in the place of the old one.
@@ -245,11 +269,7 @@ void ViewWindow::Log(QJsonObject what) {
 // ---- the end ----
 
 void ViewWindow::TakePicture() {
-    if (m_job.picture.isEmpty()) return;
-    // What else is asked for, the layers, has come with the next turn of the loop.
-    m_link->Ask({{"do", "layers"}}, [this](const QJsonObject&) {
-        if (!m_job.picture.isEmpty()) WritePicture();
-    });
+    if (!m_job.picture.isEmpty() && m_layersKnown) WritePicture();
 }
 
 void ViewWindow::closeEvent(QCloseEvent* event) {

@@ -50,6 +50,8 @@ class ViewWindow : public JobWindow {
     void TakeReady(WorkerLink* from, const QJsonObject& message);
     void ShowStart();
     void TakeEnd(WorkerLink* from, bool crashed, int status, const QString& words);
+    void TakeEndOfReading(bool crashed, int status, const QString& words);
+    void StartAgain();
     void Watch(const QStringList& files);
     static QString StampOf(const QString& file);
     void RememberFiles();
@@ -120,7 +122,8 @@ class ViewWindow : public JobWindow {
     bool m_errorShown = false;
     bool m_askingWhere = false;
     bool m_askAgain = false;
-    int m_crashes = 0;
+    bool m_layersKnown = false;
+    int m_crashes = 0;  // in a row, without a whole picture between
     std::FILE* m_logFile = nullptr;
     QElapsedTimer m_sinceStart;
 };

@@ -189,6 +189,7 @@ void ViewWindow::TakeSymbols(const QString& file) {
 void ViewWindow::Search() {
     if (m_link == nullptr || m_search->text().trimmed().isEmpty()) return;
     m_link->Ask({{"do", "search"}, {"text", m_search->text()}}, [this](const QJsonObject& answer) {
+        if (answer["dropped"].toBool()) return;  // a newer one is on its way
         m_found->clear();
         const QJsonArray found = answer["found"].toArray();
         for (const QJsonValue one : found) {

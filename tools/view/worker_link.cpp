@@ -14,6 +14,9 @@ namespace {
 
 constexpr int kHead = 4;
 constexpr qsizetype kMostWords = 4000;  // bytes of stderr that are kept
+constexpr int kLook = 100;              // milliseconds between two looks at the sign of life
+constexpr int kMostQuiet = 5;           // looks; counted, not timed: where this process waits, so does the other
+constexpr int kPing = 1000;             // milliseconds between questions that only ask for an answer
 
 }  // namespace
 
@@ -35,15 +38,12 @@ WorkerLink::WorkerLink(QString program, QStringList verb, QStringList arguments,
         m_words += m_process->readAllStandardError();
         m_words = m_words.right(kMostWords);
     });
-    const auto ended = [this](bool crashed) {
-        const auto asked = std::exchange(m_asked, {});
-        emit Ended(crashed, m_process->exitCode(), QString::fromUtf8(m_words).trimmed());
-    };
     connect(m_process, &QProcess::finished, this,
-            [ended](int, QProcess::ExitStatus how) { ended(how == QProcess::CrashExit); });
-    connect(m_process, &QProcess::errorOccurred, this, [ended](QProcess::ProcessError error) {
-        if (error == QProcess::FailedToStart) ended(false);
+            [this](int, QProcess::ExitStatus how) { End(how == QProcess::CrashExit); });
+    connect(m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart) End(false);
     });
+    connect(&m_watch, &QTimer::timeout, this, &WorkerLink::Look);
     m_process->start(program, verb + QStringList{"--worker=" + QString::number(m_file)} + arguments);
 }
 
@@ -60,6 +60,39 @@ WorkerLink::~WorkerLink() {
     if (m_file >= 0) ::close(m_file);
 }
 
+void WorkerLink::End(bool crashed) {
+    if (std::exchange(m_ended, true)) return;
+    m_watch.stop();
+    const auto asked = std::exchange(m_asked, {});
+    emit Ended(crashed, m_process->exitCode(), QString::fromUtf8(m_words).trimmed());
+}
+
+void WorkerLink::Watch(int longestAnswer) {
+    m_longestAnswer = longestAnswer;
+    WatchOn();
+}
+
+void WorkerLink::WatchOn() {
+    if (m_longestAnswer == 0 || m_ended || m_watch.isActive()) return;
+    m_quiet = 0;
+    m_sincePing.start();
+    m_watch.start(kLook);
+}
+
+// Nothing is looked at while nothing is awaited: an idle window uses no processor.
+void WorkerLink::Look() {
+    if (!owes() && !m_pinged) return m_watch.stop();
+    const quint32 pulse = static_cast<tool::SharedHead*>(m_memory)->pulse.load();
+    m_quiet = pulse != m_pulse || pulse == 0 ? 0 : m_quiet + 1;
+    m_pulse = pulse;
+    const bool late = (m_pinged || pulse == 0) && m_sincePing.elapsed() > m_longestAnswer;
+    if (m_quiet >= kMostQuiet || late) return End(true);
+    if (!m_ready || m_pinged || m_sincePing.elapsed() < kPing) return;
+    m_pinged = true;
+    Ask({{"do", "ping"}}, [this](const QJsonObject&) { m_pinged = false; });
+    m_sincePing.start();
+}
+
 void WorkerLink::WantNumber(quint32 number) {
     static_cast<tool::SharedHead*>(m_memory)->wanted.store(number);
 }
@@ -69,6 +102,8 @@ void WorkerLink::Send(const QJsonObject& message) {
     QByteArray head;
     for (int i = 0; i < kHead; ++i) head.append(static_cast<char>(text.size() >> (8 * i)));
     m_process->write(head + text);
+    if (message["do"].toString() == "draw") m_drawing = message["number"].toInteger();
+    WatchOn();
 }
 
 void WorkerLink::Ask(QJsonObject question, std::function<void(const QJsonObject&)> answered) {
@@ -90,16 +125,24 @@ void WorkerLink::TakeBytes() {
         if (m_bytes.size() - kHead < length) return;
         const QJsonObject message = QJsonDocument::fromJson(m_bytes.mid(kHead, length)).object();
         m_bytes.remove(0, kHead + length);
-        if (message["is"].toString() != "answer") {
-            emit Said(message);
-            continue;
-        }
-        const auto found = m_asked.find(message["id"].toInt());
-        if (found == m_asked.end()) continue;
-        const auto answered = std::move(found->second);
-        m_asked.erase(found);
-        answered(message);
+        TakeMessage(message);
     }
+}
+
+void WorkerLink::TakeMessage(const QJsonObject& message) {
+    const QString what = message["is"].toString();
+    if (what != "answer") {
+        m_ready = m_ready || what == "ready";
+        if (what == "painted" && (!message.contains("number") || message["number"].toInteger() == m_drawing))
+            m_drawing = 0;
+        emit Said(message);
+        return;
+    }
+    const auto found = m_asked.find(message["id"].toInt());
+    if (found == m_asked.end()) return;
+    const auto answered = std::move(found->second);
+    m_asked.erase(found);
+    answered(message);
 }
 
 }  // namespace zm::view

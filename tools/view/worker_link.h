@@ -2,11 +2,13 @@
 #pragma once
 
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QImage>
 #include <QJsonObject>
 #include <QObject>
 #include <QProcess>
 #include <QStringList>
+#include <QTimer>
 #include <functional>
 #include <map>
 
@@ -22,6 +24,9 @@ class WorkerLink : public QObject {
     ~WorkerLink() override;
 
     bool valid() const { return m_memory != nullptr; }
+    /// From now on the process must live while anything is awaited of it: one whose sign of life stays away for half a
+    /// second, or that gives no answer or no first sign for so many milliseconds, has ended.
+    void Watch(int longestAnswer = 10000);
     /// From now on a picture of this number is the one that is wanted; an older one is not finished.
     void WantNumber(quint32 number);
     void Send(const QJsonObject& message);
@@ -33,13 +38,25 @@ class WorkerLink : public QObject {
 
  signals:
     void Said(const QJsonObject& message);
-    /// The process is gone; crashed: by a signal.
+    /// The process is gone, or hangs; crashed: not of its own will.
     void Ended(bool crashed, int status, const QString& lastWords);
 
  private:
     void TakeBytes();
+    void TakeMessage(const QJsonObject& message);
+    bool owes() const { return !m_ready || m_drawing != 0 || m_asked.size() > (m_pinged ? 1U : 0U); }
+    void WatchOn();
+    void Look();
+    void End(bool crashed);
 
     QProcess* m_process;
+    QTimer m_watch;
+    QElapsedTimer m_sincePing;
+    int m_longestAnswer = 0;
+    int m_quiet = 0;  // looks in a row without a sign of life
+    quint32 m_pulse = 0;
+    qint64 m_drawing = 0;  // the number of the picture that is awaited, 0 for none
+    bool m_ready = false, m_pinged = false, m_ended = false;
     QByteArray m_bytes, m_words;
     int m_file = -1;
     void* m_memory = nullptr;

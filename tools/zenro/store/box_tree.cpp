@@ -8,6 +8,7 @@ namespace zm::tool {
 namespace {
 
 constexpr std::size_t kGroup = 16;
+constexpr std::size_t kFew = 64;  // fewer than one in so many are sorted
 constexpr double kCells = 65535.0;
 
 std::uint32_t CellOf(double value, double low, double high) {
@@ -47,17 +48,21 @@ BoxTree::BoxTree(const std::vector<Box>& boxes) : m_order(boxes.size()) {
     std::stable_sort(m_order.begin(), m_order.end(),
                      [&](std::uint32_t a, std::uint32_t b) { return along[a] < along[b]; });
     Level level;
+    level.boxes.reserve(boxes.size());
     for (const std::uint32_t i : m_order) level.boxes.push_back(boxes[i]);
     while (true) {
-        m_levels.push_back(level);
-        if (level.boxes.size() <= 1) break;
         Level next;
-        for (std::size_t i = 0; i < level.boxes.size(); i += kGroup) {
-            Box group;
-            for (std::size_t k = i; k < std::min(i + kGroup, level.boxes.size()); ++k)
-                if (!level.boxes[k].empty()) group.Add(level.boxes[k]);
-            next.boxes.push_back(group);
+        if (level.boxes.size() > 1) {
+            next.boxes.reserve(level.boxes.size() / kGroup + 1);
+            for (std::size_t i = 0; i < level.boxes.size(); i += kGroup) {
+                Box group;
+                for (std::size_t k = i; k < std::min(i + kGroup, level.boxes.size()); ++k)
+                    if (!level.boxes[k].empty()) group.Add(level.boxes[k]);
+                next.boxes.push_back(group);
+            }
         }
+        m_levels.push_back(std::move(level));
+        if (next.boxes.empty()) break;
         level = std::move(next);
     }
 }
@@ -77,7 +82,15 @@ std::vector<std::uint32_t> BoxTree::Within(const Box& window) const {
         const std::size_t end = std::min((at + 1) * kGroup, m_levels[level - 1].boxes.size());
         for (std::size_t k = at * kGroup; k < end; ++k) open.emplace_back(level - 1, k);
     }
-    std::sort(found.begin(), found.end());
+    if (found.size() < m_order.size() / kFew) {
+        std::sort(found.begin(), found.end());
+        return found;
+    }
+    std::vector<bool> met(m_order.size());  // in order without a sort, which takes seconds for millions
+    for (const std::uint32_t i : found) met[i] = true;
+    std::size_t next = 0;
+    for (std::uint32_t i = 0; i < met.size(); ++i)
+        if (met[i]) found[next++] = i;
     return found;
 }
 

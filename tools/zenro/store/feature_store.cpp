@@ -74,13 +74,16 @@ void FeatureStore::Read(std::size_t i, Feature& feature) {
     Decode(m_bytes.Read(entry.at, entry.size), m_rules.rules, feature);
 }
 
+void FeatureStore::Index() {
+    if (m_tree != nullptr) return;
+    std::vector<Box> boxes;
+    boxes.reserve(m_entries.size());
+    for (const Entry& entry : m_entries) boxes.push_back(entry.box);
+    m_tree = std::make_unique<BoxTree>(boxes);
+}
+
 std::vector<std::uint32_t> FeatureStore::Within(const Box& window) {
-    if (m_tree == nullptr) {
-        std::vector<Box> boxes;
-        boxes.reserve(m_entries.size());
-        for (const Entry& entry : m_entries) boxes.push_back(entry.box);
-        m_tree = std::make_unique<BoxTree>(boxes);
-    }
+    Index();
     return m_tree->Within(window);
 }
 

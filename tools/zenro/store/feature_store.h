@@ -59,7 +59,9 @@ class FeatureStore {
     const Box& box() const { return m_box; }
     /// The feature at a place of the drawing order.
     void Read(std::size_t i, Feature& feature);
-    /// The places of the features whose boxes meet a window, in drawing order. The first call builds the index.
+    /// Builds the index of places, once. Before a fork, so that no process builds its own.
+    void Index();
+    /// The places of the features whose boxes meet a window, in drawing order. Builds the index where there is none.
     std::vector<std::uint32_t> Within(const Box& window);
     /// Calls work for each feature that fits, in drawing order. Throws Stopped after Ctrl-C.
     void ForEach(const StoreFilter& filter, const std::function<void(const Feature&)>& work);

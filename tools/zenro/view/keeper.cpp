@@ -11,12 +11,13 @@
 
 #include "tools/kit/translation.h"
 #include "tools/zenro/map/draw_job.h"
+#include "tools/zenro/view/errands.h"
+#include "tools/zenro/view/pulse.h"
 #include "tools/zenro/view/shown_map.h"
 
 namespace zm::tool {
 namespace {
 
-constexpr double kPatience = 0.5;    // seconds that a drawing may take to stop for a newer one
 constexpr int kMostEnds = 3;         // of the process in a row, for one view
 constexpr double kReportStep = 0.1;  // seconds between words on reading
 
@@ -36,7 +37,6 @@ bool IsFault(int signal) {
 void PainterCare::Want(const std::string& request) {
     m_next = request;
     m_since = Seconds();
-    m_beat = m_head.beat.load();
     if (!m_painter.busy()) Ask();
 }
 
@@ -44,6 +44,7 @@ void PainterCare::Ask() {
     m_current = *m_next;
     m_next.reset();
     m_head.place.store(kNoPlace);
+    m_still = Seconds();
     m_painter.Ask(m_current);
 }
 
@@ -79,18 +80,35 @@ void PainterCare::Take() {
     if (m_next) Ask();
 }
 
-int PainterCare::Look() {
-    if (!m_next || !m_painter.busy()) return -1;
-    const double left = kPatience - (Seconds() - m_since);
-    if (left > 0.0) return static_cast<int>(left * 1000.0) + 1;
+// The feature that the drawing is at kept it: the first time this may be the machine's fault.
+void PainterCare::TakeKept() {
     const std::uint64_t place = m_head.place.load();
-    m_painter.Kill();
     if (place != kNoPlace && place == m_kept)
         LeaveOut(Phrase("kept the drawing from stopping"));
     else
         m_kept = place;
+}
+
+int PainterCare::Look() {
+    if (!m_painter.busy()) return -1;
+    const double now = Seconds();
+    if (const std::uint32_t beat = m_head.beat.load(); beat != m_beat) {
+        m_beat = beat;
+        m_still = now;
+    }
+    const bool wanted = m_next && now - m_since >= m_patience.stop;
+    const bool kept = now - m_still >= m_patience.feature && m_head.place.load() != kNoPlace;
+    const bool stopped = m_painter.IsStopped();
+    if (!wanted && !kept && !stopped) {
+        const double left = m_next ? m_patience.stop - (now - m_since) : m_patience.stop;
+        return static_cast<int>(left * 1000.0) + 1;
+    }
+    m_painter.Kill();
+    if (!stopped) TakeKept();
+    if (!m_next) m_next = m_current;
+    m_since = now;
     Ask();
-    return -1;
+    return Look();
 }
 
 namespace {
@@ -112,9 +130,12 @@ class Keeper {
                   [this] {
                       Send(Json{{"is", "painted"}, {"whole", false}, {"error", Phrase(kNoPainter)}});
                   },
-                  [this](std::uint64_t place, const std::string& why) { Lose(place, why); }}) {
+                  [this](std::uint64_t place, const std::string& why) { Lose(place, why); }}),
+          m_errands([this](const Json& question) { return Answered(question); },
+                    [this](const Json& question, Json answer) { TakeErrand(question, std::move(answer)); }) {
         dup2(STDERR_FILENO, STDOUT_FILENO);  // what the library prints is no message
         if (m_memory == MAP_FAILED) throw Failure(kFailed, Phrase("the window's memory cannot be reached."));
+        m_pulse.emplace(Head().pulse);
         context.report.Collect(&m_events);
         m_map = OpenShown(job, context, [this](long long done, long long total) { Tell(done, total); });
         Send(m_map->About().dump(-1, ' ', false, Json::error_handler_t::replace));
@@ -123,11 +144,11 @@ class Keeper {
 
     void Run() {
         while (true) {
-            pollfd files[2] = {{STDIN_FILENO, POLLIN, 0}, {m_painter.file(), POLLIN, 0}};
             const int wait = m_care.Look();
-            files[1].fd = m_painter.file();
-            if (poll(files, 2, wait) < 0) continue;
+            pollfd files[3] = {{STDIN_FILENO, POLLIN, 0}, {m_painter.file(), POLLIN, 0}, {m_errands.file(), POLLIN, 0}};
+            if (poll(files, 3, wait) < 0) continue;
             if (files[1].fd >= 0 && files[1].revents != 0) m_care.Take();
+            if (files[2].fd >= 0 && files[2].revents != 0) m_errands.Take();
             if (files[0].revents == 0) continue;
             if (!m_requests.Take()) return;
             while (const auto request = m_requests.Next()) On(Json::parse(*request));
@@ -159,15 +180,24 @@ class Keeper {
         const std::string what = request.at("do");
         if (what == "draw") return m_care.Want(request.dump());
         if (what == "hide") return Hide(request);
-        Json answer = Json::object();
-        try {
-            answer = Answer(what, request);
-        } catch (const Failure& failure) {
-            answer["error"] = failure.what();
-        }
+        if (what == "search" || (what == "layers" && m_layers.is_null())) return m_errands.Ask(request);
+        SendAnswer(request, Answered(request));
+    }
+    void SendAnswer(const Json& request, Json answer) const {
         answer["is"] = "answer";
         answer["id"] = request.value("id", 0);
         Send(answer);
+    }
+    void TakeErrand(const Json& question, Json answer) {
+        if (question.at("do") == "layers" && answer.contains("layers")) m_layers = answer;  // before anything is hidden
+        SendAnswer(question, std::move(answer));
+    }
+    Json Answered(const Json& request) {
+        try {
+            return Answer(request.at("do"), request);
+        } catch (const Failure& failure) {
+            return {{"error", failure.what()}};
+        }
     }
     Json Answer(const std::string& what, const Json& r) {
         const auto number = [&](const char* name) { return r.at(name).get<double>(); };
@@ -176,10 +206,8 @@ class Keeper {
         if (what == "where") return m_map->Where(number("x"), number("y"));
         if (what == "measure") return m_map->Measure(r.at("xy").get<std::vector<double>>());
         if (what == "search") return m_map->Find(r.at("text"));
-        if (what == "layers") {
-            if (m_layers.is_null()) m_layers = m_map->Layers();  // before anything is hidden
-            return m_layers;
-        }
+        if (what == "layers") return m_layers.is_null() ? m_map->Layers() : m_layers;
+        if (what == "ping") return Json::object();
         return {{"error", Phrase("unknown: {0}", what)}};
     }
     // The painter has the same map, and hears the same.
@@ -233,6 +261,8 @@ class Keeper {
     FrameReader m_requests;
     PainterProcess m_painter;
     PainterCare m_care;
+    Errands m_errands;
+    std::optional<Pulse> m_pulse;
 
  public:
     static void Fail(int out, const std::string& text, int status) {

@@ -42,6 +42,7 @@ OpenedMap::OpenedMap(const DrawJob& wanted, Context& context, const std::functio
     source.TellPlane();
     const long long total = source.Count();
     source.Read(std::nullopt, store, [&](long long done) { step(done, total); });
+    store.Index();
     MeasureSymbols();
     session.ReloadLayers();
     setgscale(scale);

@@ -63,6 +63,12 @@ PainterProcess::News PainterProcess::Take() {
     return news;
 }
 
+bool PainterProcess::IsStopped() const {
+    siginfo_t state{};
+    return m_process > 0 && waitid(P_PID, static_cast<id_t>(m_process), &state, WSTOPPED | WNOHANG | WNOWAIT) == 0 &&
+           state.si_pid == m_process;
+}
+
 void PainterProcess::Kill() {
     if (m_process <= 0) return;
     kill(m_process, SIGKILL);

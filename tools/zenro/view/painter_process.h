@@ -25,6 +25,8 @@ class PainterProcess {
     /// Where its answers come from, -1 where it does not run.
     int file() const { return m_file; }
     bool busy() const { return m_busy; }
+    /// Somebody stopped it; it will not go on by itself.
+    bool IsStopped() const;
     /// Hands a request over, and starts the process where none runs. Not while it is busy.
     void Ask(const std::string& request);
     /// What came: an answer, or the end of the process.

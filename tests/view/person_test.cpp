@@ -131,6 +131,38 @@ TEST_F(ViewPerson, SavedRulesAreSeenAndWrongOnesAreNamedAtTheirLine) {
     EXPECT_EQ(r.status, 0) << r.err;
 }
 
+// What the system says of its reader, and the title of the dialog that exports.
+struct LanguageCase {
+    const char *name, *lang, *language, *title;
+};
+void PrintTo(const LanguageCase& c, std::ostream* out) {
+    *out << c.name;
+}
+class PersonLanguage : public ViewPerson, public testing::WithParamInterface<LanguageCase> {};
+TEST_P(PersonLanguage, IsThatOfTheSystem) {
+    const std::string title = GetParam().title;
+    const Outcome r = Look(
+        [&] {
+            Keys({"ctrl+e"});
+            TurnTo(title);
+            Shown(GetParam().name);
+            Keys({"Escape"});
+            AwaitGone(title);
+            TurnTo("zenro view");
+        },
+        {},
+        {"ZENRO_LANGUAGE=", "LC_ALL=", "LC_MESSAGES=", std::string("LANG=") + GetParam().lang,
+         std::string("LANGUAGE=") + GetParam().language});
+    EXPECT_EQ(r.status, 0) << r.err;
+}
+INSTANTIATE_TEST_SUITE_P(
+    Systems, PersonLanguage,
+    testing::Values(LanguageCase{"chinese_by_lang", "zh_CN.UTF-8", "", "导出视图"},
+                    LanguageCase{"chinese_by_lang_and_language", "zh_CN.UTF-8", "zh", "导出视图"},
+                    LanguageCase{"chinese_by_language_in_another_locale", "de_DE.UTF-8", "zh_CN:en", "导出视图"},
+                    LanguageCase{"english_by_language_in_a_chinese_locale", "zh_CN.UTF-8", "en", "Export the view"}),
+    [](const auto& info) { return std::string(info.param.name); });
+
 TEST_F(ViewPerson, OnASmallScreenTheWholeWindowIsThere) {
     TakeScreen("800x600x24");
     At3 pixels;

@@ -7,6 +7,7 @@
 #include <regex>
 
 #include "tests/support/scratch.h"
+#include "tools/view/qt_phrases.h"
 
 TEST(Phrases, EachHasItsChinese) {
     int phrases = 0;
@@ -19,4 +20,15 @@ TEST(Phrases, EachHasItsChinese) {
             EXPECT_NE(zm::view::ChineseOf((*i)[1].str().c_str()), nullptr) << file.path().filename() << ": " << (*i)[1];
     }
     EXPECT_GT(phrases, 60);
+}
+
+TEST(Phrases, QtsOwnDialogsSpeakChineseToo) {
+    const zm::view::QtPhrases phrases;
+    const auto said = [&](const char* context, const char* text) {
+        return phrases.translate(context, text, nullptr, -1).toStdString();
+    };
+    EXPECT_EQ(said("QFileDialog", "Look in:"), "查找范围：");
+    EXPECT_EQ(said("QPlatformTheme", "Save"), "保存");
+    EXPECT_EQ(said("QPrintPreviewDialog", "Fit width"), "适合宽度");
+    EXPECT_EQ(said("QFileDialog", "a text that no dialog has"), "");
 }

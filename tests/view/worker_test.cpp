@@ -206,6 +206,32 @@ TEST_F(ViewWorker, FarOutSymbolsAreStrokesAndNothingIsLost) {
     EXPECT_LT(Dark(*worker, painted, 400, 400), 200);
 }
 
+// Two layers of crosses below a pixel at each of 50 by 50 places, 50 of each: one of each layer is drawn at a place.
+TEST_F(ViewWorker, OfManyFeaturesBelowAPixelOneOfEachLayerIsDrawn) {
+    std::string layers[2];
+    for (int i = 0; i < 250000; ++i) {
+        const double x = kX + 100 * (i / 2 % 50), y = kY + 100 * (i / 100 % 50) + i % 2 * 40;
+        const auto at = [&](double by) { return "[" + std::to_string(x + by) + "," + std::to_string(y + by) + "]"; };
+        layers[i % 2] += (layers[i % 2].empty() ? "" : ",") + LineFeature(at(0) + "," + at(8), "");
+    }
+    const std::string one = zenro.File("one.geojson", Collection(layers[0]));
+    const std::string other = zenro.File("other.geojson", Collection(layers[1]));
+    const std::string plain = zenro.File("plain.rules", "* -> symbol 250, layer 250\n");
+    MapWorker worker({"--rules=" + plain, "--scale=5000", one, other});
+    worker.Await("ready");
+    const auto beats = [&](const json& painted) {
+        EXPECT_EQ(painted.at("features"), 250000);
+        return worker.Head().beat.exchange(0);
+    };
+    const auto dark = [&](const json& painted) { return Dark(worker, painted, 600, 600); };
+    const json thin = worker.Draw(kX + 2500, kY + 2500, 9.9, 600, 600, 5000.0);
+    EXPECT_LE(beats(thin), 2U * 2 * 2500);  // a look and a drawing of each
+    const long seen = dark(thin);
+    EXPECT_GT(seen, 5000);
+    const json all = worker.Draw(kX + 2500, kY + 2500, 7.9, 700, 700, 5000.0);  // not below a pixel: each is drawn
+    EXPECT_GE(beats(all), 2U * 250000);
+}
+
 TEST_F(ViewWorker, WrongRulesAreNamedWithFileAndLine) {
     const std::string bad = zenro.File("bad.rules", "[things]\n* -> symbol 250\nkind = -> symbol\n");
     MapWorker worker({"--rules=" + bad, data});

@@ -1,8 +1,10 @@
 #include "tools/view/show_map.h"
 
 #include <QApplication>
+#include <QPalette>
 #include <QTimer>
 
+#include "tools/view/qt_phrases.h"
 #include "tools/view/symbol_window.h"
 #include "tools/view/view_window.h"
 #include "zenromath/qt.h"
@@ -10,12 +12,22 @@
 namespace zm::view {
 namespace {
 
-constexpr int kAskEvery = 100;  // milliseconds
+constexpr int kAskEvery = 100;   // milliseconds
+constexpr int kHintAlpha = 140;  // of 255
 
 QStringList ListOf(const char* const* texts) {
     QStringList list;
     for (; *texts != nullptr; ++texts) list << QString::fromUtf8(*texts);
     return list;
+}
+
+// Desktops that are dark may leave Qt's dark grey for the hint in an empty field, on a dark field.
+void MendHints() {
+    QPalette hints;
+    QColor text = QApplication::palette().color(QPalette::Text);
+    text.setAlpha(kHintAlpha);
+    hints.setColor(QPalette::PlaceholderText, text);
+    QApplication::setPalette(hints, "QLineEdit");
 }
 
 // Shows a window made of a job until it is closed.
@@ -32,6 +44,8 @@ int Show(const ZenroQtMap& map, std::string& reason) {
     }
     QApplication::setOrganizationName("zenromath");
     QApplication::setApplicationName("zenro");
+    TranslateQt();
+    MendHints();
     ViewJob job;
     job.program = QString::fromUtf8(map.program);
     job.inputs = ListOf(map.inputs);

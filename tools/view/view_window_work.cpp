@@ -110,7 +110,8 @@ void ViewWindow::ShowHits(const QJsonObject& answer) {
         top->setFirstColumnSpanned(true);
         top->setToolTip(0, hit["where"].toString());
         if (hit.contains("length")) Row(top, Say("Length"), Metres(hit["length"].toDouble(), 2) + " m");
-        if (hit.contains("area")) Row(top, Say("Area"), AreaText(hit["area"].toDouble()));
+        if (hit.contains("area"))  // a line for each unit: the panel is narrow
+            Row(top, Say("Area"), AreaText(hit["area"].toDouble()).replace(" = ", "\n= "));
         for (const QJsonValue one : hit["rules"].toArray()) {
             const QJsonObject rule = one.toObject();
             QTreeWidgetItem* row =
@@ -119,7 +120,7 @@ void ViewWindow::ShowHits(const QJsonObject& answer) {
             row->setData(0, Qt::UserRole, rule["line"].toInt());
             row->setToolTip(0, Say("Edit this rule"));
             row->setToolTip(1, rule["text"].toString());
-            Row(row, Say("Condition"), "[" + rule["section"].toString() + "] " + rule["condition"].toString());
+            Row(row, Say("Condition"), "[" + rule["section"].toString() + "]\n" + rule["condition"].toString());
             QTreeWidgetItem* symbol =
                 Row(row, Say("Symbol"), QString::number(rule["symbol"].toInt()) + " " + rule["note"].toString());
             symbol->setData(0, kSymbolRole, rule["symbol"].toInt());

@@ -1,8 +1,10 @@
 #include "tools/zenro/verbs/window.h"
 
+#include <cstdlib>
 #include <filesystem>
 
 #include "tools/kit/qt_module.h"
+#include "tools/kit/reader_locale.h"
 #include "tools/kit/tool_host.h"
 #include "tools/kit/translation.h"
 #include "tools/zenro/verbs/verbs.h"
@@ -16,6 +18,12 @@ std::vector<const char*> Pointers(const std::vector<std::string>& texts) {
     for (const std::string& text : texts) pointers.push_back(text.c_str());
     pointers.push_back(nullptr);
     return pointers;
+}
+
+// Qt goes by the locale alone, the program by LANGUAGE too: the window, its processes and dialogs go by what it found.
+void SpeakOneLanguage() {
+    const std::string found = ReaderLanguages();
+    setenv("ZENRO_LANGUAGE", found.empty() ? "en" : found.c_str(), 1);
 }
 
 }  // namespace
@@ -33,6 +41,7 @@ void ShowInWindow(int (*ZenroQtBridge::*show)(const ZenroQtMap*, char*, std::siz
         throw Failure(kFailed,
                       Phrase("the window needs Qt 6 Widgets, which this program is built without or cannot load. "
                              "Install libqt6widgets6, or draw the map to a file with zenro draw."));
+    SpeakOneLanguage();
     char reason[1024] = {};
     const int status = (qt->*show)(&map, reason, sizeof reason);
     CheckStop();

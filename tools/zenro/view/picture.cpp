@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <tuple>
 
+#include "tools/kit/tool_host.h"
 #include "tools/kit/translation.h"
 #include "tools/zenro/map/sheet_drawing.h"
 #include "zenromath/draw.h"
@@ -16,6 +19,37 @@ constexpr double kUnitsPerMillimetre = 40.0, kUnitsPerPixel = 4.0;
 constexpr double kAboveWhole = 1.0 + 1e-7;  // keeps whole coordinates from falling short
 constexpr double kCoarse = 2.0;             // millimetres of paper in a pixel, from where symbols cannot be read
 constexpr std::size_t kQuick = 4000;        // features that are labelled at once
+constexpr std::size_t kMany = 200000;       // features in view from where those below a pixel are thinned out
+constexpr std::size_t kLookEvery = 4096;    // of them between two looks at whether the view is still wanted
+
+// Which features of many in view are not drawn: hidden ones, and of those that are smaller than a pixel all but the first
+// of a layer, its levels and kinds at each pixel. What has a label is drawn where labels are.
+std::vector<bool> Thinned(const OpenedMap& map, const ViewRequest& request, const Box& window,
+                          const std::vector<std::uint32_t>& places, bool labels) {
+    std::vector<bool> out = map.hidden;
+    const auto columns = static_cast<std::size_t>((window.x2 - window.x1) / request.pixel) + 1;
+    const auto rows = static_cast<std::size_t>((window.y2 - window.y1) / request.pixel) + 1;
+    std::map<std::tuple<std::uint32_t, std::uint16_t, std::uint8_t>, std::vector<bool>> taken;
+    std::size_t looks = 0;
+    for (const std::uint32_t place : places) {
+        if (++looks % kLookEvery == 0) CheckStop();
+        const FeatureStore::Entry& entry = map.store.entry(place);
+        const Box& box = entry.box;
+        if (out[place] || (labels && entry.labelledKinds != 0) || box.x2 - box.x1 >= request.pixel ||
+            box.y2 - box.y1 >= request.pixel || box.x1 < window.x1 || box.y1 < window.y1)
+            continue;
+        const auto column = static_cast<std::size_t>((box.x1 - window.x1) / request.pixel);
+        const auto row = static_cast<std::size_t>((box.y1 - window.y1) / request.pixel);
+        if (column >= columns || row >= rows) continue;
+        std::vector<bool>& pixels = taken[{entry.layer, entry.levels, entry.kinds}];
+        if (pixels.empty()) pixels.resize(columns * rows);
+        if (pixels[row * columns + column])
+            out[place] = true;
+        else
+            pixels[row * columns + column] = true;
+    }
+    return out;
+}
 
 }  // namespace
 
@@ -91,8 +125,14 @@ ViewDrawn DrawView(OpenedMap& map, const ViewRequest& request, std::uint32_t* pi
     filter.hidden = &map.hidden;
     filter.visited = visited;
     ViewDrawn drawn;
-    drawn.features = map.store.Within(filter.window).size();
+    const std::vector<std::uint32_t> places = map.store.Within(filter.window);
+    drawn.features = places.size();
     drawn.labels = coarse || request.labels > 0 || (request.labels < 0 && drawn.features <= kQuick);
+    std::vector<bool> hidden;
+    if (drawn.features > kMany) {
+        hidden = Thinned(map, request, filter.window, places, drawn.labels && !coarse);
+        filter.hidden = &hidden;
+    }
 
     const PictureContext picture(request, page, pixels);
     map.session.ReloadLayers();

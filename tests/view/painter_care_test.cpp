@@ -155,12 +155,12 @@ TEST_F(PainterCareTest, AFeatureThatKeepsTheOnlyViewTwiceIsLeftOut) {
 
 TEST_F(PainterCareTest, WhoIsStoppedFromOutsideIsReplacedAndNoFeatureIsLost) {
     Begin([this](std::uint64_t place) {
-        if (place == 2 && m_head->pulse.fetch_add(1) < 2) raise(SIGSTOP);
+        if (place == 2 && m_head->beat.fetch_add(1) < 2) raise(SIGSTOP);
     });
     m_care->Want("a");
     Wait(1);
     EXPECT_EQ(m_answers, std::vector<std::string>{"drawn a"});
-    EXPECT_EQ(m_head->pulse.load(), 3U);
+    EXPECT_EQ(m_head->beat.load(), 3U);
     EXPECT_TRUE(m_lost.empty());
 }
 

@@ -77,6 +77,19 @@ TEST_F(WindowPrint, ASheetWithItsFrameThatIsTooLargeIsPrintedInParts) {
     EXPECT_TRUE(Run("pdfinfo", {file}).contains("(A4)")) << Run("pdfinfo", {file}).toStdString();
 }
 
+TEST(SheetPrint, OnTheScreenALineOfOneDotIsWholeAndThePaperAsLarge) {
+    QImage sheet(3000, 2000, QImage::Format_RGB32);
+    sheet.fill(Qt::white);
+    sheet.setDotsPerMeterX(23622);  // 600 dots an inch
+    sheet.setDotsPerMeterY(23622);
+    for (int x = 0; x < sheet.width(); ++x) sheet.setPixel(x, 1001, qRgb(0, 0, 0));
+    const QImage seen = ForScreen(sheet);
+    EXPECT_EQ(seen.size(), QSize(750, 500));
+    EXPECT_NEAR(PaperSize(seen).width(), PaperSize(sheet).width(), 0.05);
+    for (int x = 0; x < seen.width(); ++x) ASSERT_LT(qGray(seen.pixel(x, 250)), 210) << x;
+    EXPECT_EQ(ForScreen(seen).size(), seen.size());
+}
+
 TEST(SheetPrint, PartsCoverTheSheetOnceAndKeepItsSize) {
     const QSizeF sheet(500, 300), page(190, 277);
     const QList<QRectF> parts = PartsOfSheet(sheet, page);

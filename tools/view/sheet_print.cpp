@@ -10,6 +10,7 @@ namespace {
 
 constexpr double kInch = 25.4, kMetre = 1000.0;  // millimetres
 constexpr double kFinest = 600.0, kCoarsest = 72.0;
+constexpr double kScreen = 150.0;  // dots an inch of what a preview shows
 constexpr double kMostPixels = 64e6;
 constexpr double kHair = 0.01;  // millimetres that a sheet may be larger than the page
 constexpr int kMostParts = 1000;
@@ -36,6 +37,18 @@ int PrintResolution(QSizeF sheet) {
 
 QSizeF PaperSize(const QImage& picture) {
     return {picture.width() * kMetre / picture.dotsPerMeterX(), picture.height() * kMetre / picture.dotsPerMeterY()};
+}
+
+QImage ForScreen(const QImage& picture) {
+    const double times = kScreen / (picture.dotsPerMeterX() * kInch / kMetre);
+    if (picture.isNull() || times >= 1.0) return picture;
+    QImage coarse =
+        picture.scaled((QSizeF(picture.size()) * times).toSize(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    coarse.setDotsPerMeterX(
+        static_cast<int>(std::lround(picture.dotsPerMeterX() * double(coarse.width()) / picture.width())));
+    coarse.setDotsPerMeterY(
+        static_cast<int>(std::lround(picture.dotsPerMeterY() * double(coarse.height()) / picture.height())));
+    return coarse;
 }
 
 void PrintSheet(const QImage& picture, QPrinter& printer) {

@@ -20,6 +20,8 @@ int PrintResolution(QSizeF sheet);
 /// The size of a picture by its own pixels a metre, millimetres.
 QSizeF PaperSize(const QImage& picture);
 
+/// The picture as coarse as a screen shows it, of the same size on paper: fine lines stay whole where it is made small.
+QImage ForScreen(const QImage& picture);
 /// Prints a picture of a sheet: what fits on a page in its middle, what does not part by part.
 void PrintSheet(const QImage& picture, QPrinter& printer);
 

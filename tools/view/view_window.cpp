@@ -173,7 +173,8 @@ void ViewWindow::TakeEndOfReading(bool crashed, int status, const QString& words
         ++m_crashes;
         return Start();
     }
-    const QString why = words.isEmpty() ? Say("The process that draws ended and is started again.") : words;
+    const char* again = "The process that draws ends again and again; it is not started any more. Read again: F5.";
+    const QString why = words.isEmpty() ? Say(again) : words;
     if (m_link == nullptr && m_about.isEmpty()) return End(status > 0 && !crashed ? status : 1, why);
     Note(why + (m_link != nullptr ? "\n" + Say("The last good picture stays.") : QString()));
     ShowError(why);

@@ -88,7 +88,7 @@ class ViewWindow : public JobWindow {
     void Export(bool sheet);
     // view_window_print.cpp
     void Print(bool sheet);
-    void ShowPrint(const QImage& picture);
+    void ShowPrint(const QImage& picture, const QImage& coarse);
     QStringList PageOptions(bool sheet) const;
     void RunDraw(bool sheet, const QStringList& more, const QString& file, const std::function<void()>& written);
     void TakeMargins();

@@ -3,6 +3,7 @@
 #include <QImageReader>
 #include <QJsonArray>
 #include <QPageLayout>
+#include <QPaintEngine>
 #include <QPointer>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
@@ -39,15 +40,15 @@ void ViewWindow::Print(bool sheet) {
         // A picture of a sheet is large; the window goes on meanwhile.
         QThreadPool::globalInstance()->start([window = QPointer<ViewWindow>(this), folder, file] {
             QImageReader reader(file);
-            const QImage picture = reader.read();
-            QMetaObject::invokeMethod(QCoreApplication::instance(), [window, folder, picture] {
-                if (window) window->ShowPrint(picture);
+            const QImage picture = reader.read(), coarse = ForScreen(picture);
+            QMetaObject::invokeMethod(QCoreApplication::instance(), [window, folder, picture, coarse] {
+                if (window) window->ShowPrint(picture, coarse);
             });
         });
     });
 }
 
-void ViewWindow::ShowPrint(const QImage& picture) {
+void ViewWindow::ShowPrint(const QImage& picture, const QImage& coarse) {
     Doing(Say("ready"));
     if (picture.isNull()) return Note(Say("the picture of the sheet cannot be read"));
     const QSizeF paper = PaperSize(picture);
@@ -60,7 +61,8 @@ void ViewWindow::ShowPrint(const QImage& picture) {
                            QString(": %1 × %2 ").arg(paper.width(), 0, 'f', 1).arg(paper.height(), 0, 'f', 1) +
                            Say("mm of paper"));
     connect(&preview, &QPrintPreviewDialog::paintRequested, this, [&](QPrinter* to) {
-        PrintSheet(picture, *to);
+        const bool shown = to->paintEngine()->type() == QPaintEngine::Picture;  // the preview keeps it to be played
+        PrintSheet(shown ? coarse : picture, *to);
         Log({{"printed", PartsOfSheet(paper, to->pageRect(QPrinter::Millimeter).size()).size()},
              {"millimetres", QJsonArray{paper.width(), paper.height()}}});
     });

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QJsonDocument>
 #include <QProcessEnvironment>
 #include <utility>
@@ -14,8 +15,8 @@ namespace {
 
 constexpr int kHead = 4;
 constexpr qsizetype kMostWords = 4000;  // bytes of stderr that are kept
-constexpr int kLook = 100;              // milliseconds between two looks at the sign of life
-constexpr int kMostQuiet = 5;           // looks; counted, not timed: where this process waits, so does the other
+constexpr int kLook = 100;              // milliseconds between two looks at the process
+constexpr int kMostStopped = 5;         // looks in a row: one that goes on by itself is left alone
 constexpr int kPing = 1000;             // milliseconds between questions that only ask for an answer
 
 }  // namespace
@@ -74,19 +75,24 @@ void WorkerLink::Watch(int longestAnswer) {
 
 void WorkerLink::WatchOn() {
     if (m_longestAnswer == 0 || m_ended || m_watch.isActive()) return;
-    m_quiet = 0;
+    m_stopped = 0;
     m_sincePing.start();
     m_watch.start(kLook);
+}
+
+// By the state that the system keeps of it: how long it is silent says nothing on a machine that is busy.
+bool WorkerLink::IsStopped() const {
+    QFile file("/proc/" + QString::number(processId()) + "/stat");
+    if (!file.open(QIODevice::ReadOnly)) return false;
+    const QByteArray line = file.readAll();
+    return line.mid(line.lastIndexOf(')')).startsWith(") T");
 }
 
 // Nothing is looked at while nothing is awaited: an idle window uses no processor.
 void WorkerLink::Look() {
     if (!owes() && !m_pinged) return m_watch.stop();
-    const quint32 pulse = static_cast<tool::SharedHead*>(m_memory)->pulse.load();
-    m_quiet = pulse != m_pulse || pulse == 0 ? 0 : m_quiet + 1;
-    m_pulse = pulse;
-    const bool late = (m_pinged || pulse == 0) && m_sincePing.elapsed() > m_longestAnswer;
-    if (m_quiet >= kMostQuiet || late) return End(true);
+    m_stopped = IsStopped() ? m_stopped + 1 : 0;
+    if (m_stopped >= kMostStopped || (m_pinged && m_sincePing.elapsed() > m_longestAnswer)) return End(true);
     if (!m_ready || m_pinged || m_sincePing.elapsed() < kPing) return;
     m_pinged = true;
     Ask({{"do", "ping"}}, [this](const QJsonObject&) { m_pinged = false; });

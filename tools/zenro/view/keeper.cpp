@@ -12,7 +12,6 @@
 #include "tools/kit/translation.h"
 #include "tools/zenro/map/draw_job.h"
 #include "tools/zenro/view/errands.h"
-#include "tools/zenro/view/pulse.h"
 #include "tools/zenro/view/shown_map.h"
 
 namespace zm::tool {
@@ -135,7 +134,6 @@ class Keeper {
                     [this](const Json& question, Json answer) { TakeErrand(question, std::move(answer)); }) {
         dup2(STDERR_FILENO, STDOUT_FILENO);  // what the library prints is no message
         if (m_memory == MAP_FAILED) throw Failure(kFailed, Phrase("the window's memory cannot be reached."));
-        m_pulse.emplace(Head().pulse);
         context.report.Collect(&m_events);
         m_map = OpenShown(job, context, [this](long long done, long long total) { Tell(done, total); });
         Send(m_map->About().dump(-1, ' ', false, Json::error_handler_t::replace));
@@ -262,7 +260,6 @@ class Keeper {
     PainterProcess m_painter;
     PainterCare m_care;
     Errands m_errands;
-    std::optional<Pulse> m_pulse;
 
  public:
     static void Fail(int out, const std::string& text, int status) {

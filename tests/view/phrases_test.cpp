@@ -3,11 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
+#include <QTranslator>
 #include <filesystem>
+#include <memory>
 #include <regex>
 
 #include "tests/support/scratch.h"
-#include "tools/view/qt_phrases.h"
 
 TEST(Phrases, EachHasItsChinese) {
     int phrases = 0;
@@ -22,13 +24,18 @@ TEST(Phrases, EachHasItsChinese) {
     EXPECT_GT(phrases, 60);
 }
 
-TEST(Phrases, QtsOwnDialogsSpeakChineseToo) {
-    const zm::view::QtPhrases phrases;
-    const auto said = [&](const char* context, const char* text) {
-        return phrases.translate(context, text, nullptr, -1).toStdString();
-    };
-    EXPECT_EQ(said("QFileDialog", "Look in:"), "查找范围：");
-    EXPECT_EQ(said("QPlatformTheme", "Save"), "保存");
-    EXPECT_EQ(said("QPrintPreviewDialog", "Fit width"), "适合宽度");
-    EXPECT_EQ(said("QFileDialog", "a text that no dialog has"), "");
+// The package qt6-translations-l10n has the texts.
+TEST(Phrases, QtsOwnDialogsSpeakTheLanguageOfTheWindow) {
+    int count = 1;
+    char name[] = "phrases";
+    char* arguments[] = {name, nullptr};
+    const QCoreApplication application(count, arguments);
+    const QByteArray before = qgetenv("ZENRO_LANGUAGE");
+    for (const bool chinese : {true, false}) {
+        qputenv("ZENRO_LANGUAGE", chinese ? "zh" : "en");
+        const std::unique_ptr<QTranslator> texts(zm::view::TranslateQt());
+        EXPECT_EQ(texts != nullptr, chinese);
+        EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Save").toStdString(), chinese ? "保存" : "Save");
+    }
+    qputenv("ZENRO_LANGUAGE", before);
 }

@@ -1,7 +1,11 @@
 #include "tools/view/phrases.h"
 
+#include <QCoreApplication>
+#include <QLibraryInfo>
 #include <QLocale>
+#include <QTranslator>
 #include <cstring>
+#include <memory>
 
 namespace zm::view {
 namespace {
@@ -151,6 +155,15 @@ QString Say(const char* english) {
     static const bool chinese = SpeaksChinese();
     const char* other = chinese ? ChineseOf(english) : nullptr;
     return QString::fromUtf8(other != nullptr ? other : english);
+}
+
+QTranslator* TranslateQt() {
+    if (!SpeaksChinese()) return nullptr;
+    auto texts = std::make_unique<QTranslator>();
+    if (!texts->load("qtbase_zh_CN", QLibraryInfo::path(QLibraryInfo::TranslationsPath))) return nullptr;
+    texts->setParent(QCoreApplication::instance());
+    QCoreApplication::installTranslator(texts.get());
+    return texts.release();
 }
 
 }  // namespace zm::view

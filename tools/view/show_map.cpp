@@ -4,7 +4,7 @@
 #include <QPalette>
 #include <QTimer>
 
-#include "tools/view/qt_phrases.h"
+#include "tools/view/phrases.h"
 #include "tools/view/symbol_window.h"
 #include "tools/view/view_window.h"
 #include "zenromath/qt.h"

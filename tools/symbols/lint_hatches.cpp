@@ -11,8 +11,8 @@ namespace zm::tool::symbols {
 
 namespace {
 
-using zm::symbol::Remark;
 using zm::scan::Scanner;
+using zm::symbol::Remark;
 
 constexpr double kWholeTurn = 1e-6;  // how near a fraction of pi has to be to a whole number to count as one
 

@@ -145,6 +145,22 @@ TEST_F(DialogBoxes, TheKeyboardIsInTheEditWhoseNumberIsRefused) {
         [] { SetSysColorSet(); });
 }
 
+TEST_F(DialogBoxes, EditsTakeNoMoreCharactersThanTheTemplateSays) {
+    int limited = 0;
+    WithWindow(
+        IsDialogBox,
+        [&](HWND window) {
+            for (const zm::dialogs::Control& control : zm::dialogs::kLayersTemplate.controls) {
+                if (control.limit == 0) continue;
+                EXPECT_EQ(SendMessageW(GetDlgItem(window, control.id), EM_GETLIMITTEXT, 0, 0), control.limit);
+                ++limited;
+            }
+            PostMessageW(window, WM_CLOSE, 0, 0);
+        },
+        [] { OpenCengciDlg(); });
+    EXPECT_EQ(limited, 4);
+}
+
 // Their rows are padded with blanks.
 TEST_F(DialogBoxes, ListsHaveAFixedWidthFace) {
     LOGFONTW list = {}, edit = {};

@@ -160,7 +160,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(LanguageCase{"chinese_by_lang", "zh_CN.UTF-8", "", "导出视图"},
                     LanguageCase{"chinese_by_lang_and_language", "zh_CN.UTF-8", "zh", "导出视图"},
                     LanguageCase{"chinese_by_language_in_another_locale", "de_DE.UTF-8", "zh_CN:en", "导出视图"},
-                    LanguageCase{"english_by_language_in_a_chinese_locale", "zh_CN.UTF-8", "en", "Export the view"}),
+                    LanguageCase{"english_by_language_in_a_chinese_locale", "zh_CN.UTF-8", "en", "Export the view"},
+                    LanguageCase{"english_in_the_plain_locale_as_all_programs", "C.UTF-8", "zh", "Export the view"}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST_F(ViewPerson, OnASmallScreenTheWholeWindowIsThere) {

@@ -20,7 +20,8 @@ std::vector<const char*> Pointers(const std::vector<std::string>& texts) {
     return pointers;
 }
 
-// Qt goes by the locale alone, the program by LANGUAGE too: the window, its processes and dialogs go by what it found.
+// Qt takes LANGUAGE in the plain locale too, where gettext does not: the window, its processes and dialogs go by what the
+// program found.
 void SpeakOneLanguage() {
     const std::string found = ReaderLanguages();
     setenv("ZENRO_LANGUAGE", found.empty() ? "en" : found.c_str(), 1);

@@ -59,7 +59,7 @@ constexpr Phrase kPhrases[] = {
     {"drawing", "正在绘制"},
     {"ready", "就绪"},
     {"features", "个要素"},
-    {"features at this place", "个要素在此处"},
+    {"At this place: ", "此处要素："},
     {"no feature at this place", "此处没有要素"},
     {"nothing found", "没有找到"},
     {"found", "个结果"},

@@ -100,9 +100,8 @@ void ViewWindow::Identify(QPointF plane, double reach) {
 void ViewWindow::ShowHits(const QJsonObject& answer) {
     m_feature->clear();
     const QJsonArray hits = answer["hits"].toArray();
-    m_featureDock->setWindowTitle(hits.isEmpty()
-                                      ? Say("no feature at this place")
-                                      : QString::number(answer["count"].toInt()) + " " + Say("features at this place"));
+    m_featureDock->setWindowTitle(hits.isEmpty() ? Say("no feature at this place")
+                                                 : Say("At this place: ") + QString::number(answer["count"].toInt()));
     std::vector<QPolygonF> outline;
     for (const QJsonValue value : hits) {
         const QJsonObject hit = value.toObject();

@@ -91,7 +91,7 @@ TEST_F(PersonKills, AfterTenKillsAtAnyMomentThePictureIsWholeAndNothingIsLeft) {
     std::vector<int> killed;
     std::vector<int> last;
     const auto end = [&](const std::function<int()>& which) {
-        for (int i = 0; i < 10; ++i)  // one may be replaced in this very moment
+        for (int i = 0; i < 100; ++i, Sleep(20))  // one may be replaced in this very moment
             if (const int process = which(); process > 0 && kill(process, SIGKILL) == 0) {
                 killed.push_back(process);
                 return;

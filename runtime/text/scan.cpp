@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cfloat>
+#include <climits>
 
 #include "runtime/text/numbers.h"
 
@@ -51,17 +52,40 @@ bool Fields::Word(std::string_view& value) {
     return !value.empty();
 }
 
-bool Fields::Int(int& value) {
+bool Fields::Digits(std::int64_t& limited, std::uint32_t& low) {
     SkipSpace();
     std::string_view digits = m_rest;
     const bool negative = digits.starts_with('-');
     if (negative || digits.starts_with('+')) digits.remove_prefix(1);
     if (digits.empty() || !IsDigit(digits.front())) return false;
-    std::uint32_t number = 0;
-    for (; !digits.empty() && IsDigit(digits.front()); digits.remove_prefix(1))
-        number = number * 10 + static_cast<std::uint32_t>(digits.front() - '0');
-    value = static_cast<int>(negative ? 0U - number : number);
+    limited = 0;
+    low = 0;
+    for (; !digits.empty() && IsDigit(digits.front()); digits.remove_prefix(1)) {
+        const int digit = digits.front() - '0';
+        limited = std::min<std::int64_t>(limited * 10 + digit, std::int64_t{INT_MAX} + 1);
+        low = low * 10 + static_cast<std::uint32_t>(digit);
+    }
+    if (negative) {
+        limited = -limited;
+        low = 0U - low;
+    }
     m_rest = digits;
+    return true;
+}
+
+bool Fields::Int(int& value) {
+    std::int64_t limited = 0;
+    std::uint32_t low = 0;
+    if (!Digits(limited, low)) return false;
+    value = static_cast<int>(low);
+    return true;
+}
+
+bool Scanner::Int(int& value) {
+    std::int64_t limited = 0;
+    std::uint32_t low = 0;
+    if (!Digits(limited, low)) return false;
+    value = static_cast<int>(std::clamp<std::int64_t>(limited, INT_MIN, INT_MAX));
     return true;
 }
 
@@ -91,8 +115,10 @@ bool Scanner::Hex(std::uint32_t& value) {
     const char* at = m_rest.data();
     if (*at == '0' && (at[1] == 'x' || at[1] == 'X') && HexDigit(at[2]) >= 0) at += 2;
     if (HexDigit(*at) < 0) return false;
-    value = 0;
-    for (; HexDigit(*at) >= 0; ++at) value = value * 16 + static_cast<std::uint32_t>(HexDigit(*at));
+    std::uint64_t sum = 0;
+    for (; HexDigit(*at) >= 0; ++at)
+        sum = std::min<std::uint64_t>(sum * 16 + static_cast<std::uint64_t>(HexDigit(*at)), UINT32_MAX);
+    value = static_cast<std::uint32_t>(sum);
     m_rest.remove_prefix(static_cast<std::size_t>(at - m_rest.data()));
     return true;
 }

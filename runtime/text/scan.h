@@ -34,6 +34,9 @@ class ZM_API Fields {
     std::string_view rest() const { return m_rest; }
 
  protected:
+    /// The digits after white space and a sign: the number, limited to 33 bits and its sign; false where there are none.
+    bool Digits(std::int64_t& limited, std::uint32_t& low);
+
     std::string_view m_rest;
 };
 
@@ -43,11 +46,13 @@ class ZM_API Scanner : public Fields {
     /// text: ended by a zero byte, and alive as long as the scanner.
     explicit Scanner(const char* text) : Fields(text) {}
 
+    /// %d, limited to 32 bits: no code beyond the range becomes one within it.
+    bool Int(int& value);
     /// %f: false where no number follows; words like "inf" are none. Limited to the range of a float.
     bool Real(float& value);
     /// %lf, with the rules of Real and the range of a double.
     bool Number(double& value);
-    /// %x, with or without 0x; modulo 2 to the 32nd.
+    /// %x of 32 bits, with or without 0x; limited like Int.
     bool Hex(std::uint32_t& value);
     /// %f,%f: both numbers with the comma directly after the first, or false.
     bool Pair(float& x, float& y);

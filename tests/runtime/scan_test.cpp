@@ -29,10 +29,19 @@ INSTANTIATE_TEST_SUITE_P(Texts, ScannerInt,
                                          IntCase{"minus", "-5", true, -5}, IntCase{"sign_alone", "-", false, -99},
                                          IntCase{"sign_apart", "- 5", false, -99}, IntCase{"empty", "", false, -99},
                                          IntCase{"word", "x", false, -99},
-                                         IntCase{"colour_without_sign", "4294967295", true, -1},
-                                         IntCase{"beyond", "4294967301", true, 5},
-                                         IntCase{"below", "-4294967301", true, -5}),
+                                         IntCase{"beyond", "99999999999999999999999", true, 2147483647},
+                                         IntCase{"below", "-99999999999999999999999", true, -2147483647 - 1},
+                                         IntCase{"a_code_and_32_bits", "4294967308", true, 2147483647}),
                          [](const auto& info) { return std::string(info.param.name); });
+
+// Colours in settings are written without a sign.
+TEST(Fields, KeepTheLow32BitsOfNumbers) {
+    int number = 0;
+    EXPECT_TRUE(scan::Fields("4294967295").Int(number));
+    EXPECT_EQ(number, -1);
+    EXPECT_TRUE(scan::Fields("-4294967301").Int(number));
+    EXPECT_EQ(number, -5);
+}
 
 TEST(Fields, GoOnBehindAZeroByte) {
     scan::Fields fields(std::string_view("a\0b 7", 5));
@@ -61,12 +70,12 @@ TEST(ScannerPair, NeedsItsCommaDirectlyBehindTheFirstNumber) {
     EXPECT_EQ(1.5F, x);
 }
 
-TEST(ScannerHex, TakesAPrefixAndKeeps32Bits) {
+TEST(ScannerHex, TakesAPrefixAndLimitsTo32Bits) {
     std::uint32_t value = 0;
     EXPECT_TRUE(Scanner(" 0xFf").Hex(value));
     EXPECT_EQ(255U, value);
     EXPECT_TRUE(Scanner("123456789a").Hex(value));
-    EXPECT_EQ(0x3456789AU, value);
+    EXPECT_EQ(0xFFFFFFFFU, value);
     EXPECT_FALSE(Scanner("xyz").Hex(value));
     EXPECT_TRUE(Scanner("0x").Hex(value));
     EXPECT_EQ(0U, value);

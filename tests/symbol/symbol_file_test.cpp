@@ -246,13 +246,13 @@ TEST_F(SymbolFile, WordsLikeInfAreNoNumbers) {
     EXPECT_EQ(0.0, TheLCBody.value[1]);
 }
 
-TEST_F(SymbolFile, NumbersBeyondTheirRangeAreLimitedAndWholeOnesKeepTheirLow32Bits) {
+TEST_F(SymbolFile, NumbersBeyondTheirRangeAreLimited) {
     Load("*12 G\n5 1e300,-1e300\n*13 L 99999999999\n*14 Y -99999999999\n*99999999999 G\n5 1,1\n*$\n");
     getsymbody(12);
     EXPECT_EQ(3.40282347e35F, TheBody[1].point.x);
     EXPECT_EQ(-3.40282347e35F, TheBody[1].point.y);
-    EXPECT_THAT(HeadOf(13), ElementsAre(3, 0, 1215752191));
-    EXPECT_THAT(HeadOf(14), ElementsAre(6, 0, -1215752191));
+    EXPECT_THAT(HeadOf(13), ElementsAre(3, 0, 2147483647));
+    EXPECT_THAT(HeadOf(14), ElementsAre(6, 0, -2147483647 - 1));
 }
 
 TEST_F(SymbolFile, SeventeenthTokenIsLeftOutAndReported) {

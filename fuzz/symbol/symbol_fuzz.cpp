@@ -51,13 +51,30 @@ void MakePoints(const Setting& s, std::vector<double>& x, std::vector<double>& y
     }
 }
 
+// Steps that the pattern of the current line-class symbol takes along the points: a hundred million lawful ones would
+// only be slow.
+double StepsOfPattern(const std::vector<double>& x, const std::vector<double>& y) {
+    double cycle = 0.0, length = 0.0;
+    for (int i = 0; i < TheHeadNumber(); ++i)
+        if (TheLCBody.code[i] == '+' || TheLCBody.code[i] == '-') cycle += TheLCBody.value[i];
+    for (std::size_t i = 1; i < x.size(); ++i) length += std::hypot(x[i] - x[i - 1], y[i] - y[i - 1]);
+    return cycle > 0.0 ? length * 1000.0 / (cycle * getcurgscale()) * TheHeadNumber() : 0.0;
+}
+
 void DrawAll(const Setting& s) {
+    constexpr double kMostSteps = 2e5;
+    double steps = 0.0;
     std::vector<double> px, py;
     MakePoints(s, px, py);
     for (int code = 1; code <= 999; ++code) {
         const SymbolHead& head = symbol::state().library->heads[static_cast<std::size_t>(code)];
         if (head.status == SymbolStatusL && head.number == 0) continue;
         insert(50.0, 50.0, s.angle * 0.1, code);
+        if (head.status == SymbolStatusLC && getsymbody(code) != 0) {
+            const double more = StepsOfPattern(px, py);
+            if (steps + more > kMostSteps) continue;
+            steps += more;
+        }
         std::vector<double> x = px, y = py;
         x.resize(4000);
         y.resize(4000);

@@ -160,6 +160,11 @@ INSTANTIATE_TEST_SUITE_P(
                  "*1 LC\n+0 -0\n",
                  {"f:2: code 1: doubtful: +0 has no length.", "f:2: code 1: doubtful: -0 has no length.",
                   "f:2: code 1: the lengths add up to nothing: the pattern never gets on along the line."}},
+        LintCase{"lengths_too_short_to_be_seen",
+                 "*1 LC\n+0.01 -0.02\n",
+                 {"f:2: code 1: doubtful: the pattern repeats every 0.03 mm, which cannot be seen: zenro draws a plain "
+                  "line."}},
+        LintCase{"lengths_just_long_enough", "*1 LC\n+0.03 -0.02\n", {}},
         LintCase{"a_length_below_zero", "*1 LC\n+5 --1\n", {"f:2: code 1: a length below 0 in --1 steps backwards."}},
         LintCase{"a_symbol_alone",
                  kDot + "*1 LC\nG5\n",

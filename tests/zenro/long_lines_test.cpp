@@ -34,6 +34,25 @@ TEST_F(LongLines, OfAHundredKilometresOfPaperOnTheSheetAreDrawnPlain) {
     EXPECT_LT(Count(Recording(), "Line2:"), kVertices);
 }
 
+// A line of a metre of paper would have a hundred thousand marks, and a damaged library may ask for millions.
+TEST_F(LongLines, OfAPatternTooFineToBeSeenAreDrawnPlain) {
+    m_zenro.File("fine.dat", "*7 LC\n+0.005 -0.005\n*8 LC\n+0.05 -0.05\n");
+    const auto draw = [&](int symbol) {
+        return DrawFile("in.geojson", Collection(LineFeature("[40512000,3456050],[40512100,3456050]", "\"a\":1")),
+                        "* -> symbol " + std::to_string(symbol),
+                        {"--scale", "500", "--sheet", "40512000,3456000,40512100,3456100", "--symbols", "./fine.dat"});
+    };
+    const Outcome fine = draw(7);
+    EXPECT_EQ(fine.status, 4);
+    EXPECT_NE(fine.err.find("symbol 7: its pattern repeats within 0.05 mm; its lines are drawn plain."),
+              std::string::npos)
+        << fine.err;
+    EXPECT_EQ(Count(Recording(), "Line2:"), 1) << Recording().substr(0, 1000);
+    const Outcome coarse = draw(8);
+    EXPECT_EQ(coarse.status, 0) << coarse.err;
+    EXPECT_GT(Count(Recording(), "Line2:"), 1000);
+}
+
 TEST_F(LongLines, OfTenMetresOfPaperAreDrawnAsTheyStand) {
     const Outcome end = DrawLine("[40509600,3456050],[40514500,3456050]", 240);
     EXPECT_EQ(end.status, 0) << end.err;

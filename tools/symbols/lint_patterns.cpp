@@ -12,6 +12,7 @@ namespace zm::tool::symbols {
 
 namespace {
 
+using zm::symbol::kLeastCycle;
 using zm::symbol::kLeastWidth;
 using zm::symbol::kMarksInARow;
 using zm::symbol::kVertexMode;
@@ -121,6 +122,10 @@ class PatternLint {
                 Phrase("ten tokens without a length in a row: the line ends with a message at its first segment"));
         else if (!(cycle > 0.0))
             Say(1, Weight::lost, Phrase("the lengths add up to nothing: the pattern never gets on along the line"));
+        else if (cycle < kLeastCycle)
+            Say(1, Weight::doubtful,
+                Phrase("the pattern repeats every {0} mm, which cannot be seen: zenro draws a plain line",
+                       Shown(cycle)));
     }
 
     void LintCompanions() {

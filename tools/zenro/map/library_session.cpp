@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "runtime/text/gbk.h"
+#include "symbol/line/pattern_limits.h"
 #include "tools/kit/process.h"
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
@@ -149,6 +150,15 @@ SymbolKind KindOfSymbol(int code) {
     const bool untouched = kind.status == SymbolStatusL && TheHeadNumber() == 0 && TheHeadPosition() == 0;
     kind.known = !untouched || Get_Symbol_Note(code)[0] != '\0';
     return kind;
+}
+
+double CycleOfSymbol(int code) {
+    const bool isPattern = code > 0 && code < kCodes && getsymbody(code) != 0 && TheHeadStatus() == SymbolStatusLC &&
+                           !(TheLCBody.value[19] > zm::symbol::kVertexMode);
+    double cycle = 0.0;
+    for (int i = 0; isPattern && i < TheHeadNumber(); ++i)
+        if (TheLCBody.code[i] == '+' || TheLCBody.code[i] == '-') cycle += TheLCBody.value[i];
+    return cycle;
 }
 
 std::string NoteOfSymbol(int code) {

@@ -59,6 +59,8 @@ struct SymbolKind {
     int status = 0;  // SymbolStatus
 };
 SymbolKind KindOfSymbol(int code);
+/// Millimetres of paper after which the pattern of a line symbol repeats; 0 for any other symbol.
+double CycleOfSymbol(int code);
 /// Its note in UTF-8, empty where it has none.
 std::string NoteOfSymbol(int code);
 

@@ -5,6 +5,8 @@
 #include <tuple>
 #include <utility>
 
+#include "runtime/text/numbers.h"
+#include "symbol/line/pattern_limits.h"
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
 #include "tools/zenro/map/contour_interval.h"
@@ -260,11 +262,24 @@ void Painter::DrawOpenParts(const Chain& chain, const Use& use, int code) {
     for (const Chain& piece : pieces) DrawChain(piece, whole ? use.rule->lineType : 1, code);
 }
 
+bool Painter::IsTooFine(int code) {
+    const auto found = m_tooFine.find(code);
+    if (found != m_tooFine.end()) return found->second;
+    const double cycle = CycleOfSymbol(code);
+    return m_tooFine[code] = cycle > 0.0 && cycle < zm::symbol::kLeastCycle;
+}
+
 // A pattern along many kilometres of paper has millions of marks that nobody sees: what is so long is cut to the sheet
 // and its surroundings, and what is too long there is drawn plain.
 void Painter::DrawChain(const Chain& chain, int lineType, int code) {
     if (chain.size() < 2) return;
     if (m_plain > 0.0) return LayChain(chain, 1, kPlainLine);
+    if (IsTooFine(code)) {
+        m_report.Limit(N_("patterns too fine to be seen"),
+                       Phrase("symbol {0}: its pattern repeats within {1} mm; its lines are drawn plain.", code,
+                              numbers::Text("%g", zm::symbol::kLeastCycle)));
+        return LayChain(chain, lineType, kPlainLine);
+    }
     if (code == kPlainLine || LengthOf(chain) < m_page.Ground(kLongestWhole)) return LayChain(chain, lineType, code);
     for (const Chain& piece : PiecesWithin(chain, m_reach)) {
         const bool plain = LengthOf(piece) >= m_page.Ground(kLongest);

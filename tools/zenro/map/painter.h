@@ -46,6 +46,7 @@ class Painter {
     void DrawUse(const Shape& shape, const Use& use, const Feature& feature);
     void DrawSymbol(const Shape& shape, const Use& use, int status, const std::string& where);
     void DrawChain(const Chain& chain, int lineType, int code);
+    bool IsTooFine(int code);
     void LayChain(const Chain& chain, int lineType, int code);
     void DrawHatched(const Shape& shape, const Rule& rule);
     void DrawOutline(const Shape& shape, const Use& use);
@@ -63,6 +64,7 @@ class Painter {
     double m_plain = 0.0;
     const MapMasks& m_masks;
     std::map<int, FillForm> m_forms;
+    std::map<int, bool> m_tooFine;                // patterns
     std::set<std::array<long long, 4>> m_limits;  // pieces of limits that are drawn, in centimetres
     Report& m_report;
     Box m_reach;                               // the sheet, widened by what a symbol may reach

@@ -1,4 +1,5 @@
 // Any bytes as symbol library, and drawing with every code of it on every sink.
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -7,6 +8,7 @@
 #include <vector>
 
 #include "draw/state.h"
+#include "symbol/area/hatch_lines.h"
 #include "symbol/file/symbol_file.h"
 #include "symbol/state.h"
 #include "tests/support/writer_trace.h"
@@ -51,30 +53,54 @@ void MakePoints(const Setting& s, std::vector<double>& x, std::vector<double>& y
     }
 }
 
-// Steps that the pattern of the current line-class symbol takes along the points: a hundred million lawful ones would
-// only be slow.
-double StepsOfPattern(const std::vector<double>& x, const std::vector<double>& y) {
-    double cycle = 0.0, length = 0.0;
-    for (int i = 0; i < TheHeadNumber(); ++i)
-        if (TheLCBody.code[i] == '+' || TheLCBody.code[i] == '-') cycle += TheLCBody.value[i];
-    for (std::size_t i = 1; i < x.size(); ++i) length += std::hypot(x[i] - x[i - 1], y[i] - y[i - 1]);
-    return cycle > 0.0 ? length * 1000.0 / (cycle * getcurgscale()) * TheHeadNumber() : 0.0;
+// What the current symbol asks for, in records drawn, along these points: a hundred million lawful ones would only be
+// slow.
+double WorkOf(const std::vector<double>& x, const std::vector<double>& y) {
+    const symbol::Library& library = *symbol::state().library;
+    const auto records = [&](double code) {
+        return code >= 1.0 && code < symbol::kHeads ? 1.0 + library.bodySizes[static_cast<std::size_t>(code)] : 1.0;
+    };
+    const double scale = getcurgscale();
+    double length = 0.0, left = 50.0, right = 50.0;
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        if (i > 0) length += std::hypot(x[i] - x[i - 1], y[i] - y[i - 1]);
+        left = std::min({left, x[i], y[i]});
+        right = std::max({right, x[i], y[i]});
+    }
+    if (TheHeadStatus() == SymbolStatusLC) {
+        double cycle = 0.0, marks = 0.0;  // millimetres; records of one cycle
+        for (int i = 0; i < TheHeadNumber(); ++i) {
+            if (TheLCBody.code[i] == '+' || TheLCBody.code[i] == '-') cycle += TheLCBody.value[i];
+            marks += TheLCBody.code[i] == 'G' ? records(TheLCBody.value[i]) : 1.0;
+        }
+        return cycle > 0.0 ? length * 1000.0 / (cycle * scale) * marks : 0.0;
+    }
+    double work = 0.0;
+    if (TheHeadStatus() != SymbolStatusH || TheBody == nullptr) return work;
+    // An entry is its type, one or two records of an angle and a step in metres of paper, and the symbol of a grid.
+    for (int at = 1; at + 3 < nBody; ++at) {
+        if (TheBody[at].op.op != 1.0F) continue;
+        const auto lines = [&](int family) {
+            const double step = std::fabs(static_cast<double>(TheBody[at + family].point.y)) * scale;
+            return std::min(step > 0.0 ? 1.5 * (right - left) / step : 1e9, double{symbol::kMostSegments});
+        };
+        work += lines(1) * lines(2) * records(static_cast<double>(TheBody[at + 3].point.x));
+    }
+    return work;
 }
 
 void DrawAll(const Setting& s) {
-    constexpr double kMostSteps = 2e5;
-    double steps = 0.0;
+    constexpr double kMostWork = 2e5;
+    double work = 0.0;
     std::vector<double> px, py;
     MakePoints(s, px, py);
     for (int code = 1; code <= 999; ++code) {
         const SymbolHead& head = symbol::state().library->heads[static_cast<std::size_t>(code)];
         if (head.status == SymbolStatusL && head.number == 0) continue;
         insert(50.0, 50.0, s.angle * 0.1, code);
-        if (head.status == SymbolStatusLC && getsymbody(code) != 0) {
-            const double more = StepsOfPattern(px, py);
-            if (steps + more > kMostSteps) continue;
-            steps += more;
-        }
+        const double more = getsymbody(code) != 0 ? WorkOf(px, py) : 0.0;
+        if (work + more > kMostWork) continue;
+        work += more;
         std::vector<double> x = px, y = py;
         x.resize(4000);
         y.resize(4000);

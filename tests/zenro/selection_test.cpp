@@ -71,6 +71,15 @@ TEST_F(Selection, RulesCheckCountsWhatEachRuleTakes) {
     EXPECT_NE(r.err.find("no rule fits it"), std::string::npos);
 }
 
+// They are for data of many kinds: nobody has to mend them for what his own data lacks.
+TEST_F(Selection, RulesOfTheProgramDoNotWarnOfFieldsThatAreNotThere) {
+    const Outcome draw = m_zenro.Run({"draw", "in.geojson", "--rules", "osm", "-o", "b.rec"});
+    EXPECT_EQ(draw.err.find("no layer has"), std::string::npos) << draw.err;
+    m_zenro.File("own.rules", "highway = 1 -> symbol 18\n");
+    const Outcome own = m_zenro.Run({"draw", "in.geojson", "--rules", "./own.rules", "-o", "c.rec"});
+    EXPECT_NE(own.err.find("no layer has"), std::string::npos) << own.err;
+}
+
 TEST_F(Selection, RulesCheckSaysOfPlaneNumbersInASystemOfDegreesWhatDrawSays) {
     std::string degrees = m_data;
     const std::size_t code = degrees.find("EPSG::4528");

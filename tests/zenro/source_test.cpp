@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <fstream>
 
+#include "tests/support/scratch.h"
+#include "tests/zenro/program.h"
 #include "tools/zenro/map/cover.h"
 #include "tools/zenro/map/shapes.h"
 
@@ -92,6 +95,41 @@ TEST(Page, TheSheetIsWholeCentimetresOfPaper) {
     EXPECT_EQ(sheet.y2, 130.0);
     EXPECT_EQ(ScaleFor(Box{0, 0, 250, 250}), 500.0);
     EXPECT_EQ(ScaleFor(Box{0, 0, 1000, 10}), 2000.0);
+}
+
+// Features of so many lines in a file, read after the file has been replaced by one with a single line.
+std::size_t ReadAfterAChange(int lines) {
+    const zm::test::ScratchDir folder;
+    const std::string path = (folder.path() / "in.geojson").string();
+    const auto write = [&](int count) {
+        std::string features;
+        for (int i = 0; i < count; ++i)
+            features += (i == 0 ? "" : ",") +
+                        zm::test::LineFeature("[40512000,3456050],[40512001," + std::to_string(3456000 + i % 100) + "]",
+                                              "\"a\":1");
+        std::ofstream(path, std::ios::trunc) << zm::test::Collection(features);
+    };
+    write(lines);
+    Report report;
+    report.SetQuiet(true);
+    const Rules rules = ParseRules("* -> symbol 250\n", "r");
+    SourceOptions options;
+    options.inputs = {path};
+    Source source(options, rules, report);
+    write(1);
+    FeatureStore store(rules);
+    source.Read(std::nullopt, store);
+    return store.size();
+}
+
+// The look at the extent has read them all.
+TEST(Source, ReadsAFileOfFewFeaturesOnce) {
+    EXPECT_EQ(ReadAfterAChange(300), 300U);
+    EXPECT_EQ(ReadAfterAChange(20000), 20000U);
+}
+
+TEST(Source, ReadsAFileOfManyFeaturesAgain) {
+    EXPECT_EQ(ReadAfterAChange(20001), 1U);
 }
 
 }  // namespace

@@ -245,12 +245,16 @@ void TellCuts(Report& report) {
     symbol::ResetHatchCuts();
 }
 
+fs::path FolderOfRules() {
+    return fs::path(ModuleDirectory()) / "rules";
+}
+
 }  // namespace
 
 std::string FindRules(const std::string& name) {
     std::error_code error;
     if (fs::is_regular_file(name, error) || name.find('/') != std::string::npos) return name;
-    const fs::path folder = fs::path(ModuleDirectory()) / "rules";
+    const fs::path folder = FolderOfRules();
     for (const std::string& candidate : {name, name + ".rules"})
         if (fs::is_regular_file(folder / candidate, error)) return (folder / candidate).string();
     return name;
@@ -378,7 +382,12 @@ void DrawOutputs(const DrawJob& job, const Page& page, FeatureStore& store, cons
 }  // namespace
 
 Rules RulesOf(const DrawJob& job, Report& report) {
-    if (!job.rules.empty()) return ReadRules(PathOf(FindRules(job.rules)));
+    if (!job.rules.empty()) {
+        Rules rules = ReadRules(PathOf(FindRules(job.rules)));
+        std::error_code error;
+        rules.isShipped = fs::equivalent(fs::absolute(rules.path).parent_path(), FolderOfRules(), error);
+        return rules;
+    }
     report.Note(Phrase("no --rules: every feature is drawn in its plainest form."));
     return ParseRules(kPlainRules, "plain rules");
 }

@@ -3,11 +3,16 @@
 #include <ogr_geometry.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
+#include <functional>
+#include <future>
 #include <memory>
 #include <set>
+#include <thread>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 #include "tools/zenro/map/road_band.h"
 #include "tools/zenro/map/shapes.h"
@@ -81,6 +86,21 @@ void Subtract(Geometry& from, const OGRGeometry* what) {
     if (from != nullptr && what != nullptr && what->IsEmpty() == FALSE) from = Geometry(from->Difference(what));
 }
 
+using Works = std::vector<std::function<void()>>;
+
+// Does pieces of work that do not need each other, on all cores.
+void DoAll(const Works& works) {
+    std::atomic<std::size_t> next = 0;
+    const auto doSome = [&] {
+        for (std::size_t i; (i = next++) < works.size();) works[i]();
+    };
+    std::vector<std::future<void>> others;
+    const std::size_t cores = std::clamp(std::thread::hardware_concurrency(), 1U, 16U);
+    while (others.size() + 1 < std::min(cores, works.size())) others.push_back(std::async(std::launch::async, doSome));
+    doSome();
+    for (std::future<void>& other : others) other.get();
+}
+
 // One end of a road: its place, and the direction in which the road would go on.
 struct RoadEnd {
     double x, y, ux, uy;
@@ -100,7 +120,6 @@ class RoadBuilder {
 
     void Build() {
         for (const RoadNetwork::Road& road : m_network.m_roads) {
-            m_storeys.insert(road.storey);
             for (std::size_t i = 0; i < road.centre.size(); ++i) {
                 Meeting& here = m_meetings[KeyOf(road.centre.x[i], road.centre.y[i])][road.storey];
                 ++here.corners;
@@ -108,15 +127,9 @@ class RoadBuilder {
             }
         }
         for (const RoadNetwork::Road& road : m_network.m_roads) AddRoad(road);
-        for (auto& [number, storey] : m_of)
-            for (const auto& [rule, band] : storey.bands) {
-                Geometry area = Union(band);
-                if (area == nullptr) continue;
-                storey.shrunk[rule] = Geometry(area->Buffer(-kShrink, 2));
-                storey.areas[rule] = std::move(area);
-            }
-        for (const int storey : m_storeys) TakeOutlines(storey);
-        TakeAreas();
+        UniteBands();
+        FindHidden();
+        TakeOutlines();
     }
 
  private:
@@ -125,14 +138,20 @@ class RoadBuilder {
         int corners = 0;
         double widest = 0.0;  // of its roads
     };
+    // The bands of a rule in a storey as one.
+    struct Area {
+        Geometry whole;
+        Geometry shrunk;   // a little less
+        Geometry outline;  // as it is drawn
+    };
     struct Storey {
         std::map<const Rule*, OGRMultiPolygon> bands;
         std::set<std::tuple<Place, const Rule*, double>> round;  // ends of bands, with half their width
-        std::map<const Rule*, Geometry> areas;                   // the bands as one
-        std::map<const Rule*, Geometry> shrunk;                  // the areas, a little less
-        OGRMultiPolygon wide;                                    // bridges and what is kept clear beside them
-        OGRMultiPolygon caps;                                    // over ends that are open
-        OGRMultiPolygon open;  // about the ends of bridges, where nothing is kept clear
+        std::map<const Rule*, Area> areas;
+        OGRMultiPolygon wide;         // bridges and what is kept clear beside them
+        OGRMultiPolygon caps;         // over ends that are open
+        OGRMultiPolygon open;         // about the ends of bridges, where nothing is kept clear
+        Geometry cover, closed, met;  // what hides outlines: storeys above, open ends, roads that bridges end at
     };
 
     static RoadEnd EndOf(const Chain& centre, bool last) {
@@ -180,7 +199,7 @@ class RoadBuilder {
         };
         for (const auto& [above, of] : m_of) {
             if (above <= std::max(storey, storey < 0 ? -1 : 0)) continue;
-            for (const auto& [rule, area] : of.areas) add(area.get());
+            for (const auto& [rule, area] : of.areas) add(area.whole.get());
             Geometry wide = Union(of.wide);
             Subtract(wide, Union(of.open).get());
             add(wide.get());
@@ -188,26 +207,58 @@ class RoadBuilder {
         return Union(cover);
     }
 
-    void TakeOutlines(int number) {
-        const Storey& storey = m_of[number];
-        const std::map<const Rule*, Geometry>& areas = storey.areas;
-        const Geometry cover = CoverOf(number), caps = Union(storey.caps);
-        for (const auto& [rule, area] : areas) {
-            Geometry outline(area->Boundary());
-            for (const auto& [other, its] : areas) {
-                if (other == rule || outline == nullptr) continue;
-                // An edge in common stays with the greater road, which is drawn later.
-                const bool greater = std::pair(rule->level, rule->line) > std::pair(other->level, other->line);
-                Subtract(outline, greater ? storey.shrunk.at(other).get() : its.get());
+    void UniteBands() {
+        Works unions;
+        for (auto& [number, storey] : m_of)
+            for (auto& [rule, bands] : storey.bands)
+                unions.emplace_back([&area = storey.areas[rule], &all = bands] {
+                    area.whole = Union(all);
+                    if (area.whole != nullptr) area.shrunk = Geometry(area.whole->Buffer(-kShrink, 2));
+                });
+        DoAll(unions);
+        for (auto& [number, storey] : m_of)
+            std::erase_if(storey.areas, [](const auto& area) { return area.second.whole == nullptr; });
+    }
+
+    void FindHidden() {
+        Works works;
+        for (auto& of : m_of)
+            works.emplace_back([this, number = of.first, &storey = of.second] {
+                storey.cover = CoverOf(number);
+                storey.closed = Union(storey.caps);
+                if (number > 0) storey.met = MetBelow(number);
+            });
+        DoAll(works);
+    }
+
+    void TakeOutlines() {
+        Works works{[this] { TakeAreas(); }};
+        for (auto& of : m_of)
+            for (auto& area : of.second.areas)
+                works.emplace_back([&storey = std::as_const(of.second), rule = area.first, &its = area.second] {
+                    its.outline = OutlineOf(storey, rule);
+                });
+        DoAll(works);
+        for (const auto& [number, storey] : m_of) {
+            for (const auto& [rule, area] : storey.areas) {
+                RoadEdges& edges = m_network.m_edges[rule];
+                Collect(area.outline.get(), number == 0 ? edges.ground : number > 0 ? edges.bridges : edges.tunnels);
             }
-            Subtract(outline, caps.get());
-            Subtract(outline, cover.get());
-            if (number > 0) Subtract(outline, MetBelow(number).get());
-            RoadEdges& edges = m_network.m_edges[rule];
-            Collect(outline.get(), number == 0 ? edges.ground : number > 0 ? edges.bridges : edges.tunnels);
+            for (const Road& road : m_network.m_roads)
+                if (road.storey == number) AddWings(road);
         }
-        for (const Road& road : m_network.m_roads)
-            if (road.storey == number) AddWings(road);
+    }
+
+    static Geometry OutlineOf(const Storey& storey, const Rule* rule) {
+        Geometry outline(storey.areas.at(rule).whole->Boundary());
+        for (const auto& [other, its] : storey.areas) {
+            if (other == rule || outline == nullptr) continue;
+            // An edge in common stays with the greater road, which is drawn later.
+            const bool greater = std::pair(rule->level, rule->line) > std::pair(other->level, other->line);
+            Subtract(outline, (greater ? its.shrunk : its.whole).get());
+        }
+        for (const Geometry* hidden : {&storey.closed, &storey.cover, &storey.met}) Subtract(outline, hidden->get());
+        return outline;
     }
 
     // The roads below that the bridges of a storey end at, and do not cross.
@@ -265,7 +316,7 @@ class RoadBuilder {
         for (const auto& [number, storey] : m_of) {
             if (number < 0) continue;
             for (const auto& [rule, area] : storey.areas)
-                for (const OGRGeometry* part : PolygonsOf(*area)) all.addGeometry(part);
+                for (const OGRGeometry* part : PolygonsOf(*area.whole)) all.addGeometry(part);
             if (number == 0) continue;
             std::vector<Shape> decks;
             Collect(Union(storey.wide).get(), decks);
@@ -276,7 +327,6 @@ class RoadBuilder {
 
     RoadNetwork& m_network;
     double m_millimetre;
-    std::set<int> m_storeys;
     std::map<Place, std::map<int, Meeting>> m_meetings;  // of each storey at a place
     std::map<int, Storey> m_of;
 };

@@ -77,6 +77,7 @@ struct Rule {
 struct Rules {
     std::filesystem::path path;
     std::vector<Rule> rules;
+    bool isShipped = false;  // with the program, for data of many kinds: fields that are not there are no slips
 };
 
 /// Reads a rules file. Throws Failure: kNoInput if it cannot be read, kUsage with file and line if it is wrong.

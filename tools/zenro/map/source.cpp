@@ -140,7 +140,8 @@ struct Source::Layer {
     std::string file;  // for reports that are the same for all layers of a file
     std::vector<BoundRule> rules;
     RobustExtent extent;
-    bool unread = false;  // a sheet is asked for, and the extent is not known
+    std::vector<FeaturePointer> kept;  // all features, where reading the extent met few
+    bool unread = false;               // a sheet is asked for, and the extent is not known
     std::unique_ptr<PlaneMap> map;
 };
 
@@ -395,6 +396,7 @@ void Source::BindRules(Layer& layer) {
 
 // A condition or a label on a field that no layer has is most often a slip of the pen.
 void Source::TellUnboundRules() {
+    if (m_rules.isShipped) return;
     const auto has = [&](const std::string& field, const Rule& rule) {
         return std::any_of(m_state->layers.begin(), m_state->layers.end(), [&](const auto& layer) {
             return FitsGlob(rule.layerGlob, layer->reader->layerName()) &&
@@ -424,15 +426,26 @@ void Source::TellUnboundRules() {
 
 void Source::ReadExtent(Layer& layer) {
     if (layer.rules.empty()) return;
+    constexpr std::size_t kMostKept = 20000, kMostVertices = 500000;  // some ten megabytes
+    std::size_t vertices = 0;
+    bool isKept = true;
     layer.reader->Rewind();
-    while (const FeaturePointer feature = layer.reader->Next()) {
+    while (FeaturePointer feature = layer.reader->Next()) {
         ++m_looked;
         const OGRGeometry* geometry = feature->GetGeometryRef();
-        if (geometry == nullptr || geometry->IsEmpty() != FALSE) continue;
         std::vector<Shape> shapes;
-        AppendStraight(*geometry, m_options.plane.axes == "north,east", shapes);
+        if (geometry != nullptr && geometry->IsEmpty() == FALSE)
+            AppendStraight(*geometry, m_options.plane.axes == "north,east", shapes);
         for (const Shape& shape : shapes)
-            for (const Chain& chain : shape.chains) layer.extent.Add(chain.size(), chain.x.data(), chain.y.data());
+            for (const Chain& chain : shape.chains) {
+                layer.extent.Add(chain.size(), chain.x.data(), chain.y.data());
+                vertices += chain.size();
+            }
+        isKept = isKept && layer.kept.size() < kMostKept && vertices <= kMostVertices;
+        if (isKept)
+            layer.kept.push_back(std::move(feature));
+        else
+            layer.kept.clear();
     }
 }
 
@@ -588,13 +601,17 @@ void Source::ReadLayer(Layer& layer, const std::optional<Window>& window, Featur
     const bool northFirst = m_options.plane.axes == "north,east";
     if (window && reader.hasIndex() && OutlineBox(*layer.map, *window, northFirst, around))
         reader.layer().SetSpatialFilterRect(around.MinX, around.MinY, around.MaxX, around.MaxY);
-    reader.Rewind();
-    while (const FeaturePointer feature = reader.Next()) {
+    const auto take = [&](OGRFeature& feature) {
+        CheckStop();
         ++m_read;
         if (step) step(m_read);
         Feature prepared;
-        if (Prepare(layer, *feature, window, prepared)) store.Add(place, feature->GetFID(), prepared);
-    }
+        if (Prepare(layer, feature, window, prepared)) store.Add(place, feature.GetFID(), prepared);
+    };
+    for (const FeaturePointer& feature : layer.kept) take(*feature);
+    if (!layer.kept.empty()) return;
+    reader.Rewind();
+    while (const FeaturePointer feature = reader.Next()) take(*feature);
     reader.layer().SetSpatialFilter(nullptr);
 }
 

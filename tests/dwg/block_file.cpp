@@ -58,7 +58,8 @@ std::string BlockFile::Bytes() const {
     }
     for (const Layer& layer : layers) {
         const std::string gap(later() ? 2 : 0, '\0');
-        layerTable += Padded("@" + Padded(layer.name, 32) + gap + U16(layer.color) + U16(layer.linetype), layerSize);
+        const std::string flag(1, static_cast<char>(layer.flag));
+        layerTable += Padded(flag + Padded(layer.name, 32) + gap + U16(layer.color) + U16(layer.linetype), layerSize);
     }
     for (const std::string& name : styles) styleTable += Padded("@" + name, styleSize);
     for (const std::string& name : linetypes) linetypeTable += Padded("@" + name, linetypeSize);

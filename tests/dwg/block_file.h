@@ -11,8 +11,9 @@ namespace zm::test {
 struct BlockFile {
     struct Layer {
         std::string name;
-        unsigned color;
+        unsigned color;  // as 16 bits: that of a layer that is off is negative
         unsigned linetype;
+        unsigned flag = 0x40;
     };
     struct Block {
         std::string name;

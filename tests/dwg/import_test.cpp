@@ -3,17 +3,15 @@
 #include <numbers>
 
 #include "dwg/reader/check.h"
-#include "dwg/reader/picture.h"
 #include "dwg/writer/state.h"
 #include "dwg/writer/writer.h"
 #include "tests/dwg/block_file.h"
 #include "tests/dwg/reader/real_drawings.h"
+#include "tests/dwg/shown.h"
 
 namespace zm::test {
 namespace {
 
-using dwg::reader::Look;
-using dwg::reader::PictureSink;
 using dwg::reader::Point;
 using dwg::reader::Record;
 using Read = dwg::reader::Drawing;
@@ -22,35 +20,6 @@ constexpr double kScale = 2.0, kTurn = 30.0;  // degrees
 
 Read ReadBack(const Drawing& drawing) {
     return Read({drawing.bytes().begin(), drawing.bytes().end()});
-}
-
-// What a picture shows, as numbers in order.
-class Shown : public PictureSink {
- public:
-    struct Item {
-        char kind;
-        int color;
-        std::string text;
-        std::vector<Point> points;
-        double height = 0.0;
-    };
-    void Stroke(const std::vector<Point>& points, const Look& look) override {
-        items.push_back({'s', look.color, {}, points});
-    }
-    void Fill(const std::vector<Point>& corners, const Look& look) override {
-        items.push_back({'f', look.color, {}, corners});
-    }
-    void Dot(const Point& at, const Look& look) override { items.push_back({'d', look.color, {}, {at}}); }
-    void Text(const dwg::reader::TextItem& text, const Look& look) override {
-        items.push_back({'t', look.color, text.text, {text.at}, text.height});
-    }
-    std::vector<Item> items;
-};
-
-std::vector<Shown::Item> ItemsOf(const Read& drawing) {
-    Shown shown;
-    ShowPicture(drawing, shown);
-    return shown.items;
 }
 
 // The items of a drawing as an insert at x, y shows them.

@@ -18,7 +18,8 @@ class DxfReaders : public testing::Test {
         const Outcome drawn = m_zenro.Run(draw);
         EXPECT_TRUE(drawn.status == 0 || drawn.status == 4) << drawn.err;
         EXPECT_EQ(m_zenro.Run({"dwg", "check", "map.dwg"}).status, 0);
-        m_zenro.File("map.jsonl", m_zenro.Run({"dwg", "dump", "map.dwg", "--json"}).out);
+        m_zenro.File("map.jsonl", m_zenro.Run({"dwg", "info", "map.dwg", "--json"}).out + "\n" +
+                                      m_zenro.Run({"dwg", "dump", "map.dwg", "--json"}).out);
         const std::string command = "cd '" + folder +
                                     "' && " ZM_DXF_PYTHON " '" ZENRO_SOURCE_DIR
                                     "/tests/dwg/dxf/compare_dxf.py' map.dxf map.jsonl >said.txt 2>&1";

@@ -1,5 +1,6 @@
 """Reads a DXF file with ezdxf and GDAL and compares it, entity by entity, with the records of the drawing that it was
-made from: lines of JSON as "zenro dwg dump --json" has them, jumps followed, erased records left out.
+made from: lines of JSON as "zenro dwg dump --json" has them, jumps followed, erased records left out. A line of "zenro
+dwg info --json" among them has the tables, which are compared too.
 
 usage: compare_dxf.py [--utf8] FILE.dxf RECORDS.jsonl [FILE.dxf RECORDS.jsonl ...]
 
@@ -127,9 +128,23 @@ def compare_layout(seen, name, records, layout):
     return records, entities
 
 
-def compare_with_gdal(seen, path, records, entities):
+def points_for_gdal(record, entity):
+    """The points that a feature of GDAL has; None where it makes others, of arcs, meshes and other planes."""
+    if "ext_x" in record:
+        return None
+    if record["kind"] in GDAL_POINTS:
+        return record["points"]
+    closed, curved_or_mesh = 1, 2 | 4 | 16 | 64
+    if entity.dxf.flags & curved_or_mesh or any(v.dxf.bulge for v in entity.vertices):
+        return None
+    points = [v.dxf.location for v in entity.vertices]
+    return points + points[:1] if entity.dxf.flags & closed else points
+
+
+def compare_with_gdal(seen, path, records, entities, utf8):
     """Features in the order of the entities, with their points."""
     gdal.UseExceptions()
+    gdal.SetConfigOption("DXF_ENCODING", "UTF-8" if utf8 else None)  # it knows code pages of the file by number alone
     gdal.SetConfigOption("DXF_INLINE_BLOCKS", "FALSE")
     source = ogr.Open(path)  # the layer does not live longer
     layer = source.GetLayerByName("entities")
@@ -149,23 +164,60 @@ def compare_with_gdal(seen, path, records, entities):
         if record["kind"] == "TEXT" and "\ufffd" not in record["text"]:
             seen.expect(f"GDAL {handle}", "the text", record["text"], feature.GetField("Text"))
         geometry = feature.GetGeometryRef()
-        found = geometry.GetPoints() if geometry.GetPointCount() else []
-        if record["kind"] in GDAL_POINTS and "ext_x" not in record:
-            for a, b in zip(record["points"], found):
+        found = geometry.GetPoints() if geometry is not None and geometry.GetPointCount() else []
+        wanted_points = points_for_gdal(record, entity)
+        if wanted_points is not None:
+            seen.expect(f"GDAL {handle}", "the number of points", len(wanted_points), len(found))
+            for a, b in zip(wanted_points, found):
                 seen.expect(f"GDAL {handle}", "x", a[0], b[0])
                 seen.expect(f"GDAL {handle}", "y", a[1], b[1])
     seen.expect("GDAL", "the number of features", len(wanted), compared)
     return compared
 
 
+def compare_tables(seen, info, document):
+    """Layers, linetypes and styles in their order; names that a table has twice or not at all are others in a DXF."""
+    def named(entries):
+        names = [e["name"].upper() for e in entries]
+        return [(i, e) for i, e in enumerate(entries) if e["name"] and names.count(e["name"].upper()) == 1]
+
+    layers = list(document.layers)
+    for i, wanted in named(info["layers"]):
+        layer = document.layers.get(wanted["name"])
+        where = f"layer {wanted['name']}"
+        seen.expect(where, "its place", layers.index(layer), i)
+        seen.expect(where, "the colour", wanted["color"], layer.dxf.color)
+        seen.expect(where, "being frozen", wanted["flag"] & 1, layer.dxf.flags & 1)
+        seen.expect(where, "the linetype", wanted["linetype"].upper(), layer.dxf.linetype.upper())
+    for _, wanted in named(info["linetypes"]):
+        linetype = document.linetypes.get(wanted["name"])
+        where = f"linetype {wanted['name']}"
+        tags = linetype.pattern_tags.tags
+        seen.expect(where, "the description", wanted["description"], linetype.dxf.description)
+        seen.expect(where, "the length", [wanted["length"]], [t.value for t in tags if t.code == 40])
+        dashes = wanted["dashes"][:wanted["elements"]]
+        seen.expect(where, "the dashes", dashes, [t.value for t in tags if t.code == 49])
+    for _, wanted in named(info["styles"]):
+        dxf = document.styles.get(wanted["name"]).dxf
+        where = f"style {wanted['name']}"
+        seen.expect(where, "the font", (wanted["font"], wanted["big_font"]), (dxf.font, dxf.bigfont))
+        seen.expect(where, "the height", wanted["height"], dxf.height)
+        seen.expect(where, "the width", wanted["width"], dxf.width)
+        seen.expect(where, "the slant", math.degrees(wanted["oblique"]), dxf.oblique, 1e-14)
+
+
 def compare_files(seen, path, lines, utf8):
     with open(lines, encoding="utf-8") as file:
-        records = [json.loads(line) for line in file]
+        records = [json.loads(line) for line in file if line.strip()]
+    tables = [r for r in records if "layers" in r]
+    records = [r for r in records if "layers" not in r]
     names = {}  # of blocks, in their order
     for record in records:
         if record.get("section") == "blocks" and "block_index" not in record:
             record["block_index"] = names.setdefault(record["block_name"], len(names))
     document = ezdxf.readfile(path, encoding="utf-8") if utf8 else ezdxf.readfile(path)
+    for info in tables:
+        compare_tables(seen, info, document)
     in_model = [r for r in records if "block_index" not in r]
     model, entities = compare_layout(seen, "entity", in_model, document.modelspace())
     blocks = {}
@@ -176,7 +228,7 @@ def compare_files(seen, path, lines, utf8):
     seen.expect("blocks", "their number", len(blocks), len(of_file))
     for index, block in zip(sorted(blocks), of_file):
         compare_layout(seen, f"block {index}", blocks[index], block)
-    in_gdal = compare_with_gdal(seen, path, model, entities)
+    in_gdal = compare_with_gdal(seen, path, model, entities, utf8)
     return len(records), in_gdal
 
 

@@ -26,9 +26,9 @@ std::string DxfOf(const Drawing& drawing, dwg::dxf::Options options = {}, long* 
     return text;
 }
 
-// The records as lines of JSON, those of blocks with the block's number.
+// The tables and the records as lines of JSON, those of blocks with the block's number.
 std::string RecordsOf(const Drawing& drawing) {
-    std::string lines;
+    std::string lines = Info(drawing, true) + "\n";
     const auto add = [&](const Record& record, const std::string& block) {
         std::string line = Line(drawing, record, true);
         lines += line.insert(1, block) + "\n";
@@ -44,18 +44,18 @@ std::string RecordsOf(const Drawing& drawing) {
 
 class Dxf : public testing::Test {
  protected:
-    void Add(const Drawing& drawing) {
+    void Add(const Drawing& drawing, dwg::dxf::Options options = {}) {
         const std::string name = "drawing" + std::to_string(m_count++);
         const auto quoted = [&](const std::string& file) { return " '" + (m_dir / file).string() + "'"; };
-        WriteFile(m_dir / (name + ".dxf"), DxfOf(drawing));
+        WriteFile(m_dir / (name + ".dxf"), DxfOf(drawing, options));
         WriteFile(m_dir / (name + ".jsonl"), RecordsOf(drawing));
         m_files += quoted(name + ".dxf") + quoted(name + ".jsonl");
     }
     // Whether the readers find the same; says what is missing where they are not installed.
-    std::string Compare() {
+    std::string Compare(const std::string& options = {}) {
         const std::string said = (m_dir / "said.txt").string();
         const std::string command =
-            std::string(ZM_DXF_PYTHON) + " '" ZM_DXF_SCRIPT "'" + m_files + " > '" + said + "' 2>&1";
+            std::string(ZM_DXF_PYTHON) + " '" ZM_DXF_SCRIPT "'" + options + m_files + " > '" + said + "' 2>&1";
         const int status = std::system(command.c_str());
         if (status == 77 << 8) return "python3-ezdxf and python3-gdal are needed: " + ReadFile(said);
         EXPECT_EQ(status, 0) << ReadFile(said);
@@ -73,6 +73,13 @@ TEST_F(Dxf, OfRecordedDrawingsReadsTheSame) {
     for (const auto& recorded : RecordedDrawings())
         if (count++ % 4 == 0 || recorded.id == "demo") Add(Drawing(recorded.bytes));
     const std::string missing = Compare();
+    if (!missing.empty()) GTEST_SKIP() << missing;
+}
+
+TEST_F(Dxf, InUtf8ReadsTheSame) {
+    for (const auto& recorded : RecordedDrawings())
+        if (recorded.id == "demo") Add(Drawing(recorded.bytes), {true});
+    const std::string missing = Compare(" --utf8");
     if (!missing.empty()) GTEST_SKIP() << missing;
 }
 

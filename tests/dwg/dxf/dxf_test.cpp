@@ -1,12 +1,15 @@
 // DXF read back by ezdxf and GDAL, entity by entity against the drawing.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <map>
 #include <sstream>
 
 #include "dwg/dxf/dxf_writer.h"
 #include "dwg/reader/dump.h"
+#include "dwg/reader/picture.h"
 #include "tests/dwg/reader/real_drawings.h"
 #include "tests/dwg/reader/recorded.h"
 #include "tests/support/scratch.h"
@@ -89,6 +92,50 @@ TEST_F(Dxf, OfRealDrawingsReadsTheSame) {
         if (!real.Of("entity").empty()) Add(Drawing(real.bytes));
     const std::string missing = Compare();
     if (!missing.empty()) GTEST_SKIP() << missing;
+}
+
+// The numbers of the groups after a name: those of a variable, or of the view that is opened.
+std::map<int, double> GroupsAfter(const std::string& dxf, const std::string& name) {
+    std::istringstream lines(dxf.substr(std::min(dxf.find("\n" + name + "\n"), dxf.size() - 1) + name.size() + 2));
+    lines.imbue(std::locale::classic());
+    std::map<int, double> groups;
+    int code = 0;
+    for (double value = 0.0; lines >> code && code != 9 && code != 0 && lines >> value;) groups.emplace(code, value);
+    return groups;
+}
+
+TEST_F(Dxf, HasTheExtentsAndTheViewOfTheDrawing) {
+    int known = 0, found = 0;
+    for (const auto& recorded : RecordedDrawings()) {
+        Drawing drawing(recorded.bytes);
+        dwg::reader::Point low, high;
+        if (!Extents(drawing, low, high)) continue;
+        auto& v = drawing.variables;
+        for (const bool stated : {true, false}) {
+            SCOPED_TRACE(recorded.id);
+            if (stated) {
+                low = v.extentsLow = {10.5, -20.25, 3.0};
+                high = v.extentsHigh = {110.0, 79.75, 4.0};
+                v.viewCentre = {60.0, 30.0, 0.0};
+                v.viewHeight = 120.0;
+            } else {
+                Extents(drawing, low, high);
+                v.extentsLow = {1e20, 1e20, 1e20};
+                v.viewHeight = 0.0;  // none: the extents are opened
+            }
+            const std::string dxf = DxfOf(drawing);
+            const auto least = GroupsAfter(dxf, "$EXTMIN"), most = GroupsAfter(dxf, "$EXTMAX");
+            EXPECT_EQ(least, (std::map<int, double>{{10, low.x}, {20, low.y}, {30, low.z}}));
+            EXPECT_EQ(most, (std::map<int, double>{{10, high.x}, {20, high.y}, {30, high.z}}));
+            auto view = GroupsAfter(dxf, "*ACTIVE");
+            EXPECT_EQ(view[12], stated ? 60.0 : (low.x + high.x) / 2);
+            EXPECT_EQ(view[22], stated ? 30.0 : (low.y + high.y) / 2);
+            EXPECT_EQ(view[40], stated ? 120.0 : std::max(high.y - low.y, 1.0));
+            ++(stated ? known : found);
+        }
+    }
+    EXPECT_GT(known, 10);
+    EXPECT_EQ(known, found);
 }
 
 TEST_F(Dxf, HasGbkBytesOrUtf8AsAsked) {

@@ -622,20 +622,30 @@ void Source::Read(const std::optional<Window>& window, FeatureStore& store,
     store.Settle();
 }
 
-std::vector<long long> Source::CountIn(const std::vector<Box>& boxes, const std::string& filter) {
+std::vector<long long> Source::CountIn(const std::vector<Box>& boxes, const std::string& field,
+                                       const std::string& condition) {
     std::vector<long long> counts(boxes.size(), 0);
     const BoxTree tree(boxes);
     const bool northFirst = m_options.plane.axes == "north,east";
+    bool found = field.empty();
     for (const auto& layer : m_state->layers) {
         if (layer->rules.empty()) continue;
-        CPLErrorReset();
-        if (!filter.empty() && layer->reader->layer().SetAttributeFilter(filter.c_str()) != OGRERR_NONE) continue;
+        OGRLayer& data = layer->reader->layer();
+        if (!field.empty()) {
+            // Asked first: SQLite takes the name of a field that is not there for a text.
+            if (layer->reader->fields().GetFieldIndex(field.c_str()) < 0) continue;
+            found = true;
+            data.SetIgnoredFields(nullptr);  // the condition is on a field that no rule uses
+            CPLErrorReset();
+            if (data.SetAttributeFilter(("\"" + field + "\" " + condition).c_str()) != OGRERR_NONE) continue;
+        }
         if (layer->reader->hasIndex())
             CountByIndex(*layer->reader, *layer->map, northFirst, boxes, counts);
         else
             CountByLook(*layer->reader, *layer->map, northFirst, tree, counts);
-        if (!filter.empty()) layer->reader->layer().SetAttributeFilter(nullptr);
+        if (!field.empty()) data.SetAttributeFilter(nullptr);
     }
+    if (!found) throw Failure(kUsage, Phrase("{0}no layer has the field \"{1}\".", "", field));
     return counts;
 }
 

@@ -63,9 +63,10 @@ class Source {
     void Read(const std::optional<Window>& window, FeatureStore& store,
               const std::function<void(long long)>& step = {});
     /// How many features of layers with rules meet each box of the plane, by the sources' indexes or one look at all:
-    /// boxes against boxes, for estimates. filter: an attribute filter, empty for none; layers that it does not fit
-    /// count nothing.
-    std::vector<long long> CountIn(const std::vector<Box>& boxes, const std::string& filter = {});
+    /// boxes against boxes, for estimates. With a field, those that a condition on it holds for, such as ">= '2026'";
+    /// a field that no layer has is a Failure.
+    std::vector<long long> CountIn(const std::vector<Box>& boxes, const std::string& field = {},
+                                   const std::string& condition = {});
     /// Names and values of the fields of a feature that was read, in UTF-8, as far as they have values; nothing where
     /// the source cannot find it by its number. layer: the name that the store has it under.
     std::vector<std::pair<std::string, std::string>> FieldsOf(const std::string& layer, long long fid);

@@ -281,7 +281,7 @@ std::set<std::string> ChangedSince(const DrawOptions& o, const Plan& plan, Conte
     if (o.changedField.empty())
         throw Failure(kUsage, Phrase("--changed-since needs --changed-field: the field with the time of change."));
     if (o.changedSince.find('\'') != std::string::npos) throw Failure(kUsage, Phrase("--changed-since: no time."));
-    const Rules rules = ParseRules("* -> layer 1\n", "any");
+    const Rules rules = ParseRules("[* : any]\n* -> layer 1, symbol 1\n", "any");  // every feature counts
     SourceOptions source;
     source.inputs = Json::parse(plan.settings.at("inputs")).get<std::vector<std::string>>();
     const auto arguments = Json::parse(plan.settings.at("arguments")).get<std::vector<std::string>>();
@@ -295,7 +295,7 @@ std::set<std::string> ChangedSince(const DrawOptions& o, const Plan& plan, Conte
     source.windowed = true;
     Source data(source, rules, context.report);
     data.Settle(std::stod(plan.settings.at("scale")));
-    const auto counts = data.CountIn(boxes, "\"" + o.changedField + "\" >= '" + o.changedSince + "'");
+    const auto counts = data.CountIn(boxes, o.changedField, ">= '" + o.changedSince + "'");
     std::set<std::string> changed;
     for (std::size_t i = 0; i < counts.size(); ++i)
         if (counts[i] > 0) changed.insert(plan.sheets[i].number);

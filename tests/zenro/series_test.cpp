@@ -256,6 +256,117 @@ TEST_F(Series, APlanKeepsNoPassword) {
     EXPECT_EQ(Plan({"--draw", "--clip 'PG:dbname=town password=tiger8'"}).status, 2);
 }
 
+// Of a file without an index and of one that SQLite answers for.
+TEST_F(Series, ChangedSinceDrawsTheSheetsOfChangedFeatures) {
+    m_zenro.File("in.geojson", Collection(PointFeature(40512100, 3456100, "\"t\":\"2026-01-05\"") + "," +
+                                          PointFeature(40512350, 3456100, "\"t\":\"2026-02-01\"") + "," +
+                                          PointFeature(40512600, 3456100, "\"t\":\"2025-12-31\"")));
+    ASSERT_EQ(std::system(("cd '" + m_zenro.folder().string() + "' && ogr2ogr -f GPKG in.gpkg in.geojson").c_str()), 0);
+    for (const char* input : {"in.geojson", "in.gpkg"}) {
+        SCOPED_TRACE(input);
+        ASSERT_EQ(m_zenro
+                      .Run({"series", "plan", input, "--rules", "./r.rules", "--scale", "500", "--within",
+                            "40512000,3456000,40512750,3456250", "-o", "plan.gpkg", "--overwrite"})
+                      .status,
+                  0);
+        ASSERT_EQ(m_zenro.Run({"series", "draw", "plan.gpkg", "--quiet"}).status, 0);
+        const auto due = [&](const char* since, const char* field) {
+            return m_zenro.Run(
+                {"series", "draw", "plan.gpkg", "--dry-run", "--changed-since", since, "--changed-field", field});
+        };
+        const Outcome two = due("2026-01-01", "t");
+        EXPECT_EQ(Count(two.out, "\n"), 2) << two.err;
+        EXPECT_EQ(two.out.find("512.50"), std::string::npos);
+        const Outcome one = due("2026-01-06", "t");
+        EXPECT_EQ(one.out.find("3456.00-512.25"), 0u) << one.out << one.err;
+        EXPECT_EQ(Count(one.out, "\n"), 1);
+        EXPECT_EQ(due("2026-03-01", "t").out, "");
+        // That no layer has the field does not mean that nothing, or all, has changed.
+        const Outcome none = due("2026-01-01", "time");
+        EXPECT_EQ(none.status, 2) << none.out;
+        EXPECT_NE(none.err.find("no layer has the field \"time\""), std::string::npos) << none.err;
+        EXPECT_EQ(m_zenro.Run({"series", "draw", "plan.gpkg", "--changed-since", "2026-01-01"}).status, 2);
+    }
+}
+
+TEST_F(Series, SheetsAreNamedAfterPlacesInThem) {
+    m_zenro.File("names.geojson", Collection(PointFeature(40512300, 3456050, "\"name\":\"Weir\"") + "," +
+                                             PointFeature(40512310, 3456060, "\"name\":\"Mill\"")));
+    ASSERT_EQ(Plan({"--names", "names.geojson", "--sheets", "{name}-{number}.svg"}).status, 0);
+    std::map<std::string, std::string> names;
+    for (const tool::PlanSheet& s : tool::ReadPlan(m_zenro / "plan.gpkg").sheets) names[s.number] = s.name;
+    EXPECT_EQ(names["3456.00-512.25"], "Weir");
+    EXPECT_EQ(names["3456.00-512.00"], "");
+    EXPECT_EQ(m_zenro.Run({"series", "draw", "plan.gpkg", "--only", "3456.00-512.25", "--quiet"}).status, 4);
+    EXPECT_TRUE(m_zenro.Has("Weir-3456.00-512.25.svg"));
+}
+
+TEST_F(Series, RetryDrawsWhatFailedAndNothingElse) {
+    m_zenro.File("m.txt", "unit = one\n");
+    ASSERT_EQ(Plan({"--draw", "--margins m.txt"}).status, 0);
+    const std::string first = "3456.00-512.25";
+    ASSERT_EQ(m_zenro.Run({"series", "draw", "plan.gpkg", "--only", first, "--quiet"}).status, 4);
+    m_zenro.File("m.txt", "nothing = one\n");
+    EXPECT_EQ(m_zenro.Run({"series", "draw", "plan.gpkg", "--quiet"}).status, 1);
+    EXPECT_EQ(Status()["failed"], 5);
+    EXPECT_EQ(m_zenro.Run({"series", "draw", "plan.gpkg", "--dry-run"}).out, "") << "what failed is not due";
+    m_zenro.File("m.txt", "unit = one\n");
+    EXPECT_EQ(m_zenro.Run({"series", "retry", "plan.gpkg", "--quiet"}).status, 0);
+    EXPECT_EQ(Status()["done"], 6);
+    for (const tool::PlanSheet& s : tool::ReadPlan(m_zenro / "plan.gpkg").sheets)
+        EXPECT_EQ(s.run, s.number == first ? 1 : 3) << s.number;
+}
+
+// A folder in the place of a sheet: that one cannot be written, the others are.
+TEST_F(Series, ASheetThatCannotBeWrittenStopsNoOther) {
+    ASSERT_EQ(Plan().status, 0);
+    std::filesystem::create_directories(m_zenro / "plan.sheets/3456.00-512.25.svg/full");
+    EXPECT_NE(m_zenro.Run({"series", "draw", "plan.gpkg", "--quiet"}).status, 0);
+    EXPECT_EQ(Status()["done"], 5) << Status().dump();
+    std::filesystem::remove_all(m_zenro / "plan.sheets/3456.00-512.25.svg");
+    EXPECT_NE(Status()["failures"][0]["reason"], "") << Status().dump();
+}
+
+TEST_F(Series, ItsSheetsAreThoseOfTheGraticuleWhereAskedFor) {
+    m_zenro.File("in.geojson",
+                 "{\"type\":\"FeatureCollection\",\"features\":[{\"type\":\"Feature\",\"properties\":{},"
+                 "\"geometry\":{\"type\":\"LineString\",\"coordinates\":[[116.26,39.85],[116.49,39.99]]}}]}");
+    const Outcome r = m_zenro.Run({"series", "plan", "in.geojson", "--rules", "./r.rules", "--scale", "25000",
+                                   "--division", "graticule", "-o", "plan.gpkg"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    std::set<std::string> numbers;
+    for (const tool::PlanSheet& s : tool::ReadPlan(m_zenro / "plan.gpkg").sheets) numbers.insert(s.number);
+    // The quarters of J50E001010, 39 50' to 40 and 116 15' to 116 30'.
+    for (const char* number : {"J50F001019", "J50F001020", "J50F002019", "J50F002020"})
+        EXPECT_EQ(numbers.count(number), 1u) << number;
+    EXPECT_LE(numbers.size(), 4u);
+    EXPECT_EQ(m_zenro.Run({"series", "draw", "plan.gpkg", "--quiet", "--only", "J50F002019"}).status, 4);
+    EXPECT_TRUE(m_zenro.Has("plan.sheets/J50F002019.svg"));
+}
+
+// The hash is of all that a drawing follows from, not of the features alone.
+TEST_F(Series, RulesMarginsAndSymbolsThatChangeAreDrawnAgain) {
+    const std::string rules = ReadFile(m_zenro / "r.rules");
+    m_zenro.File("margins.ini", "unit = one\n");
+    ASSERT_EQ(Plan({"--draw", "--margins margins.ini"}).status, 0);
+    ASSERT_EQ(m_zenro.Run({"series", "draw", "plan.gpkg", "--quiet"}).status, 0);
+    const auto drawn = [&] {
+        EXPECT_EQ(m_zenro.Run({"series", "draw", "plan.gpkg", "--changed", "--quiet"}).status, 0);
+        long long broken = 0, last = 0;
+        int count = 0;
+        const auto records = tool::ReadLogs(m_zenro / "plan.run/logs", broken);
+        for (const auto& [number, r] : records) last = std::max(last, r.run);
+        for (const auto& [number, r] : records) count += r.run == last && !r.unchanged ? 1 : 0;
+        return count;
+    };
+    EXPECT_EQ(drawn(), 0);
+    m_zenro.File("r.rules", rules + "[* : area]\n* -> layer 250, symbol 250\n");
+    EXPECT_EQ(drawn(), 6);
+    EXPECT_EQ(drawn(), 0);
+    m_zenro.File("margins.ini", "unit = two\n");
+    EXPECT_EQ(drawn(), 6);
+}
+
 TEST_F(Series, TheMarginsNameTheSheetsAroundIt) {
     ASSERT_EQ(Plan({"--sheets", "{number}.rec"}).status, 0);
     ASSERT_EQ(m_zenro.Run({"series", "draw", "plan.gpkg", "--only", "3456.00-512.25"}).status, 4);
@@ -298,6 +409,8 @@ TEST_F(Series, TheIndexShowsAndLinksTheSheets) {
     ASSERT_EQ(m_zenro.Run({"series", "index", "plan.gpkg", "-o", "index.html"}).status, 0);
     const std::string page = ReadFile(m_zenro / "index.html");
     EXPECT_EQ(Count(page, "<polygon"), 6);
+    EXPECT_EQ(Count(page, "<polygon class=\"s\" fill=\"#7fb77e\""), 1) << "green: done";
+    EXPECT_EQ(Count(page, "<polygon class=\"s\" fill=\"#ffffff\""), 5) << "white: due";
     EXPECT_NE(page.find("href=\"plan.sheets/3456.00-512.25.svg\""), std::string::npos);
     EXPECT_NE(page.find("5 due"), std::string::npos);
     ASSERT_EQ(m_zenro.Run({"series", "index", "plan.gpkg", "-o", "index.geojson"}).status, 0);

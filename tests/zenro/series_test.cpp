@@ -256,13 +256,16 @@ TEST_F(Series, APlanKeepsNoPassword) {
     EXPECT_EQ(Plan({"--draw", "--clip 'PG:dbname=town password=tiger8'"}).status, 2);
 }
 
-// Of a file without an index and of one that SQLite answers for.
+// Of a file without an index, of one that SQLite answers for and of one whose reader leaves out what is not asked for.
 TEST_F(Series, ChangedSinceDrawsTheSheetsOfChangedFeatures) {
     m_zenro.File("in.geojson", Collection(PointFeature(40512100, 3456100, "\"t\":\"2026-01-05\"") + "," +
                                           PointFeature(40512350, 3456100, "\"t\":\"2026-02-01\"") + "," +
                                           PointFeature(40512600, 3456100, "\"t\":\"2025-12-31\"")));
-    ASSERT_EQ(std::system(("cd '" + m_zenro.folder().string() + "' && ogr2ogr -f GPKG in.gpkg in.geojson").c_str()), 0);
-    for (const char* input : {"in.geojson", "in.gpkg"}) {
+    ASSERT_EQ(std::system(("cd '" + m_zenro.folder().string() +
+                           "' && ogr2ogr -f GPKG in.gpkg in.geojson && ogr2ogr -f 'ESRI Shapefile' in.shp in.geojson")
+                              .c_str()),
+              0);
+    for (const char* input : {"in.geojson", "in.gpkg", "in.shp"}) {
         SCOPED_TRACE(input);
         ASSERT_EQ(m_zenro
                       .Run({"series", "plan", input, "--rules", "./r.rules", "--scale", "500", "--within",

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <set>
 
 #include "tests/zenro/draw_fixture.h"
 #include "zenromath/dwg_reader.h"
@@ -76,6 +77,31 @@ TEST_F(CadView, BlockFilesAreLookedForBesideTheirList) {
     EXPECT_EQ(drawn.status, 0) << drawn.err;
     const Outcome dump = m_zenro.Run({"dwg", "dump", "out.dwg"});
     EXPECT_NE(dump.out.find("INSERT"), std::string::npos) << dump.out;
+}
+
+// A sheet is drawn again where a block has changed, or how it comes in.
+TEST_F(CadView, BlocksAreAPartOfTheHashOfTheInput) {
+    std::filesystem::create_directory(m_zenro / "blocks");
+    m_zenro.File("blocks/list", "17 TREE\n");
+    const std::string tree = Collection(PointFeature(40512050, 3456040, "\"c\":1"));
+    const auto hash = [&](std::vector<std::string> more) {
+        more.insert(more.end(), {"--sheet", "40512000,3456000,40512100,3456080", "--json", "--overwrite", "-o",
+                                 "out.dwg", "--blocks", "blocks/list"});
+        const std::string out = DrawFile("p.geojson", tree, "* -> symbol 17", more).out;
+        const std::size_t at = out.find("\"input_sha256\"");
+        EXPECT_NE(at, std::string::npos) << out;
+        return at == std::string::npos ? out : out.substr(at, out.find('\n', at) - at);
+    };
+    std::set<std::string> hashes;
+    for (const char* option : {"--no-frame", "--no-thickness"}) {
+        Drawing("500", {"--overwrite", option});
+        std::filesystem::rename(m_zenro / "out.dwg", m_zenro / "blocks" / "TREE.dwg");
+        const std::string first = hash({});
+        EXPECT_EQ(first, hash({}));
+        hashes.insert(first);
+        hashes.insert(hash({"--blocks-as-copied"}));
+    }
+    EXPECT_EQ(hashes.size(), 4u);
 }
 
 // A reference in a block file of version 1006 would be ruined by the copying, as other programs read it.

@@ -4,8 +4,10 @@
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <optional>
 #include <set>
+#include <sstream>
 
 #include "symbol/area/hatch_statistics.h"
 #include "tools/kit/digest.h"
@@ -276,6 +278,20 @@ std::optional<Window> WindowOf(const DrawJob& job, const std::optional<NamedShee
     return Window{page.sheet, page.rotation, page.Ground(kSymbolReach)};
 }
 
+// The list of blocks and the drawings that it names, as far as they lie beside it.
+void AddBlocks(const fs::path& list, Digest& digest) {
+    digest.AddFile(list);
+    std::ifstream in(list);
+    std::string code, name;
+    for (std::string line; std::getline(in, line);) {
+        std::istringstream words(line);
+        std::error_code error;
+        const bool named = static_cast<bool>(words >> code >> name);
+        const fs::path drawing = list.parent_path() / (name + ".dwg");
+        if (named && fs::exists(drawing, error)) digest.AddFile(drawing);
+    }
+}
+
 std::string HashOfInput(const DrawJob& job, const Rules& rules, const Page& page, FeatureStore& store) {
     Digest digest;
     digest.AddText(ZENRO_VERSION);
@@ -288,7 +304,8 @@ std::string HashOfInput(const DrawJob& job, const Rules& rules, const Page& page
     file(job.library.symbols, "symbol.dat");
     file(job.library.notes, "Orvnote.cod");
     file(job.library.project, "project.ini");
-    if (!job.library.blocks.empty()) digest.AddFile(job.library.blocks);
+    if (!job.library.blocks.empty()) AddBlocks(job.library.blocks, digest);
+    digest.AddText(job.library.blocksAsCopied ? "copied" : "imported");
     digest.AddText(job.library.symbolsAs);
     std::string page_text;
     for (const double number :

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <optional>
 #include <set>
 #include <sstream>
@@ -278,17 +277,19 @@ std::optional<Window> WindowOf(const DrawJob& job, const std::optional<NamedShee
     return Window{page.sheet, page.rotation, page.Ground(kSymbolReach)};
 }
 
-// The list of blocks and the drawings that it names, as far as they lie beside it.
-void AddBlocks(const fs::path& list, Digest& digest) {
-    digest.AddFile(list);
-    std::ifstream in(list);
-    std::string code, name;
-    for (std::string line; std::getline(in, line);) {
-        std::istringstream words(line);
-        std::error_code error;
-        const bool named = static_cast<bool>(words >> code >> name);
-        const fs::path drawing = list.parent_path() / (name + ".dwg");
-        if (named && fs::exists(drawing, error)) digest.AddFile(drawing);
+// The list of blocks and the drawings that it names, beside it or beside the library.
+void AddBlocks(const std::string& list, Digest& digest) {
+    digest.AddFile(PathOf(list));
+    std::istringstream lines(ReadWholeFile(PathOf(list), 1u << 20));
+    for (std::string line; std::getline(lines, line);) {
+        line = Trim(line);
+        const std::size_t blank = line.find_first_of(" \t");
+        if (blank == std::string::npos) continue;
+        for (const fs::path& folder : {PathOf(list).parent_path(), fs::path(ModuleDirectory())}) {
+            const fs::path drawing = folder / PathOf(Trim(line.substr(blank)) + ".dwg");
+            std::error_code error;
+            if (fs::is_regular_file(drawing, error)) digest.AddFile(drawing);
+        }
     }
 }
 

@@ -17,6 +17,19 @@ import tempfile
 OPTION = re.compile(r"^  (?:(-\w),)?(--[\w-]+)(?:\{\w+\})?(?: (.*?))?(?:  +(.*))?$")
 
 
+def choices(kind):
+    """The values that an option takes by name: {a,b} or ENUM:a|b of its help. Where one comes again they are pairs: {a,b,b,a}."""
+    found = re.search(r"\{([\w.,-]+)\}|:([\w.-]+(?:\|[\w.-]+)+)", kind)
+    if not found:
+        return []
+    if found[2]:
+        return found[2].split("|")
+    values = found[1].split(",")
+    if len(set(values)) == len(values):
+        return values
+    return [",".join(pair) for pair in zip(values[::2], values[1::2])]
+
+
 class Verb:
     """One command of the program: its words, its options and the commands below it."""
 
@@ -36,8 +49,7 @@ class Verb:
                 match = OPTION.match(line)
                 if match:
                     kind = match[3] or ""
-                    values = re.search(r"\{([\w.,-]+)\}", kind)
-                    pending = [match[1] or "", match[2], values[1].split(",") if values else [],
+                    pending = [match[1] or "", match[2], choices(kind),
                                bool(re.match(r"[A-Z]{3,}", kind)), (match[4] or "").strip()]
                     self.options.append(pending)
                 elif pending and line.startswith(" " * 10) and not pending[4]:

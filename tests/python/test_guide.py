@@ -12,6 +12,15 @@ import pytest
 GUIDE = pathlib.Path(__file__).parents[2] / "docs" / "guide" / "python.md"
 CELLS = re.findall(r"^```python\n(.*?)^```$", GUIDE.read_text(encoding="utf-8"), re.M | re.S)
 
+README = pathlib.Path(__file__).parents[2] / "README.md"
+
+
+def test_the_python_of_readme_runs_as_it_stands(tmp_path):
+    cell, = re.findall(r"^```python\n(.*?)^```$", README.read_text(encoding="utf-8"), re.M | re.S)
+    subprocess.run([sys.executable, "-W", "error", "-c", cell], check=True, cwd=tmp_path)
+    assert [file.name for file in tmp_path.iterdir()] == ["garden.png"]
+    assert (tmp_path / "garden.png").stat().st_size > 10000
+
 
 @pytest.mark.parametrize("number", range(len(CELLS)))
 def test_each_piece_of_the_guide_runs_by_itself(number):

@@ -103,6 +103,46 @@ TEST(Record, HandleAndExtraFieldsOf1009ArePassed) {
     EXPECT_EQ(point.points.at(0).y, 2.0);
 }
 
+// No drawing at hand has a polyline with the type of its curve.
+TEST(Record, PolylineHasAllItsOptions) {
+    BytesMaker made;
+    made.Head(kPolyline, 0, 59, 0, 0x1FF).U(5, 1).Real(0.25).Real(0.75).Real(0).Real(0.6).Real(0.8);
+    made.U(3, 2).U(4, 2).U(10, 2).U(11, 2).U(0x0106, 2);
+    const Record polyline = Read(made);
+    const std::pair<const char*, double> wanted[] = {{"closed", 5},
+                                                     {"start_width", 0.25},
+                                                     {"end_width", 0.75},
+                                                     {"ext_x", 0},
+                                                     {"ext_y", 0.6},
+                                                     {"ext_z", 0.8},
+                                                     {"m", 3},
+                                                     {"n", 4},
+                                                     {"m_density", 10},
+                                                     {"n_density", 11},
+                                                     {"curve", 0x0106}};
+    for (const auto& [name, number] : wanted) EXPECT_EQ(polyline.Number(name, -1), number) << name;
+    EXPECT_EQ(polyline.fields.size(), std::size(wanted));
+}
+
+TEST(Record, DimensionHasEachOfItsPoints) {
+    BytesMaker made;
+    made.Head(kDimension, 0, 184, 0, 0x1FF).U(7, 2).Real(1).Real(2).Real(3).Real(11).Real(12).Real(21).Real(22);
+    made.U(1, 1).U(3, 2).U('9', 1).U('.', 1).U('5', 1);
+    for (int point = 3; point <= 6; ++point) made.Real(10 * point + 1).Real(10 * point + 2).Real(10 * point + 3);
+    made.Real(0.5).Real(1.5);
+    const Record dimension = Read(made);
+    EXPECT_EQ(dimension.Number("block", -1), 7);
+    EXPECT_EQ(dimension.points.at(0).z, 3.0);
+    const std::pair<const char*, double> wanted[] = {
+        {"text_x", 11}, {"text_y", 12}, {"insert_x", 21}, {"insert_y", 22}, {"dimension_type", 1},
+        {"x3", 31},     {"y3", 32},     {"z3", 33},       {"x4", 41},       {"y4", 42},
+        {"z4", 43},     {"x5", 51},     {"y5", 52},       {"z5", 53},       {"x6", 61},
+        {"y6", 62},     {"z6", 63},     {"leader", 0.5},  {"rotation", 1.5}};
+    for (const auto& [name, number] : wanted) EXPECT_EQ(dimension.Number(name, -1), number) << name;
+    ASSERT_NE(dimension.Find("text"), nullptr);
+    EXPECT_EQ(dimension.Find("text")->text, "9.5");
+}
+
 TEST(Record, LengthThatDoesNotFitItsFieldsIsSeen) {
     Record record;
     const auto made = BytesMaker().Head(1, 4, 39, 0, 0).Real(1).Real(2).Real(3).Real(4);

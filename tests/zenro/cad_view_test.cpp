@@ -59,6 +59,8 @@ TEST_F(CadView, ExtentsLimitsAndViewAreThoseOfTheSheet) {
     EXPECT_NEAR(NumberAt(bytes, kCentre + 8), 3456040.0, 0.001);
     EXPECT_GE(NumberAt(bytes, kSize), 80.0);
     EXPECT_LT(NumberAt(bytes, kSize), 100.0);
+    constexpr std::size_t kUnits = 356;  // LUNITS, LUPREC: decimal, millimetres of metres
+    EXPECT_EQ(bytes.substr(kUnits, 4), std::string("\2\0\3\0", 4));
 }
 
 TEST_F(CadView, FillsHaveTheirCodeAsThicknessUnlessToldOtherwise) {

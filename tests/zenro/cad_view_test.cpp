@@ -63,6 +63,25 @@ TEST_F(CadView, ExtentsLimitsAndViewAreThoseOfTheSheet) {
     EXPECT_EQ(bytes.substr(kUnits, 4), std::string("\2\0\3\0", 4));
 }
 
+TEST_F(CadView, ARingIsOneClosedPolylineAndALineNone) {
+    const std::string ring = "[[40512010,3456010],[40512030,3456010],[40512030,3456030],[40512010,3456010]]";
+    const std::string line = "[40512050,3456010],[40512070,3456010],[40512070,3456030],[40512050,3456030]";
+    const Outcome drawn =
+        DrawFile("in.geojson", Collection(AreaFeature(ring, "\"c\":1") + "," + LineFeature(line, "\"c\":1")),
+                 "[* : area]\n* -> symbol 250\n[* : line]\n* -> symbol 250",
+                 {"--scale", "500", "--sheet", "40512000,3456000,40512100,3456080", "-o", "out.dwg"});
+    EXPECT_EQ(drawn.status, 0) << drawn.err;
+    const std::string bytes = ReadFile(m_zenro / "out.dwg");
+    const zm::DrawingFile drawing(std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
+    std::vector<std::pair<double, int>> polylines;  // whether each is closed, and its vertices
+    drawing.ForEachEntity([&](const zm::DrawingEntity& entity) {
+        if (entity.kind == "POLYLINE") polylines.emplace_back(entity.Number("closed", 0.0), 0);
+        if (entity.kind == "VERTEX") ++polylines.back().second;
+        return true;
+    });
+    EXPECT_EQ(polylines, (std::vector<std::pair<double, int>>{{1.0, 3}, {0.0, 4}}));
+}
+
 TEST_F(CadView, FillsHaveTheirCodeAsThicknessUnlessToldOtherwise) {
     EXPECT_GT(Thick(Drawing("500")), 0);
     EXPECT_EQ(Thick(Drawing("500", {"--no-thickness"})), 0);

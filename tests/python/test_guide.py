@@ -12,12 +12,11 @@ import pytest
 GUIDE = pathlib.Path(__file__).parents[2] / "docs" / "guide" / "python.md"
 CELLS = re.findall(r"^```python\n(.*?)^```$", GUIDE.read_text(encoding="utf-8"), re.M | re.S)
 
-README = pathlib.Path(__file__).parents[2] / "README.md"
+README, = re.findall(r"^```python\n(.*?)^```$", (GUIDE.parents[2] / "README.md").read_text(encoding="utf-8"), re.M | re.S)
 
 
 def test_the_python_of_readme_runs_as_it_stands(tmp_path):
-    cell, = re.findall(r"^```python\n(.*?)^```$", README.read_text(encoding="utf-8"), re.M | re.S)
-    subprocess.run([sys.executable, "-W", "error", "-c", cell], check=True, cwd=tmp_path)
+    subprocess.run([sys.executable, "-W", "error", "-c", README], check=True, cwd=tmp_path)
     assert [file.name for file in tmp_path.iterdir()] == ["garden.png"]
     assert (tmp_path / "garden.png").stat().st_size > 10000
 
@@ -27,14 +26,15 @@ def test_each_piece_of_the_guide_runs_by_itself(number):
     subprocess.run([sys.executable, "-W", "error", "-c", CELLS[number]], check=True)
 
 
-def test_a_notebook_shows_the_map(tmp_path):
-    cells = [{"cell_type": "code", "execution_count": None, "metadata": {}, "outputs": [], "source": cell} for cell in CELLS]
+@pytest.mark.parametrize("name, sources", [("guide", CELLS), ("readme", [README])])
+def test_a_notebook_shows_the_map(name, sources, tmp_path):
+    cells = [{"cell_type": "code", "execution_count": None, "metadata": {}, "outputs": [], "source": cell} for cell in sources]
     kernel = {"kernelspec": {"name": "python3", "display_name": "Python 3", "language": "python"}}
-    (tmp_path / "guide.ipynb").write_text(json.dumps({"cells": cells, "metadata": kernel, "nbformat": 4, "nbformat_minor": 4}))
+    (tmp_path / f"{name}.ipynb").write_text(json.dumps({"cells": cells, "metadata": kernel, "nbformat": 4, "nbformat_minor": 4}))
     environment = {**os.environ, "HOME": str(tmp_path), "JUPYTER_PLATFORM_DIRS": "0", "IPYTHONDIR": str(tmp_path / "ipython")}
     environment.pop("DISPLAY", None)
     subprocess.run(["/usr/bin/python3", "-m", "nbconvert", "--execute", "--to", "notebook", "--output", "run.ipynb",
-                    str(tmp_path / "guide.ipynb")], check=True, env=environment, cwd=tmp_path, timeout=240)
+                    str(tmp_path / f"{name}.ipynb")], check=True, env=environment, cwd=tmp_path, timeout=240)
     last = json.loads((tmp_path / "run.ipynb").read_text(encoding="utf-8"))["cells"][-1]["outputs"]
     shown = [output["data"] for output in last if output["output_type"] == "execute_result"]
     assert len(shown) == 1 and [o for o in last if o["output_type"] != "execute_result"] == []
@@ -43,4 +43,4 @@ def test_a_notebook_shows_the_map(tmp_path):
     assert png[:8] == b"\x89PNG\r\n\x1a\n" and len(png) > 10000
     folder = os.environ.get("ZM_PICTURES")  # for who wants to look at it
     if folder:
-        pathlib.Path(folder, "notebook.png").write_bytes(png)
+        pathlib.Path(folder, f"notebook-{name}.png").write_bytes(png)

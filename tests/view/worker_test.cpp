@@ -6,6 +6,7 @@
 #include <chrono>
 #include <filesystem>
 
+#include "runtime/text/numbers.h"
 #include "tests/view/map_worker.h"
 #include "tests/zenro/program.h"
 
@@ -211,14 +212,14 @@ TEST_F(ViewWorker, OfManyFeaturesBelowAPixelOneOfEachLayerIsDrawn) {
     std::string layers[2];
     for (int i = 0; i < 250000; ++i) {
         const double x = kX + 100 * (i / 2 % 50), y = kY + 100 * (i / 100 % 50) + i % 2 * 40;
-        const auto at = [&](double by) { return "[" + std::to_string(x + by) + "," + std::to_string(y + by) + "]"; };
+        const auto at = [&](double by) { return zm::numbers::Text("[%.1f,%.1f]", x + by, y + by); };
         layers[i % 2] += (layers[i % 2].empty() ? "" : ",") + LineFeature(at(0) + "," + at(8), "");
     }
     const std::string one = zenro.File("one.geojson", Collection(layers[0]));
     const std::string other = zenro.File("other.geojson", Collection(layers[1]));
     const std::string plain = zenro.File("plain.rules", "* -> symbol 250, layer 250\n");
     MapWorker worker({"--rules=" + plain, "--scale=5000", one, other});
-    worker.Await("ready");
+    EXPECT_EQ(worker.Await("ready").at("features"), 250000);
     const auto beats = [&](const json& painted) {
         EXPECT_EQ(painted.at("features"), 250000);
         return worker.Head().beat.exchange(0);

@@ -9,6 +9,7 @@
 #include <map>
 #include <set>
 
+#include "runtime/text/numbers.h"
 #include "tests/zenro/program.h"
 #include "tools/kit/exit_codes.h"
 #include "tools/zenro/relief/terrain.h"
@@ -146,8 +147,9 @@ TEST(ContoursVerb, WritesLinesWithHeightsAndIndex) {
     std::string points;
     for (int i = 0; i < 400; ++i) {
         const double x = std::fmod(i * 61.8, 100.0), y = std::fmod(i * 38.1, 100.0);
-        points += (i > 0 ? "," : "") + PointFeature(40512000 + x, 3456000 + y,
-                                                    "\"h\":" + std::to_string(30.0 - std::hypot(x - 50, y - 50) / 3));
+        points += (i > 0 ? "," : "") +
+                  PointFeature(40512000 + x, 3456000 + y,
+                               "\"h\":" + zm::numbers::Text("%.6f", 30.0 - std::hypot(x - 50, y - 50) / 3));
     }
     zenro.File("p.geojson", Collection(points));
     const Outcome r = zenro.Run({"contours", "p.geojson", "-o", "c.geojson", "--interval", "1", "--field", "h"});

@@ -1,6 +1,7 @@
 // One wrong number does not spoil a map, and numbers that do not fit their system are recognised.
 #include <nlohmann/json.hpp>
 
+#include "runtime/text/numbers.h"
 #include "tests/zenro/draw_fixture.h"
 #include "tools/zenro/map/axes_check.h"
 #include "tools/zenro/map/robust_extent.h"
@@ -49,7 +50,7 @@ TEST_F(Stray, TheZoneComesFromTheMiddleNotFromAPointAtZero) {
     std::string points;
     for (int i = 0; i < 60; ++i)
         points += "{\"type\":\"Feature\",\"properties\":{},\"geometry\":{\"type\":\"Point\",\"coordinates\":[" +
-                  std::to_string(120.7 + i * 1e-4) + ",30.5]}},";
+                  zm::numbers::Text("%.4f", 120.7 + i * 1e-4) + ",30.5]}},";
     points += "{\"type\":\"Feature\",\"properties\":{},\"geometry\":{\"type\":\"Point\",\"coordinates\":[0,0]}}";
     const Outcome r = DrawFile("in.geojson", InDegrees(points, 4490), "* -> symbol 17", {"--json"});
     EXPECT_EQ(r.status, 4) << r.err;

@@ -81,7 +81,7 @@ struct NOTELAY {
 
 /// One font of notes.
 struct NOTEFONT {
-    int number;
+    int number;           ///< by which note classes name it
     char screenFont[24];  ///< face name for the screen
     char textStyle[24];   ///< DWG text style, such as "Standard"
     char fontName[24];    ///< DWG font name, such as "Hztxt"
@@ -91,13 +91,13 @@ struct NOTEFONT {
 
 /// A note definition of section "OTHER NOTE": seven values in the order of its line. What they mean is the caller's.
 struct SpOrvNoteDef {
-    int value1;
-    char value2;
-    int value3;
-    int value4;
-    int value5;
-    int value6;
-    int value7;  ///< at least 1
+    int value1;   ///< the first number of the line
+    char value2;  ///< the second, one character
+    int value3;   ///< the third number
+    int value4;   ///< the fourth number
+    int value5;   ///< the fifth number
+    int value6;   ///< the sixth number
+    int value7;   ///< at least 1
 };
 
 /// The note classes and fonts of "Orvnote.cod" in the module directory. One object for each application.
@@ -105,7 +105,9 @@ struct SpOrvNoteDef {
 /// A class character that no class has is answered for the default class.
 class ZM_API TqNoteLayBase {
  public:
+    /// The records of the classes, in the order of the file.
     using ClassList = CArray<NOTELAY*, NOTELAY*>;
+    /// The records of the fonts, in the order of the file.
     using FontList = CArray<NOTEFONT*, NOTEFONT*>;
     static constexpr int kValueSize = 128;  ///< bytes of a value that is read, its end byte included
     static constexpr int kLineSize = 160;   ///< bytes that the longest class line needs, its end byte included
@@ -122,14 +124,14 @@ class ZM_API TqNoteLayBase {
     // Lookups by class character; each makes the class it answers for the current one. On an empty table they raise
     // std::invalid_argument.
 
-    char* LayerName(char code);
-    char* Memo(char code);
-    int Color(char code);
-    int OutDcDwg(char code);  ///< display
-    int CharH(char code);     ///< height, 0.1 mm
-    int CharW(char code);     ///< width, 0.1 mm
-    int CharI(char code);     ///< interval, 0.1 mm
-    int Fontn(char code);     ///< font number
+    char* LayerName(char code);  ///< layer, GBK
+    char* Memo(char code);       ///< what the class is for, GBK
+    int Color(char code);        ///< colour number of the palette
+    int OutDcDwg(char code);     ///< display
+    int CharH(char code);        ///< height, 0.1 mm
+    int CharW(char code);        ///< width, 0.1 mm
+    int CharI(char code);        ///< interval, 0.1 mm
+    int Fontn(char code);        ///< font number
     /// The font of the class, null if it was not loaded.
     NOTEFONT* FontInfo(char code);
     int OutNot(char code);  ///< convert modulo 10
@@ -146,8 +148,9 @@ class ZM_API TqNoteLayBase {
     int GetCount();
     /// The font of that number, null if none.
     NOTEFONT* GetFontInfo(int number);
-    /// The two lists; they own their records.
+    /// The list of the classes; it owns its records.
     ClassList* GetNLayTbl();
+    /// The list of the fonts; it owns its records.
     FontList* GetFontTbl();
     /// Copies the default class out; 1, 0 on an empty table.
     int GetDefaultRcd(NOTELAY* record);
@@ -158,6 +161,7 @@ class ZM_API TqNoteLayBase {
     /// Reads the note definition of a code, "0,0,0,0,66,10,1" if it has none.
     /// \return the class whose character is the first byte of the definition's text
     NOTELAY* GetNoteLayByOrvCode(int code, SpOrvNoteDef& definition);
+    /// The same for a code that is given as text.
     NOTELAY* GetNoteLayByOrvCode(char* code, SpOrvNoteDef& definition);
     /// Class character of that class of a layer whose height is nearest to height (0.1 mm), the earlier of two equally
     /// near; the default character if none is nearer than 100.

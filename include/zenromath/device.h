@@ -33,27 +33,28 @@ namespace zm {
 
 /// The selected pen, resolved.
 struct Stroke {
-    int style = 0;            ///< PS_SOLID .. PS_INSIDEFRAME, dashed ones at any width. Never PS_NULL.
-    int width = 1;            ///< device pixels, 1 or more; a created width of 0 arrives as 1
-    COLORREF color = 0;       ///< 0x00BBGGRR
-    bool opaqueGaps = false;  ///< the gaps of a dashed style take the background colour
-    COLORREF gapColor = 0xFFFFFF;
+    int style = 0;                 ///< PS_SOLID .. PS_INSIDEFRAME, dashed ones at any width. Never PS_NULL.
+    int width = 1;                 ///< device pixels, 1 or more; a created width of 0 arrives as 1
+    COLORREF color = 0;            ///< 0x00BBGGRR
+    bool opaqueGaps = false;       ///< the gaps of a dashed style take the background colour
+    COLORREF gapColor = 0xFFFFFF;  ///< 0x00BBGGRR
     bool operator==(const Stroke&) const = default;
 };
 
 /// A brush, resolved with the text and background colour of the moment.
 struct Fill {
+    /// How the inside is filled.
     enum class Kind {
         none,    ///< the null brush: nothing is filled
         solid,   ///< color everywhere
         hatch,   ///< lines of color in the style hatch, over background where opaque
         pattern  ///< the tile rows: bit 1 takes background, bit 0 takes color
     };
-    Kind kind = Kind::solid;
-    COLORREF color = 0xFFFFFF;
-    int hatch = 0;  ///< HS_HORIZONTAL .. HS_DIAGCROSS
-    bool opaque = true;
-    COLORREF background = 0xFFFFFF;
+    Kind kind = Kind::solid;         ///< how
+    COLORREF color = 0xFFFFFF;       ///< 0x00BBGGRR
+    int hatch = 0;                   ///< HS_HORIZONTAL .. HS_DIAGCROSS
+    bool opaque = true;              ///< what is not inked takes background
+    COLORREF background = 0xFFFFFF;  ///< 0x00BBGGRR
     /// Eight rows from the top, the highest bit leftmost. The tile is fixed to the upper left corner of the device, not
     /// to the figure. For a hatch it holds the hatch's own lines as 1 bits: of HS_HORIZONTAL row 3, of HS_VERTICAL
     /// column 4 ...
@@ -75,9 +76,9 @@ struct TextStyle {
     /// lfWidth: the average character width (0: as the face has it). A double-byte character is two widths wide.
     /// lfEscapement: tenths of a degree counter-clockwise on the device. lfFaceName: GBK.
     LOGFONTA font{};
-    COLORREF color = 0;
-    bool opaque = true;  ///< the cells behind the characters take background
-    COLORREF background = 0xFFFFFF;
+    COLORREF color = 0;              ///< 0x00BBGGRR
+    bool opaque = true;              ///< the cells around the characters take background
+    COLORREF background = 0xFFFFFF;  ///< 0x00BBGGRR
 };
 
 /// A set of pixels: of a polygon, a rectangle, or combined from others.
@@ -88,8 +89,8 @@ class ZM_API Region {
  public:
     /// One figure by its corners; inside by the even-odd or by the winding rule.
     struct Outline {
-        std::vector<POINT> points;
-        bool winding = false;
+        std::vector<POINT> points;  ///< corners, pixels; the closing edge is implied
+        bool winding = false;       ///< by the winding rule, else the even-odd one
     };
 
     Region();  ///< empty
@@ -110,6 +111,7 @@ class ZM_API Region {
     int Kind() const;
     /// The smallest rectangle around all pixels, right and bottom out; all 0 if empty.
     RECT Box() const;
+    /// True if the pixel (x, y) is in it.
     bool Contains(int x, int y) const;
     /// The pixels as rectangles that do not overlap, from top to bottom in bands of equal top and bottom, each band
     /// from left to right.
@@ -167,6 +169,7 @@ class ZM_API Device : public DeviceContext {
     /// An outline with a filled interior; the right column and the lower row of box are out. Corners in any order.
     /// stroke is null under the null pen.
     virtual int Box(const Stroke* stroke, const Fill& fill, const RECT& box) = 0;
+    /// The pixels of a region, without an outline.
     virtual int FillRegion(const Region& region, const Fill& fill) = 0;
     /// Characters with the top left corner of the first cell at (x, y), turned about that point by the escapement.
     virtual int Text(const TextStyle& style, int x, int y, std::string_view text) = 0;
@@ -177,6 +180,7 @@ class ZM_API Device : public DeviceContext {
 
     /// What the handle layer keeps for each device.
     struct Selection;
+    /// For the handle layer alone.
     Selection& selection() { return *m_selection; }
 
  private:

@@ -22,6 +22,7 @@
 
 namespace zm::dialogs {
 
+/// What a control is.
 enum class Kind {
     label,          ///< fixed text
     edit,           ///< one line of text
@@ -34,21 +35,26 @@ enum class Kind {
     frame           ///< etched frame around nothing
 };
 
+/// A rectangle in dialog units: a quarter of the mean width and an eighth of the height of the dialog's characters.
 struct Box {
-    int x, y, width, height;
+    int x;       ///< from the left edge of the dialog
+    int y;       ///< from its upper edge
+    int width;   ///< dialog units
+    int height;  ///< dialog units
 };
 
+/// A column of a table.
 struct Column {
-    const char* title;
-    int width;  ///< pixels of a screen of 96 dots an inch
+    const char* title;  ///< GBK
+    int width;          ///< pixels of a screen of 96 dots an inch
 };
 
 /// One control of a template. The order of a template's controls is the order of the Tab key.
 struct Control {
-    int id;  ///< -1 for labels and frames that are never asked for
-    Kind kind;
-    const char* text;
-    Box box;
+    int id;                                ///< -1 for labels and frames that are never asked for
+    Kind kind;                             ///< what it is
+    const char* text;                      ///< GBK
+    Box box;                               ///< its place, dialog units
     char key = 0;                          ///< letter that reaches it together with Alt, 0 for none
     int limit = 0;                         ///< edit: characters that may be typed, 0 for any number
     std::span<const int> tabs = {};        ///< list: tab stops of its rows, dialog units
@@ -57,23 +63,28 @@ struct Control {
     bool severalRows = false;              ///< table: several rows may be selected
 };
 
+/// What a dialog looks like.
 struct Template {
-    int id;
-    const char* title;
-    int width, height;
-    std::span<const Control> controls;
+    int id;                             ///< number of the resource
+    const char* title;                  ///< GBK
+    int width;                          ///< dialog units
+    int height;                         ///< dialog units
+    std::span<const Control> controls;  ///< in the order of the Tab key
 };
 
 /// The rows of a list or table with the selection, by the list box's own rules: a selection stays with its row when
 /// rows come and go above it, and goes with it.
 class ZM_API Rows {
  public:
-    static constexpr int kNone = -1;
+    static constexpr int kNone = -1;  ///< no row
 
+    /// How many rows there are.
     int count() const { return static_cast<int>(m_rows.size()); }
     /// The text of a row; empty outside the list.
     const std::string& at(int row) const;
+    /// Takes all rows out.
     void Clear();
+    /// Puts a row at the end.
     void Add(std::string text) { Insert(kNone, std::move(text)); }
     /// Puts a row in at a place from 0 to count(); any other place is the end.
     void Insert(int place, std::string text);
@@ -82,8 +93,8 @@ class ZM_API Rows {
     /// Takes a row out; nothing for a place outside the list.
     void Delete(int row);
 
-    int selected = kNone;
-    int focused = kNone;  ///< table: the row that has the focus state
+    int selected = kNone;  ///< the row that is selected
+    int focused = kNone;   ///< table: the row that has the focus state
     /// A row that the dialog wants to be seen. The view makes it visible and sets kNone again.
     int reveal = kNone;
 
@@ -95,28 +106,31 @@ class ZM_API Rows {
 struct Field {
     std::string text;      ///< of an edit; for a button its caption
     bool checked = false;  ///< of a check box
-    bool visible = true;
-    Rows rows;  ///< of a list or table
+    bool visible = true;   ///< shown
+    Rows rows;             ///< of a list or table
 };
 
 /// A rectangle that the window paints.
 struct Sample {
-    Box box;  ///< in client height / unitsOfHeight, both ways
-    int unitsOfHeight;
-    COLORREF colour;  ///< red in the low byte
+    Box box;            ///< in client height / unitsOfHeight, both ways
+    int unitsOfHeight;  ///< parts that the client area's height is divided into
+    COLORREF colour;    ///< red in the low byte
 };
 
 /// The logic of one dialog.
 class ZM_API Dialog {
  public:
-    static constexpr int kNoControl = -1;
+    static constexpr int kNoControl = -1;  ///< no control
 
+    /// layout must outlive the dialog.
     explicit Dialog(const Template& layout);
     virtual ~Dialog();
     Dialog(const Dialog&) = delete;
     Dialog& operator=(const Dialog&) = delete;
 
+    /// What it looks like.
     const Template& layout() const { return m_layout; }
+    /// The title of the window, GBK.
     virtual std::string Title() const { return m_layout.title; }
 
     /// Fills the fields. Called once, before the window is seen.
@@ -134,6 +148,7 @@ class ZM_API Dialog {
 
     /// The field of a control of the template.
     Field& field(int id);
+    /// The same, to read.
     const Field& field(int id) const;
 
     /// The control that the dialog wants to have the keyboard, kNoControl for none. The view moves it there and sets

@@ -47,6 +47,7 @@ ZM_API int ExecOneEdit(const char* title, CString& value);
 class ZM_API CCengCi : public CDialog {
  public:
     enum { IDD = 178 };
+    /// parent: the window that it belongs to, null for none.
     explicit CCengCi(CWnd* parent = nullptr) : CDialog(IDD, parent) {}
     INT_PTR DoModal() override;
 };
@@ -55,6 +56,7 @@ class ZM_API CCengCi : public CDialog {
 class ZM_API CLineWidth : public CDialog {
  public:
     enum { IDD = 131 };
+    /// parent: the window that it belongs to, null for none.
     explicit CLineWidth(CWnd* parent = nullptr) : CDialog(IDD, parent) {}
     INT_PTR DoModal() override;
 };
@@ -63,6 +65,7 @@ class ZM_API CLineWidth : public CDialog {
 class ZM_API CNoteClass : public CDialog {
  public:
     enum { IDD = 198 };
+    /// parent: the window that it belongs to, null for none.
     explicit CNoteClass(CWnd* parent = nullptr) : CDialog(IDD, parent) {}
     INT_PTR DoModal() override;
 };
@@ -71,6 +74,7 @@ class ZM_API CNoteClass : public CDialog {
 class ZM_API CNoteFont : public CDialog {
  public:
     enum { IDD = 199 };
+    /// parent: the window that it belongs to, null for none.
     explicit CNoteFont(CWnd* parent = nullptr) : CDialog(IDD, parent) {}
     INT_PTR DoModal() override;
 };
@@ -79,6 +83,7 @@ class ZM_API CNoteFont : public CDialog {
 class ZM_API CSysColor : public CDialog {
  public:
     enum { IDD = 300 };
+    /// parent: the window that it belongs to, null for none.
     explicit CSysColor(CWnd* parent = nullptr) : CDialog(IDD, parent) {}
     INT_PTR DoModal() override;
 };
@@ -87,6 +92,7 @@ class ZM_API CSysColor : public CDialog {
 class ZM_API COneEdit : public CDialog {
  public:
     enum { IDD = 301 };
+    /// parent: the window that it belongs to, null for none.
     explicit COneEdit(CWnd* parent = nullptr) : CDialog(IDD, parent) {}
     INT_PTR DoModal() override;
 

@@ -20,8 +20,8 @@ concept OtherUnsigned = std::is_same_v<T, unsigned int> || std::is_same_v<T, uns
 
 /// A polygon point, survey coordinates.
 struct PP {
-    double x;
-    double y;
+    double x;  ///< metres east
+    double y;  ///< metres north
 };
 
 namespace zm {
@@ -47,6 +47,7 @@ class ZM_API CCutArea {
 
     /// Stores the switch and returns the previous value. The area stays in place.
     int set_docut(int docut);
+    /// The switch.
     int get_docut() const;
 
     /// Sets a rectangle by any two opposite corners. The rotate angle becomes 0. A polygon held before stays allocated
@@ -140,6 +141,7 @@ class ZM_API CTqDraw : public CCutArea {
 
     /// Stores the device type and returns the previous one.
     int SetTqDCType(int type);
+    /// The device type: 0 device, 1 DWG, 2 device in black, 3 text commands.
     int GetTqDCType() const;
     /// The recorded commands of device type 3. The caller reads and empties the list.
     CStringArray* GetTqDCString();
@@ -151,7 +153,9 @@ class ZM_API CTqDraw : public CCutArea {
     /// \param width, height  pixels
     /// \param flip    non-zero: the view is turned by 180 degrees
     void SetViewDrawDC(HDC hdc, double scale, double x0, double y0, int width, int height, int flip);
+    /// Puts another device context in place of the view's.
     void ResetHdc(HDC hdc);
+    /// The device context, null where there is none.
     HDC GetHdc() const;
     /// 1 after SetViewDrawDC.
     int Drawable() const;
@@ -163,7 +167,9 @@ class ZM_API CTqDraw : public CCutArea {
     void GetSurveyPos(double& x, double& y, int px, int py) const;
     /// The survey rectangle that the view covers. This order is not that of GetCutArea.
     void GetViewArea(double& xmin, double& ymin, double& xmax, double& ymax) const;
+    /// Pixels that a length in survey units takes.
     double GetPixelsByRealen(double len) const;
+    /// Survey units that a length in pixels covers.
     double GetRealenByPixels(double px) const;
     /// Rotates and maps n interleaved points into pts, which is emptied first.
     /// \return the number of points; 0 for n below 2, the list is then left as it is
@@ -174,21 +180,28 @@ class ZM_API CTqDraw : public CCutArea {
     void SetRotateMoveP(double angle, double cx, double cy);
     /// \return 1 if active
     int GetRotateMoveP(double& angle, double& cx, double& cy) const;
+    /// 1 while the rotation is active.
     int IsRM() const;
     /// Rotates a point in place; nothing happens while inactive.
     void GetRMCoord(double& x, double& y) const;
     /// A flag that the library only stores.
     void SetNeedRotate(int need);
+    /// The flag of SetNeedRotate.
     int IsNeedRotate() const;
 
-    /// The clip area, see CCutArea.
+    /// The clip area, a polygon of n points in survey coordinates, see CCutArea.
     void SetCutArea(int n, double* x, double* y);
+    /// The clip area, a rectangle by two opposite corners in survey coordinates.
     void SetCutArea(double x1, double y1, double x2, double y2);
     /// Clips to the rectangle that the view covers.
     void SetCutArea();
+    /// The rectangle of the clip area, survey coordinates.
     void GetCutArea(double& left, double& top, double& right, double& bottom) const;
+    /// The clip switch, see CCutArea.
     int GetDoCut() const;
+    /// Sets the clip switch and returns the previous one.
     int SetDoCut(int docut);
+    /// The rotate angle of the clip area, degrees.
     double GetRotateAngle() const;
 
     /// The pen that is selected into the device context; zeros where there is none.
@@ -213,6 +226,7 @@ class ZM_API CTqDraw : public CCutArea {
     HFONT SetFont(tagLOGFONTA* lf, HFONT& old);
     /// Selects a DWG text style (_LDBsetstyle) and sets the text metrics; angle and oblique in degrees.
     void SetFont(int style, char* name, char* file, double height, double widthfactor, double oblique, double angle);
+    /// Selects a font.
     void ResetFont(HFONT font);
 
     /// A straight segment. 1, or what the device returned; 0 if nothing remains of it.
@@ -230,6 +244,7 @@ class ZM_API CTqDraw : public CCutArea {
     /// A point. \param size 1 one pixel, 2 a plus, 3 a cross of five pixels, any other as 1
     /// \return the colour; on a device what was set last
     DWORD pixel(double x, double y, DWORD colour, int size);
+    /// The same in pixels of the view.
     DWORD pixel(int x, int y, DWORD colour, int size);
     /// An arc of centre, radius and two angles, radians counter-clockwise from the positive x axis; equal angles are
     /// the whole circle. On a device a radius below 2 pixels draws a black dot instead.
@@ -242,7 +257,9 @@ class ZM_API CTqDraw : public CCutArea {
     int drawarc(int l, int t, int r, int b, int xs, int ys, int xe, int ye);
     /// Four segments: bottom or top first, as the corners come. The result of the last.
     int drawrect(double x1, double y1, double x2, double y2);
+    /// The same in pixels, on the device.
     int drawrect(int x1, int y1, int x2, int y2);
+    /// The same in pixels, on the device.
     int drawrect(tagRECT r);
     /// Fills a closed polygon on a device, then draws its outline with lines, whose result it returns.
     ///
@@ -252,10 +269,15 @@ class ZM_API CTqDraw : public CCutArea {
     int DrawPolygon(int n, double* xy, HBRUSH brush);
     /// Always on the device, whatever the device type, and never clipped by the clip area.
     int rectangle(double x1, double y1, double x2, double y2);
+    /// The same in pixels.
     int rectangle(int x1, int y1, int x2, int y2);
+    /// Moves the device's position, survey coordinates. Always on the device.
     DWORD moveto(double x, double y);
+    /// The same in pixels.
     DWORD moveto(int x, int y);
+    /// A segment from the device's position, survey coordinates. Always on the device.
     int lineto(double x, double y);
+    /// The same in pixels.
     int lineto(int x, int y);
     /// GDI's DrawText on the device.
     int drawtext(char* s, int n, tagRECT* r, unsigned int flags);
@@ -346,6 +368,7 @@ class ZM_API CTQPen {
     template <zm::draw::OtherUnsigned Colour>
     requires(!std::is_same_v<Colour, DWORD>) CTQPen(int style, int width, Colour colour)
         : CTQPen(style, width, static_cast<DWORD>(colour)) {}
+    /// The same with a width in survey units.
     template <zm::draw::OtherUnsigned Colour>
     requires(!std::is_same_v<Colour, DWORD>) CTQPen(int style, double width, Colour colour)
         : CTQPen(style, width, static_cast<DWORD>(colour)) {}
@@ -378,6 +401,7 @@ class ZM_API CTQFont {
     DWORD _settextcolor(int colourno);
     /// Sets the text colour of a layer code.
     DWORD _settextcolor(DWORD layer);
+    /// Layer codes of the other unsigned types.
     template <zm::draw::OtherUnsigned Layer>
     requires(!std::is_same_v<Layer, DWORD>) DWORD _settextcolor(Layer layer) {
         return _settextcolor(static_cast<DWORD>(layer));

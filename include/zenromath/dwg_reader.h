@@ -19,40 +19,45 @@ namespace dwg::reader {
 class Drawing;
 }
 
+/// A place, drawing units.
 struct DrawingPoint {
-    double x = 0.0;
-    double y = 0.0;
-    double z = 0.0;
+    double x = 0.0;  ///< drawing units
+    double y = 0.0;  ///< drawing units
+    double z = 0.0;  ///< height, drawing units
 };
 
+/// A layer of the table. Names and texts of drawings are GBK.
 struct DrawingLayer {
-    std::string name;
-    int color = 0;         ///< below 0: the layer is off
+    std::string name;      ///< GBK
+    int color = 0;         ///< CAD colour number; below 0: the layer is off
     std::string linetype;  ///< its name
     bool shown = true;     ///< neither off nor frozen
 };
 
+/// A text style of the table.
 struct DrawingStyle {
-    std::string name;
-    std::string font;
-    std::string bigFont;
-    double widthFactor = 1.0;
-    double oblique = 0.0;  ///< radians
+    std::string name;          ///< GBK
+    std::string font;          ///< file of the font
+    std::string bigFont;       ///< file of the font for Chinese, empty without one
+    double widthFactor = 1.0;  ///< width of characters by that of the font
+    double oblique = 0.0;      ///< radians
 };
 
+/// A linetype of the table.
 struct DrawingLinetype {
-    std::string name;
-    std::string description;
-    std::vector<double> elements;  ///< dashes above 0, gaps below 0, dots 0
+    std::string name;              ///< GBK
+    std::string description;       ///< what it looks like, in characters
+    std::vector<double> elements;  ///< dashes above 0, gaps below 0, dots 0; drawing units
 };
 
 /// A field of an entity after its points, such as the radius of a circle or the text of a text.
 struct DrawingField {
-    std::string name;
-    double number = 0.0;
-    std::string text;  ///< of a text field; number is 0 there
+    std::string name;     ///< such as "radius" or "rotation"
+    double number = 0.0;  ///< drawing units, or radians of an angle
+    std::string text;     ///< of a text field; number is 0 there
 };
 
+/// One entity of the file.
 struct DrawingEntity {
     std::uint64_t offset = 0;             ///< in the file, bytes
     std::string kind;                     ///< "LINE", "CIRCLE" ...; "KIND25" where the kind is not known
@@ -61,10 +66,10 @@ struct DrawingEntity {
     std::string layer;                    ///< its name
     std::optional<int> color;             ///< absent: that of the layer; 0: that of the block
     std::optional<std::string> linetype;  ///< absent: that of the layer; "BYBLOCK"
-    std::optional<double> elevation;
-    std::optional<double> thickness;
-    std::vector<DrawingPoint> points;
-    std::vector<DrawingField> fields;
+    std::optional<double> elevation;      ///< drawing units; absent: 0, or that of the points
+    std::optional<double> thickness;      ///< drawing units; absent: 0
+    std::vector<DrawingPoint> points;     ///< of its kind: a line has two, a circle its centre
+    std::vector<DrawingField> fields;     ///< what else its kind has
 
     /// The number of a field by its name; otherwise where there is none.
     ZM_API double Number(std::string_view name, double otherwise) const;
@@ -74,14 +79,16 @@ struct DrawingEntity {
 
 /// What is wrong at a place of the file. UTF-8.
 struct DrawingFinding {
-    std::uint64_t offset = 0;
-    std::string text;
+    std::uint64_t offset = 0;  ///< in the file, bytes
+    std::string text;          ///< UTF-8
 };
 
+/// What Prove has found.
 struct DrawingProof {
     std::vector<DrawingFinding> problems;  ///< the drawing is damaged; at most 1000 are listed
     std::vector<DrawingFinding> remarks;   ///< sound, but some programs may not take it
-    std::uint64_t entities = 0;
+    std::uint64_t entities = 0;            ///< in all, those of blocks included
+    /// True where nothing is damaged.
     bool sound() const { return problems.empty(); }
 };
 
@@ -98,8 +105,11 @@ class ZM_API DrawingFile {
 
     /// The version digits, 1006 or 1009; 0 for any other file, of which nothing else is read.
     int version() const;
+    /// The layers, in the order of their numbers.
     std::vector<DrawingLayer> Layers() const;
+    /// The text styles, in the order of their numbers.
     std::vector<DrawingStyle> Styles() const;
+    /// The linetypes, in the order of their numbers.
     std::vector<DrawingLinetype> Linetypes() const;
     /// The names of the blocks, in the order of their numbers.
     std::vector<std::string> Blocks() const;

@@ -65,9 +65,9 @@ struct ZM_API AngleValue {
     /// Rewrites value and unit from the radians: radians, which are also returned.
     double ToRadians();
 
-    double value;       // the angle in the current unit
-    std::int32_t unit;  // 0 radians, 1 decimal degrees, 2 packed sexagesimal
-    double radians;     // always the angle in radians
+    double value;       ///< the angle in the current unit
+    std::int32_t unit;  ///< 0 radians, 1 decimal degrees, 2 packed sexagesimal
+    double radians;     ///< always the angle in radians
 };
 
 // ---------------------------------------------------------------------------------------------------------------
@@ -151,9 +151,9 @@ struct ZM_API LengthValue {
     /// \return        1 done, 0 no quick conversion to this code
     int QuickConvert(int target);
 
-    double value;       // the length in the current unit
-    std::int32_t unit;  // znCoordUnitConstants
-    double metres;      // always the length in metres
+    double value;       ///< the length in the current unit
+    std::int32_t unit;  ///< znCoordUnitConstants
+    double metres;      ///< always the length in metres
 };
 
 /// An area that knows its unit, with its square metres beside it.
@@ -169,9 +169,9 @@ struct ZM_API AreaValue {
     /// \return        1 done, 0 no quick conversion to this code
     int QuickConvert(int target);
 
-    double value;       // the area in the current unit
-    std::int32_t unit;  // znAreaUnitConstants
-    double metres;      // always the area in square metres
+    double value;       ///< the area in the current unit
+    std::int32_t unit;  ///< znAreaUnitConstants
+    double metres;      ///< always the area in square metres
 };
 
 // ---------------------------------------------------------------------------------------------------------------
@@ -257,15 +257,15 @@ class ZM_API Coordinate_2Dsys {
     /// inverse of UTMtoGS in latitude, wherever the point lies. See docs/geodesy/departures.md.
     int GStoUTM();
 
-    double GX = 0.0;           // plane northing, metres
-    double GY = 0.0;           // plane easting from the central meridian, metres, no false easting, no zone number
-    double B = 0.0;            // latitude, radians
-    double L = 0.0;            // longitude, radians
-    std::int32_t GSwidth = 0;  // zone width in degrees: 3, 6, or 0 for no ellipsoid
-    std::int32_t L0 = 0;       // central meridian, whole degrees
-    znCoordSysTypeConstants EllipseFlag = znCoordNone;
-    double a = 0.0;   // semi-major axis, metres
-    double e2 = 0.0;  // first eccentricity squared
+    double GX = 0.0;           ///< plane northing, metres
+    double GY = 0.0;           ///< plane easting from the central meridian, metres, no false easting, no zone number
+    double B = 0.0;            ///< latitude, radians
+    double L = 0.0;            ///< longitude, radians
+    std::int32_t GSwidth = 0;  ///< zone width in degrees: 3, 6, or 0 for no ellipsoid
+    std::int32_t L0 = 0;       ///< central meridian, whole degrees
+    znCoordSysTypeConstants EllipseFlag = znCoordNone;  ///< the system, znCoordNone without one
+    double a = 0.0;                                     ///< semi-major axis, metres
+    double e2 = 0.0;                                    ///< first eccentricity squared
 };
 
 /// Geodetic to plane coordinates, the second implementation: a bare ellipsoid selector and another series than
@@ -322,15 +322,15 @@ class ZM_API Coordinate_3Dsys : public Coordinate_2Dsys {
     /// Latitude and longitude in radians, height in metres. L0 stays 0: no zone is chosen here.
     Coordinate_3Dsys(double latitude, double longitude, double height, znCoordSysTypeConstants coordSys);
 
-    double getX() const;       ///< earth-centred X, metres
-    double getY() const;       ///< earth-centred Y, metres
-    double getZ() const;       ///< earth-centred Z, metres
-    double getH() const;       ///< ellipsoidal height, metres
-    void setX(double earthX);  ///< earth-centred X, metres
-    void setY(double earthY);  ///< earth-centred Y, metres
-    void setZ(double earthZ);  ///< earth-centred Z, metres
-    void setH(double height);  ///< ellipsoidal height, metres
-    void setXYZ(double earthX, double earthY, double earthZ);
+    double getX() const;                                       ///< earth-centred X, metres
+    double getY() const;                                       ///< earth-centred Y, metres
+    double getZ() const;                                       ///< earth-centred Z, metres
+    double getH() const;                                       ///< ellipsoidal height, metres
+    void setX(double earthX);                                  ///< earth-centred X, metres
+    void setY(double earthY);                                  ///< earth-centred Y, metres
+    void setZ(double earthZ);                                  ///< earth-centred Z, metres
+    void setH(double height);                                  ///< ellipsoidal height, metres
+    void setXYZ(double earthX, double earthY, double earthZ);  ///< earth-centred, metres
 
     /// Sets latitude, longitude (radians) and height, and makes the object one of 3-degree zones whatever its system:
     /// width 3, L0 = 3 trunc((d + 1.5) / 3). The area code relies on it.
@@ -345,10 +345,10 @@ class ZM_API Coordinate_3Dsys : public Coordinate_2Dsys {
     /// not-a-number. L0 stays.
     int XYZtoBLH();
 
-    double X = 0.0;  // earth-centred, metres
-    double Y = 0.0;
-    double Z = 0.0;
-    double H = 0.0;  // ellipsoidal height, metres
+    double X = 0.0;  ///< earth-centred, metres
+    double Y = 0.0;  ///< metres
+    double Z = 0.0;  ///< metres
+    double H = 0.0;  ///< ellipsoidal height, metres
 };
 
 // ---------------------------------------------------------------------------------------------------------------
@@ -357,9 +357,9 @@ class ZM_API Coordinate_3Dsys : public Coordinate_2Dsys {
 
 /// Three numbers. In geodesy x is longitude or easting, y latitude or northing; z is not read.
 struct Point3D {
-    double x;
-    double y;
-    double z;
+    double x;  ///< degrees, or metres of a plane
+    double y;  ///< degrees, or metres of a plane
+    double z;  ///< not read
 };
 
 /// Length and area of a line or figure given in degrees.
@@ -380,6 +380,7 @@ class ZM_API DistandAreaInquiry {
 
     /// The system with its a and e2; as Coordinate_2Dsys::setEllipse, but e2 of the 80 family is 0.00669438499958795.
     void SetEllipse(znCoordSysTypeConstants coordSys);
+    /// The system of SetEllipse.
     znCoordSysTypeConstants GetEllipse() const;
 
     /// Length of the open line, metres; 0 with fewer than 2 vertices. With method 0 each point is projected into its
@@ -398,13 +399,13 @@ class ZM_API DistandAreaInquiry {
     /// taken in closed form, at a constant cost for each edge. Source: docs/geodesy/area.md.
     double GetArea();
 
-    double* coords;       // 2 count values: latitudes, then longitudes, radians
-    AreaValue* area;      // the last area; unit 21 at the start
-    std::int16_t method;  // 0 the projection plane, else the ellipsoid
-    std::int32_t count;   // number of vertices
-    znCoordSysTypeConstants ellipse;
-    double a;   // semi-major axis, metres
-    double e2;  // first eccentricity squared
+    double* coords;                   ///< 2 count values: latitudes, then longitudes, radians
+    AreaValue* area;                  ///< the last area; unit 21 at the start
+    std::int16_t method;              ///< 0 the projection plane, else the ellipsoid
+    std::int32_t count;               ///< number of vertices
+    znCoordSysTypeConstants ellipse;  ///< the system
+    double a;                         ///< semi-major axis, metres
+    double e2;                        ///< first eccentricity squared
 
  private:
     double Dist(const double& B1, const double& L1, const double& B2, const double& L2) const;

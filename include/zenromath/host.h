@@ -18,12 +18,13 @@ enum class Cursor { arrow, wait };
 
 /// One message of the queue: the fields that the library looks at.
 struct QueueMessage {
-    HWND window = nullptr;
-    UINT message = 0;
-    UInt64 wparam = 0;
-    Int64 lparam = 0;
+    HWND window = nullptr;  ///< null: of the thread
+    UINT message = 0;       ///< its number
+    UInt64 wparam = 0;      ///< its first parameter
+    Int64 lparam = 0;       ///< its second parameter
 };
 
+/// What the library asks of the program around it. Texts are GBK.
 class ZM_API Host {
  public:
     virtual ~Host();
@@ -34,23 +35,29 @@ class ZM_API Host {
     virtual int ShowBox(const char* text, const char* title, unsigned int type) = 0;
     /// The application object's own message box; help is the help context, 0 for none.
     virtual int ShowAppBox(const char* text, unsigned int type, unsigned int help);
+    /// The system's signal.
     virtual void Beep() = 0;
 
     /// The main window of the current thread, null where there is none.
     virtual HWND MainWindow() { return nullptr; }
+    /// True where a handle is that of a window.
     virtual bool IsWindow(HWND) { return false; }
     /// Copies at most size - 1 bytes and an end byte; the number of bytes copied.
     virtual int GetText(HWND window, char* buffer, int size);
+    /// Sets the text of a window.
     virtual void SetText(HWND, const char*) {}
     /// Sets a pane of the main window's status bar; false where there is no such thing.
     virtual bool SetStatusPane(int, const char*) { return false; }
     /// The title of a frame window with an active view: its document's, or its own. False for any other window.
     virtual bool GetFrameTitle(HWND, char*, int) { return false; }
+    /// Sets that title. False where GetFrameTitle would be.
     virtual bool SetFrameTitle(HWND, const char*) { return false; }
+    /// Sends a message to a window and waits; its answer.
     virtual Int64 Send(HWND, unsigned int, UInt64, Int64) { return 0; }
 
     /// Puts a cursor in force; the previous one, null if there was none.
     virtual HCURSOR PutCursor(HCURSOR) { return nullptr; }
+    /// The handle of a standard cursor.
     virtual HCURSOR StandardCursor(Cursor) { return nullptr; }
 
     /// Takes the next waiting message between first and last (both 0: any) for a window (null: any of the thread).

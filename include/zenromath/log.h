@@ -8,6 +8,7 @@
 
 namespace zm {
 
+/// A device that writes a line for each call.
 class ZM_API LogDevice : public Device {
  public:
     /// What goes into the log beside the strokes.
@@ -15,9 +16,12 @@ class ZM_API LogDevice : public Device {
         strokes,  ///< MoveToEx, LineTo, SetPixel, Arc, Rectangle, TextOut, FillRgn with their numbers
         styles    ///< also a line Pen, Brush, Font before the first stroke that takes another one
     };
+    /// \param detail  what goes into the log
     explicit LogDevice(Detail detail = Detail::strokes) : m_detail(detail) {}
 
+    /// The log so far.
     const std::vector<std::string>& lines() const { return m_lines; }
+    /// Empties the log.
     void Clear() { m_lines.clear(); }
 
     void Moved(int x, int y) override;

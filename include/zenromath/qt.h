@@ -25,6 +25,7 @@ enum class Rendering {
     smooth   ///< antialiased on images, outlines on pages; for maps that people look at
 };
 
+/// A device on any paint device of Qt: widgets, images, pages.
 class ZM_API QtDevice : public Device {
  public:
     /// Draws on target, which must outlive the device or its Finish.

@@ -14,6 +14,7 @@ namespace zm::qt {
 
 /// An HWND is a QWidget* under this host.
 ZM_API HWND HandleOf(QWidget* widget);
+/// The widget of such a handle.
 ZM_API QWidget* WidgetOf(HWND window);
 
 /// Without a display questions are answered No and messages go to stderr, as under the console host.

@@ -37,9 +37,11 @@ class ZM_API CLMsg {
     CLMsg& operator<<(int value);
     /// "%f", with a decimal point in every locale
     CLMsg& operator<<(float value);
+    /// "%f", as of a float
     CLMsg& operator<<(double value);
     /// The control's window text, at most 119 bytes; a null control or one without window is an empty text.
     CLMsg& operator<<(CEdit* edit);
+    /// As of an edit.
     CLMsg& operator<<(CStatic* label);
     /// Appends a string object. Unlike a char text it is never taken for "endl".
     CLMsg& operator<<(const CString& text);
@@ -242,6 +244,7 @@ class ZM_API tqwaitcur {
 /// Switches tqwaitcur::sz_bPeekMessage off around code that may not be re-entered, or on with false. Nests.
 class ZM_API NoPeekMessageOnWaitMsg {
  public:
+    /// \param nopeek  false: on
     [[nodiscard]] explicit NoPeekMessageOnWaitMsg(bool nopeek = true);
     ~NoPeekMessageOnWaitMsg();
     NoPeekMessageOnWaitMsg(const NoPeekMessageOnWaitMsg&) = delete;

@@ -52,9 +52,13 @@ enum class Style {
 
 /// A sheet between two parallels and two meridians.
 struct GraticuleSheet {
-    int scale = 0;            // denominator
-    int row = 1, column = 1;  // within the 1:1,000,000 sheet, 1 at the north and at the west
-    double south = 0.0, west = 0.0, north = 0.0, east = 0.0;  // degrees, north and east positive
+    int scale = 0;       ///< denominator
+    int row = 1;         ///< within the 1:1,000,000 sheet, 1 at the north and at the west
+    int column = 1;      ///< within the 1:1,000,000 sheet, 1 at the north and at the west
+    double south = 0.0;  ///< degrees, north and east positive
+    double west = 0.0;   ///< degrees, north and east positive
+    double north = 0.0;  ///< degrees, north and east positive
+    double east = 0.0;   ///< degrees, north and east positive
 };
 
 /// The number of the sheet that owns a position.
@@ -87,16 +91,21 @@ ZM_API Refusal ConvertGraticule(std::string_view number, Style style, std::strin
 
 /// How the plane is divided.
 struct Division {
-    int scale = 500;  // 500, 1000, 2000 or 5000
-    /// Centimetres of paper, north-south by east-west: 50 x 50 or 40 x 50; at 1:5000 40 x 40.
-    int height = 50, width = 50;
-    double originX = 0.0, originY = 0.0;  // sheets begin at whole multiples of their size from here
+    int scale = 500;       ///< 500, 1000, 2000 or 5000
+    int height = 50;       ///< centimetres of paper, north-south: 50 or 40; at 1:5000 40
+    int width = 50;        ///< centimetres of paper, east-west: 50; at 1:5000 40
+    double originX = 0.0;  ///< metres north; sheets begin at whole multiples of their size from here
+    double originY = 0.0;  ///< metres east
 };
 /// "50x50", "40x50" or "40x40"; false for anything else.
 ZM_API bool ReadSize(std::string_view text, Division& division);
 
+/// A rectangle of the plane.
 struct PlaneBox {
-    double south = 0.0, west = 0.0, north = 0.0, east = 0.0;  // metres
+    double south = 0.0;  ///< metres
+    double west = 0.0;   ///< metres
+    double north = 0.0;  ///< metres
+    double east = 0.0;   ///< metres
 };
 
 /// The number of the sheet that holds a point: kilometres of its south-west corner, north first, with the decimals of the

@@ -8,6 +8,7 @@
 
 namespace zm {
 
+/// A device that makes an SVG picture.
 class ZM_API SvgDevice : public Device {
  public:
     /// \param width, height      pixels, the extent of the picture; below 1 counts as 1

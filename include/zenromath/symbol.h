@@ -34,15 +34,21 @@ struct SymbolHead {
 ///
 /// The terminator, which closes every drawing record and every hatch entry, is the point (-100.0, -100.0).
 union SYMBODY {
+    /// A place.
     struct Point {
-        float x, y;
-    } point;  ///< a place, metres on the paper
+        float x;  ///< metres on the paper
+        float y;  ///< metres on the paper
+    } point;      ///< a place, metres on the paper
+    /// An operator.
     struct Operator {
-        float op, aux;
-    } op;  ///< an operator; aux is 0, for a circle its radius in metres on the paper
+        float op;   ///< 1 to 9; 0, or a radius in metres on the paper
+        float aux;  ///< 1 to 9; 0, or a radius in metres on the paper
+    } op;           ///< an operator; aux is 0, for a circle its radius in metres on the paper
+    /// Two words as they are.
     struct Raw {
-        int first, second;
-    } raw;  ///< hatch brush style and colour; the eight rows of a bitmap, in the byte order of the platform
+        int first;   ///< of a brush: style and colour
+        int second;  ///< of a brush: style and colour
+    } raw;           ///< hatch brush style and colour; the eight rows of a bitmap, in the byte order of the platform
 };
 static_assert(sizeof(SYMBODY) == 8);
 
@@ -51,8 +57,8 @@ static_assert(sizeof(SYMBODY) == 8);
 /// Slots 0 to 15 hold the pattern in the order of the file, slots 19, 18, 17, 16 the header's first to fourth token.
 /// value[17] is metres on the paper; all other values are as in the file. Unused slots are 0.
 struct LCBODY {
-    char code[20];
-    double value[20];
+    char code[20];     ///< letters
+    double value[20];  ///< numbers
 };
 
 /// The records of the current symbol, if it is a graphic symbol or a hatch; else those of the last one that was, null
@@ -95,10 +101,12 @@ ZM_API int IsTsymboled();
 /// The same code twice in a row is answered without work. Placing and drawing symbols looks up others: what is current
 /// after insert or PROCESSALL is not reported.
 ZM_API int getsymbody(int code);
-/// The head of the current symbol: status (a SymbolStatus), position, number. All 0 before the first lookup and
+/// The status of the current symbol, a SymbolStatus. Like position and number it is 0 before the first lookup and
 /// without a library.
 ZM_API int TheHeadStatus();
+/// Where its body begins.
 ZM_API int TheHeadPosition();
+/// The number of its head, see SymbolHead.
 ZM_API int TheHeadNumber();
 /// The size of a graphic symbol, raw millimetres of the file: largest minus smallest of all its x and y together.
 ///

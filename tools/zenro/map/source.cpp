@@ -637,7 +637,8 @@ std::vector<long long> Source::CountIn(const std::vector<Box>& boxes, const std:
             found = true;
             data.SetIgnoredFields(nullptr);  // the condition is on a field that no rule uses
             CPLErrorReset();
-            if (data.SetAttributeFilter(("\"" + field + "\" " + condition).c_str()) != OGRERR_NONE) continue;
+            const std::string filter = std::string("\"").append(field).append("\" ").append(condition);
+            if (data.SetAttributeFilter(filter.c_str()) != OGRERR_NONE) continue;
         }
         if (layer->reader->hasIndex())
             CountByIndex(*layer->reader, *layer->map, northFirst, boxes, counts);

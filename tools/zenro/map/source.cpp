@@ -428,7 +428,7 @@ void Source::ReadExtent(Layer& layer) {
     if (layer.rules.empty()) return;
     constexpr std::size_t kMostKept = 20000, kMostVertices = 500000;  // some ten megabytes
     std::size_t vertices = 0;
-    bool isKept = true;
+    bool isKept = !layer.reader->hasIndex();  // what has an index is asked by window
     layer.reader->Rewind();
     while (FeaturePointer feature = layer.reader->Next()) {
         ++m_looked;

@@ -90,6 +90,36 @@ TEST_F(SheetReading, DrawsInTheOrderOfTheLayerWhateverTheIndexGives) {
     EXPECT_EQ(ReadFile(m_zenro / "a.svg"), ReadFile(m_zenro / "b.svg"));
 }
 
+// A view whose column "costly" cannot be had: SQLite has no sum so large. To ask for it ends the reading.
+TEST_F(SheetReading, DoesNotAskForAttributesThatNoRuleUses) {
+    WriteCrosses(m_zenro / "in.gpkg", 11);
+    GDALDataset* data = GDALDataset::Open((m_zenro / "in.gpkg").c_str(), GDAL_OF_VECTOR | GDAL_OF_UPDATE);
+    ASSERT_NE(data, nullptr);
+    for (const char* statement :
+         {"CREATE VIEW asked AS SELECT fid AS OGC_FID, geom, 'n' AS name, abs(-9223372036854775807 - 1) AS costly FROM "
+          "crosses",
+          "INSERT INTO gpkg_contents (table_name, identifier, data_type, srs_id) SELECT 'asked', 'asked', 'features', "
+          "srs_id FROM gpkg_contents WHERE table_name = 'crosses'",
+          "INSERT INTO gpkg_geometry_columns SELECT 'asked', column_name, geometry_type_name, srs_id, z, m FROM "
+          "gpkg_geometry_columns WHERE table_name = 'crosses'"}) {
+        CPLErrorReset();
+        data->ReleaseResultSet(data->ExecuteSQL(statement, nullptr, "SQLITE"));
+        ASSERT_EQ(std::string(CPLGetLastErrorMsg()), "");
+    }
+    GDALClose(data);
+    const auto draw = [&](const char* rules) {
+        m_zenro.File("r.rules", rules);
+        const Outcome r = m_zenro.Run({"draw", "in.gpkg:asked", "--rules", "./r.rules", "--scale", "500", "--sheet",
+                                       "40512000,3456000,40512100,3456100", "-o", "a.rec", "--json", "--overwrite"});
+        return std::pair(r.status, r.err);
+    };
+    const auto spared = draw("name = 'n' -> layer 250, symbol 250, label name\n");
+    EXPECT_EQ(spared.first, 0) << spared.second;
+    const auto asked = draw("name = 'n' -> layer 250, symbol 250, label costly\n");
+    EXPECT_NE(asked.first, 0);
+    EXPECT_NE(asked.second.find("integer overflow"), std::string::npos) << asked.second;
+}
+
 // The places where strokes of a recording end on a line x = at or y = at.
 std::vector<double> EndsOn(const std::string& recording, int axis, double at) {
     std::vector<double> ends;

@@ -98,23 +98,23 @@ TEST(Page, TheSheetIsWholeCentimetresOfPaper) {
 }
 
 // Features of so many lines in a file, read after the file has been replaced by one with a single line.
-std::size_t ReadAfterAChange(int lines) {
+std::size_t ReadAfterAChange(int lines, std::size_t attribute = 1, int files = 1) {
     const zm::test::ScratchDir folder;
-    const std::string path = (folder.path() / "in.geojson").string();
+    SourceOptions options;
+    for (int i = 0; i < files; ++i) options.inputs.push_back((folder.path() / std::to_string(i)).string() + ".geojson");
     const auto write = [&](int count) {
         std::string features;
         for (int i = 0; i < count; ++i)
             features += (i == 0 ? "" : ",") +
                         zm::test::LineFeature("[40512000,3456050],[40512001," + std::to_string(3456000 + i % 100) + "]",
-                                              "\"a\":1");
-        std::ofstream(path, std::ios::trunc) << zm::test::Collection(features);
+                                              "\"a\":\"" + std::string(attribute, 'a') + "\"");
+        for (const std::string& input : options.inputs)
+            std::ofstream(input, std::ios::trunc) << zm::test::Collection(features);
     };
     write(lines);
     Report report;
     report.SetQuiet(true);
-    const Rules rules = ParseRules("* -> symbol 250\n", "r");
-    SourceOptions options;
-    options.inputs = {path};
+    const Rules rules = ParseRules("* -> symbol 250, label a\n", "r");
     Source source(options, rules, report);
     write(1);
     FeatureStore store(rules);
@@ -130,6 +130,14 @@ TEST(Source, ReadsAFileOfFewFeaturesOnce) {
 
 TEST(Source, ReadsAFileOfManyFeaturesAgain) {
     EXPECT_EQ(ReadAfterAChange(20001), 1U);
+}
+
+// 64 MiB are kept, of all files together.
+TEST(Source, ReadsAFileOfLongAttributesAgain) {
+    constexpr std::size_t kLong = 2u << 20;
+    EXPECT_EQ(ReadAfterAChange(31, kLong), 31U);
+    EXPECT_EQ(ReadAfterAChange(33, kLong), 1U);
+    EXPECT_EQ(ReadAfterAChange(16, kLong, 3), 16U + 1U + 1U);  // 32 MiB and a little each
 }
 
 }  // namespace

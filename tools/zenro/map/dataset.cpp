@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <iterator>
-#include <set>
 #include <utility>
 
 #include "tools/kit/text.h"
@@ -34,13 +33,60 @@ bool EndsWith(const std::string& text, const std::string& end) {
     return text.size() >= end.size() && EQUAL(text.c_str() + text.size() - end.size(), end.c_str());
 }
 
+// What a driver calls itself; nothing where there is none.
+std::string DriverOf(GDALDataset& dataset) {
+    GDALDriver* driver = dataset.GetDriver();
+    return driver != nullptr ? driver->GetDescription() : "";
+}
+
 // Formats whose texts are handed on as the bytes of the file, or can be made to be.
 bool GivesRawTexts(GDALDataset& dataset) {
-    const GDALDriver* driver = dataset.GetDriver();
-    const std::string name = driver != nullptr ? GDALGetDriverShortName(const_cast<GDALDriver*>(driver)) : "";
+    const std::string name = DriverOf(dataset);
     for (const char* raw : {"CSV", "ESRI Shapefile", "DXF", "GeoJSON", "GeoJSONSeq", "ESRIJSON", "TopoJSON"})
         if (name == raw) return true;
     return false;
+}
+
+// Sources whose features come in the order of an index, or of rows on a disk.
+bool IsDatabase(GDALDataset& dataset) {
+    static constexpr const char* kDatabases[] = {"PostgreSQL",   "GPKG", "SQLite", "MySQL",
+                                                 "MSSQLSpatial", "OCI",  "HANA",   "ODBC"};
+    const std::string name = DriverOf(dataset);
+    return std::any_of(std::begin(kDatabases), std::end(kDatabases), [&](const char* known) { return name == known; });
+}
+
+// A name, or a text, in SQL.
+std::string Quoted(const std::string& text, char quote) {
+    std::string quoted(1, quote);
+    for (const char c : text) quoted.append(c == quote ? 2 : 1, c);
+    return quoted + quote;
+}
+
+using Result = std::shared_ptr<OGRLayer>;
+
+Result ResultOf(GDALDataset& dataset, const std::string& statement) {
+    CPLErrorReset();
+    OGRLayer* result = dataset.ExecuteSQL(statement.c_str(), nullptr, nullptr);
+    if (result == nullptr) return nullptr;
+    return {result, [&dataset](OGRLayer* layer) { dataset.ReleaseResultSet(layer); }};
+}
+
+// The table of a PostgreSQL layer as its driver names it in statements; nothing where the name has two meanings.
+std::string TableOf(GDALDataset& dataset, const std::string& layer) {
+    if (layer.find_first_of("(\\") != std::string::npos) return {};  // one of several geometries of a table
+    const std::size_t dot = layer.find('.');
+    if (dot == std::string::npos) return Quoted(layer, '"');
+    if (layer.find('.', dot + 1) != std::string::npos) return {};
+    const std::string text = Quoted(layer, '\'');
+    const Result same = ResultOf(dataset, "SELECT 1 FROM pg_catalog.pg_class WHERE relname = " + text);
+    if (same == nullptr || FeaturePointer(same->GetNextFeature()) != nullptr) return {};
+    return Quoted(layer.substr(0, dot), '"') + "." + Quoted(layer.substr(dot + 1), '"');
+}
+
+// True if values of both fields are the same, and read the same as text.
+bool ReadAlike(const OGRFieldDefn& a, const OGRFieldDefn& b) {
+    if (a.GetType() != b.GetType() || a.GetSubType() != b.GetSubType()) return false;
+    return a.GetType() == OFTString || (a.GetWidth() == b.GetWidth() && a.GetPrecision() == b.GetPrecision());
 }
 
 Dataset OpenOne(const std::string& gdalName, const std::string& shown, const TextDecoder& decoder) {
@@ -168,16 +214,18 @@ std::vector<OpenInput> OpenInputs(const std::string& input, const TextDecoder& d
     return opened;
 }
 
-LayerReader::LayerReader(OGRLayer& layer, std::string name, bool rawTexts, bool database, const TextDecoder& decoder,
+LayerReader::LayerReader(GDALDataset& dataset, OGRLayer& layer, bool own, std::string name, const TextDecoder& decoder,
                          const Selection& selection, Report& report)
-    : m_layer(layer),
+    : m_dataset(dataset),
+      m_layer(layer),
+      m_isOwn(own),
       m_name(std::move(name)),
       m_layerName(layer.GetName()),
-      m_rawTexts(rawTexts),
+      m_rawTexts(GivesRawTexts(dataset)),
       m_decoder(decoder),
       m_report(report),
       m_limit(selection.limit),
-      m_isDatabase(database) {
+      m_isDatabase(IsDatabase(dataset)) {
     m_fields = layer.GetLayerDefn()->Clone();
     m_fields->Reference();
     for (int i = 0; i < m_fields->GetFieldCount(); ++i) {
@@ -216,7 +264,7 @@ void LayerReader::TellBadText(const std::string& field, const std::string& where
 }
 
 FeaturePointer LayerReader::Find(GIntBig fid) {
-    m_layer.SetIgnoredFields(nullptr);
+    AskForAll();
     FeaturePointer feature(m_layer.GetFeature(fid));
     if (feature != nullptr) Decode(*feature);
     return feature;
@@ -244,13 +292,21 @@ bool LayerReader::hasIndex() const {
     return m_limit < 0 && m_layer.TestCapability(OLCFastSpatialFilter) != FALSE;
 }
 
+bool LayerReader::KnownExtent(OGREnvelope& extent) const {
+    // PostgreSQL looks at all rows of a table that has no statistics.
+    return DriverOf(m_dataset) != "PostgreSQL" && m_layer.GetExtent(&extent, FALSE) == OGRERR_NONE;
+}
+
 void LayerReader::AskFor(const std::vector<std::string>& used) {
-    if (m_layer.TestCapability(OLCIgnoreFields) == FALSE) return;
     std::set<int> kept;
     for (const std::string& name : used) kept.insert(m_fields->GetFieldIndex(name.c_str()));
     if (m_where != nullptr) {
         const CPLStringList names(m_where->GetUsedFields());
         for (int i = 0; i < names.size(); ++i) kept.insert(m_fields->GetFieldIndex(names[i]));
+    }
+    if (m_layer.TestCapability(OLCIgnoreFields) == FALSE) {
+        if (m_isOwn && DriverOf(m_dataset) == "PostgreSQL") SelectColumns(kept);
+        return;
     }
     CPLStringList ignored;
     ignored.AddString("OGR_STYLE");
@@ -260,8 +316,46 @@ void LayerReader::AskFor(const std::vector<std::string>& used) {
     m_layer.SetIgnoredFields(const_cast<const char**>(ignored.List()));
 }
 
+void LayerReader::AskForAll() {
+    m_layer.SetIgnoredFields(nullptr);
+    m_selected = nullptr;
+}
+
+// Where the driver cannot ignore fields a statement of our own leaves them out. It has as many columns as the layer, so
+// that fields keep their indexes; where it does not give what the layer gives, the layer is read.
+void LayerReader::SelectColumns(const std::set<int>& kept) {
+    constexpr char kNumber[] = "ogc_fid";  // what the driver takes for the number of the features of a result
+    OGRFeatureDefn& fields = *m_layer.GetLayerDefn();
+    const int count = fields.GetFieldCount();
+    if (std::count_if(kept.begin(), kept.end(), [](int i) { return i >= 0; }) == count) return;
+    const std::string number = m_layer.GetFIDColumn(), geometry = m_layer.GetGeometryColumn();
+    if (number.empty() || geometry.empty() || fields.GetFieldIndex(kNumber) >= 0) return;
+    const std::string table = TableOf(m_dataset, m_layerName);
+    if (table.empty()) return;
+    std::string statement = "SELECT " + Quoted(number, '"') + " AS " + kNumber + ", " + Quoted(geometry, '"');
+    for (int i = 0; i < count; ++i)
+        statement += ", " + (kept.count(i) > 0 ? Quoted(fields.GetFieldDefn(i)->GetNameRef(), '"')
+                                               : "NULL AS unused_" + std::to_string(i));
+    const Result result = ResultOf(m_dataset, statement + " FROM " + table);
+    if (result == nullptr) return;
+    OGRFeatureDefn& selected = *result->GetLayerDefn();
+    bool same = selected.GetFieldCount() == count && selected.GetGeomFieldCount() == 1 &&
+                std::string(result->GetFIDColumn()) == kNumber;
+    for (const int i : kept) same = same && (i < 0 || ReadAlike(*selected.GetFieldDefn(i), *fields.GetFieldDefn(i)));
+    if (!same) return;
+    result->GetSpatialRef();  // else the driver does not know the system of a window
+    m_selected = result;
+}
+
+void LayerReader::SetWindow(const OGREnvelope* box) {
+    if (box == nullptr)
+        read().SetSpatialFilter(nullptr);
+    else
+        read().SetSpatialFilterRect(box->MinX, box->MinY, box->MaxX, box->MaxY);
+}
+
 void LayerReader::Rewind() {
-    m_layer.ResetReading();
+    read().ResetReading();
     m_taken = 0;
 }
 
@@ -269,7 +363,7 @@ FeaturePointer LayerReader::Next() {
     while (m_limit < 0 || m_taken < m_limit) {
         CheckStop();
         CPLErrorReset();
-        FeaturePointer feature(m_layer.GetNextFeature());
+        FeaturePointer feature(read().GetNextFeature());
         if (feature == nullptr) {
             if (CPLGetLastErrorType() == CE_Failure && !std::exchange(m_toldEnd, true))
                 m_report.Skip(N_("layers that end early"),
@@ -293,15 +387,6 @@ bool Asked(const std::string& name, const std::string& ofInput, const Selection&
                        [&](const std::string& pattern) { return FitsGlob(pattern, name); });
 }
 
-// Sources whose features come in the order of an index, or of rows on a disk.
-bool IsDatabase(GDALDataset& dataset) {
-    static constexpr const char* kDatabases[] = {"PostgreSQL",   "GPKG", "SQLite", "MySQL",
-                                                 "MSSQLSpatial", "OCI",  "HANA",   "ODBC"};
-    GDALDriver* driver = dataset.GetDriver();
-    const std::string name = driver != nullptr ? driver->GetDescription() : "";
-    return std::any_of(std::begin(kDatabases), std::end(kDatabases), [&](const char* known) { return name == known; });
-}
-
 std::string NamesOf(GDALDataset& dataset) {
     std::string names;
     for (OGRLayer* layer : dataset.GetLayers()) names += (names.empty() ? "" : ", ") + std::string(layer->GetName());
@@ -319,20 +404,17 @@ std::vector<std::unique_ptr<LayerReader>> OpenLayers(const std::vector<std::stri
         std::vector<OpenInput> opened = OpenInputs(input, decoder);
         for (OpenInput& one : opened) {
             GDALDataset& dataset = *one.dataset;
-            const auto add = [&](OGRLayer& layer) {
-                readers.push_back(std::make_unique<LayerReader>(layer, one.name + ": " + layer.GetName(),
-                                                                GivesRawTexts(dataset), IsDatabase(dataset), decoder,
-                                                                selection, report));
+            const auto add = [&](OGRLayer& layer, bool own) {
+                readers.push_back(std::make_unique<LayerReader>(dataset, layer, own, one.name + ": " + layer.GetName(),
+                                                                decoder, selection, report));
             };
             if (!selection.sql.empty()) {
-                CPLErrorReset();
-                OGRLayer* result = dataset.ExecuteSQL(QuoteNames(selection.sql).c_str(), nullptr, nullptr);
-                if (result == nullptr)
+                one.result = ResultOf(dataset, QuoteNames(selection.sql));
+                if (one.result == nullptr)
                     throw Failure(kUsage, Phrase("--sql: {0}: {1}.", one.name,
                                                  (CPLGetLastErrorNo() != 0 ? LastReason()
                                                                            : Phrase("the statement has no result"))));
-                one.result.reset(result, [&dataset](OGRLayer* layer) { dataset.ReleaseResultSet(layer); });
-                add(*result);
+                add(*one.result, false);
             } else {
                 if (dataset.GetLayerCount() == 0)
                     throw Failure(kNoInput, Phrase("{0}: holds no layer of features.", input));
@@ -340,7 +422,7 @@ std::vector<std::unique_ptr<LayerReader>> OpenLayers(const std::vector<std::stri
                 bool any = false;
                 for (OGRLayer* layer : dataset.GetLayers()) {
                     if (!Asked(layer->GetName(), one.layer, selection)) continue;
-                    add(*layer);
+                    add(*layer, true);
                     any = true;
                 }
                 if (!any && !one.layer.empty())

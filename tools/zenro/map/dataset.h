@@ -5,6 +5,7 @@
 #include <ogrsf_frmts.h>
 
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -44,9 +45,10 @@ std::vector<OpenInput> OpenInputs(const std::string& input, const TextDecoder& d
 /// The features of one layer with names and texts in UTF-8.
 class LayerReader {
  public:
-    /// \param name  file and layer, for reports
-    /// \param database  features come in the order of an index
-    LayerReader(OGRLayer& layer, std::string name, bool rawTexts, bool database, const TextDecoder& decoder,
+    /// \param dataset  the layer's; outlives the reader
+    /// \param own      the layer is one of the dataset, and no result of a statement
+    /// \param name     file and layer, for reports
+    LayerReader(GDALDataset& dataset, OGRLayer& layer, bool own, std::string name, const TextDecoder& decoder,
                 const Selection& selection, Report& report);
     ~LayerReader();
     LayerReader(const LayerReader&) = delete;
@@ -65,10 +67,16 @@ class LayerReader {
     OGRLayer& layer() const { return m_layer; }
     /// True where the features come in the order of an index, and not of a file.
     bool isDatabase() const { return m_isDatabase; }
+    /// What the source knows of its extent without a look at its features; false where it knows nothing.
+    bool KnownExtent(OGREnvelope& extent) const;
     /// True where a window is answered without a look at all features.
     bool hasIndex() const;
     /// Leaves all fields but these, and those of the selection, where they are. Names in UTF-8, letters in either case.
     void AskFor(const std::vector<std::string>& used);
+    /// Takes AskFor back.
+    void AskForAll();
+    /// Next gives what meets a box of the source's own system, by its index; null: all.
+    void SetWindow(const OGREnvelope* box);
     /// A feature by its number, with all its fields; null where the source cannot find it so.
     FeaturePointer Find(GIntBig fid);
     /// To the first feature.
@@ -79,8 +87,13 @@ class LayerReader {
  private:
     void Decode(OGRFeature& feature);
     void TellBadText(const std::string& field, const std::string& where);
+    void SelectColumns(const std::set<int>& kept);
+    OGRLayer& read() const { return m_selected != nullptr ? *m_selected : m_layer; }
 
+    GDALDataset& m_dataset;
     OGRLayer& m_layer;
+    bool m_isOwn;
+    std::shared_ptr<OGRLayer> m_selected;  // read in place of the layer: the same without what is not asked for
     std::string m_name, m_layerName;
     bool m_rawTexts;
     const TextDecoder& m_decoder;

@@ -239,6 +239,24 @@ void PlaneChooser::Tell() {
     m_causes.clear();
 }
 
+void PlaneChooser::CheckAxes(const OGRSpatialReference* source, double x, double y, double width, double height,
+                             const std::string& file) const {
+    if (!m_options.axes.empty()) return;
+    bool certain = false;
+    const std::string wrong = WrongAxes(source, x, y, width, height, certain);
+    if (wrong.empty()) return;
+    if (certain) throw Failure(kNoInput, file + ": " + wrong);
+    m_report.Warn(N_("numbers that do not look like their system"), Phrase("{0}: {1}", file, wrong));
+}
+
+void PlaneChooser::CheckNumbers(const OGRSpatialReference* system, const OGREnvelope& extent,
+                                const std::string& file) const {
+    const SystemPointer source = SourceOf(system);
+    const bool isKnown = source != nullptr && (source->IsGeographic() != FALSE || source->IsProjected() != FALSE);
+    CheckAxes(isKnown ? source.get() : nullptr, (extent.MinX + extent.MaxX) / 2.0, (extent.MinY + extent.MaxY) / 2.0,
+              extent.MaxX - extent.MinX, extent.MaxY - extent.MinY, file);
+}
+
 void PlaneChooser::Show(const OGRSpatialReference* system, RobustExtent& extent, const std::string& file) {
     SystemPointer source = SourceOf(system);
     if (source != nullptr && !source->IsGeographic() && !source->IsProjected()) source = nullptr;
@@ -252,14 +270,7 @@ void PlaneChooser::Show(const OGRSpatialReference* system, RobustExtent& extent,
                   : source != nullptr ? kNoPlace
                                       : 1e15,
                   degrees ? 1e-3 : 100.0);
-    if (any && m_options.axes.empty()) {
-        bool certain = false;
-        const std::string wrong =
-            WrongAxes(source.get(), x, y, extent.x2() - extent.x1(), extent.y2() - extent.y1(), certain);
-        if (!wrong.empty() && certain) throw Failure(kNoInput, file + ": " + wrong);
-        if (!wrong.empty())
-            m_report.Warn(N_("numbers that do not look like their system"), Phrase("{0}: {1}", file, wrong));
-    }
+    if (any) CheckAxes(source.get(), x, y, extent.x2() - extent.x1(), extent.y2() - extent.y1(), file);
     if (source == nullptr || extent.empty()) return;
     GeographicBox box;
     if (degrees) {

@@ -12,6 +12,7 @@
 #include "tools/zenro/map/datum_way.h"
 #include "tools/zenro/map/robust_extent.h"
 
+class OGREnvelope;
 class OGRSpatialReference;
 class OGRCoordinateTransformation;
 
@@ -86,6 +87,8 @@ class PlaneChooser {
     void Show(const OGRSpatialReference* system, RobustExtent& extent, const std::string& file);
     /// One layer whose extent is not asked for.
     void ShowUnread(const OGRSpatialReference* system);
+    /// Throws Failure (kNoInput), or warns, where the numbers of a layer do not look like places of its system.
+    void CheckNumbers(const OGRSpatialReference* system, const OGREnvelope& extent, const std::string& file) const;
     /// True where the plane follows from the extent of this layer: no sheet names the zone, and the layer is in no such
     /// plane already.
     bool NeedsExtent(const OGRSpatialReference* system) const;
@@ -98,6 +101,8 @@ class PlaneChooser {
     const TargetPlane& target() const { return m_target; }
 
  private:
+    void CheckAxes(const OGRSpatialReference* source, double x, double y, double width, double height,
+                   const std::string& file) const;
     std::unique_ptr<OGRSpatialReference> SourceOf(const OGRSpatialReference* system) const;
     void Remember(const std::string& cause, const std::string& file);
     void ChangeDatum(const OGRSpatialReference& source, const std::string& file, PlaneMap& map);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <filesystem>
 #include <set>
 #include <utility>
@@ -142,6 +143,7 @@ struct Source::Layer {
     RobustExtent extent;
     std::vector<FeaturePointer> kept;  // all features, where reading the extent met few
     bool unread = false;               // a sheet is asked for, and the extent is not known
+    OGREnvelope passed;                // of an unread layer without an index: what was read, in its own system
     std::unique_ptr<PlaneMap> map;
 };
 
@@ -248,21 +250,26 @@ bool MeetsSheet(const std::vector<Shape>& shapes, const Window& window, double r
     });
 }
 
-void CountByIndex(LayerReader& reader, const PlaneMap& map, bool northFirst, const std::vector<Box>& boxes,
+// False where the source refuses.
+bool CountByIndex(LayerReader& reader, const PlaneMap& map, bool northFirst, const std::vector<Box>& boxes,
                   std::vector<long long>& counts) {
     for (std::size_t i = 0; i < boxes.size(); ++i) {
         CheckStop();
         OGREnvelope around;
         if (!OutlineBox(map, Window{boxes[i], 0.0, 0.0}, northFirst, around)) continue;
         reader.layer().SetSpatialFilterRect(around.MinX, around.MinY, around.MaxX, around.MaxY);
-        counts[i] += std::max<GIntBig>(reader.layer().GetFeatureCount(TRUE), 0);
+        CPLErrorReset();
+        const GIntBig count = reader.layer().GetFeatureCount(TRUE);
+        if (count < 0 || CPLGetLastErrorType() == CE_Failure) return false;
+        counts[i] += count;
     }
     reader.layer().SetSpatialFilter(nullptr);
+    return true;
 }
 
 void CountByLook(LayerReader& reader, const PlaneMap& map, bool northFirst, const BoxTree& tree,
                  std::vector<long long>& counts) {
-    reader.layer().SetSpatialFilter(nullptr);
+    reader.SetWindow(nullptr);
     reader.Rewind();
     while (const FeaturePointer feature = reader.Next()) {
         const OGRGeometry* geometry = feature->GetGeometryRef();
@@ -278,6 +285,78 @@ void CountByLook(LayerReader& reader, const PlaneMap& map, bool northFirst, cons
     }
 }
 
+// A condition in OGR's form; nothing where values of the field are of another kind. Numbers are compared as numbers.
+std::string AtLeast(const OGRFieldDefn& field, const std::string& least) {
+    double number = 0.0;
+    std::string value = "'" + least + "'";
+    switch (field.GetType()) {
+        case OFTString:
+        case OFTDate:
+        case OFTTime:
+        case OFTDateTime:
+            break;
+        case OFTInteger:
+        case OFTInteger64:
+        case OFTReal:
+            if (!ReadReal(least, number)) return {};
+            value = least;
+            break;
+        default:
+            return {};
+    }
+    return std::string("\"").append(field.GetNameRef()).append("\" >= ").append(value);
+}
+
+[[noreturn]] void RefuseComparison(const LayerReader& reader, const std::string& field, const std::string& least) {
+    throw Failure(kUsage, Phrase("{0}: the field \"{1}\" cannot be compared with \"{2}\"; give --changed-field a field "
+                                 "of times, dates, numbers or texts, and --changed-since a value of that kind.",
+                                 reader.name(), field, least));
+}
+
+void AddEnvelope(const OGRFeature& feature, OGREnvelope& box) {
+    const OGRGeometry* geometry = feature.GetGeometryRef();
+    if (geometry == nullptr || geometry->IsEmpty() != FALSE) return;
+    OGREnvelope e;
+    geometry->getEnvelope(&e);
+    if (std::isfinite(e.MinX) && std::isfinite(e.MinY) && std::isfinite(e.MaxX) && std::isfinite(e.MaxY)) box.Merge(e);
+}
+
+// Memory of a feature, about.
+std::size_t BytesOf(OGRFeature& feature) {
+    const OGRGeometry* geometry = feature.GetGeometryRef();
+    std::size_t bytes = sizeof(OGRFeature) + (geometry != nullptr ? geometry->WkbSize() : 0);
+    for (int i = 0; i < feature.GetFieldCount(); ++i) {
+        bytes += sizeof(OGRField);
+        if (!feature.IsFieldSetAndNotNull(i)) continue;
+        int count = 0;
+        switch (feature.GetFieldDefnRef(i)->GetType()) {
+            case OFTString:
+                bytes += std::strlen(feature.GetFieldAsString(i));
+                break;
+            case OFTStringList:
+                for (char** text = feature.GetFieldAsStringList(i); text != nullptr && *text != nullptr; ++text)
+                    bytes += std::strlen(*text) + sizeof(char*);
+                break;
+            case OFTBinary:
+                feature.GetFieldAsBinary(i, &count);
+                bytes += static_cast<std::size_t>(count);
+                break;
+            case OFTIntegerList:
+                feature.GetFieldAsIntegerList(i, &count);
+                bytes += sizeof(int) * static_cast<std::size_t>(count);
+                break;
+            case OFTInteger64List:
+            case OFTRealList:
+                feature.GetFieldAsDoubleList(i, &count);
+                bytes += sizeof(double) * static_cast<std::size_t>(count);
+                break;
+            default:
+                break;
+        }
+    }
+    return bytes;
+}
+
 }  // namespace
 
 Source::Source(const SourceOptions& options, const Rules& rules, Report& report)
@@ -287,9 +366,10 @@ Source::Source(const SourceOptions& options, const Rules& rules, Report& report)
     TellUnboundRules();
     for (const auto& layer : m_state->layers) {
         const OGRSpatialReference* system = layer->reader->system();
-        layer->unread = options.windowed && layer->reader->hasIndex() && !m_state->chooser->NeedsExtent(system);
+        layer->unread = options.windowed && !m_state->chooser->NeedsExtent(system);
         if (layer->unread) {
-            m_state->chooser->ShowUnread(system);
+            const bool isEmpty = !layer->reader->hasIndex() && layer->reader->count() == 0;
+            if (!layer->rules.empty() && !isEmpty) m_state->chooser->ShowUnread(system);
             continue;
         }
         ReadExtent(*layer);
@@ -325,9 +405,10 @@ void Source::Settle(double scale) {
 Box Source::DataBox() const {
     Box box = m_box;
     for (const auto& layer : m_state->layers) {
-        OGREnvelope extent;
         if (!layer->unread || layer->rules.empty()) continue;
-        if (layer->reader->layer().GetExtent(&extent, FALSE) != OGRERR_NONE) continue;
+        OGREnvelope extent = layer->passed;
+        if (layer->reader->hasIndex() && !layer->reader->KnownExtent(extent)) continue;
+        if (extent.IsInit() == FALSE) continue;
         double x[4] = {extent.MinX, extent.MaxX, extent.MaxX, extent.MinX},
                y[4] = {extent.MinY, extent.MinY, extent.MaxY, extent.MaxY};
         if (m_options.plane.axes == "north,east") std::swap(x, y);
@@ -427,7 +508,8 @@ void Source::TellUnboundRules() {
 void Source::ReadExtent(Layer& layer) {
     if (layer.rules.empty()) return;
     constexpr std::size_t kMostKept = 20000, kMostVertices = 500000;  // some ten megabytes
-    std::size_t vertices = 0;
+    constexpr std::size_t kMostBytes = 64u << 20;                     // of all layers, with their attributes
+    std::size_t vertices = 0, bytes = 0;
     bool isKept = !layer.reader->hasIndex();  // what has an index is asked by window
     layer.reader->Rewind();
     while (FeaturePointer feature = layer.reader->Next()) {
@@ -441,12 +523,14 @@ void Source::ReadExtent(Layer& layer) {
                 layer.extent.Add(chain.size(), chain.x.data(), chain.y.data());
                 vertices += chain.size();
             }
-        isKept = isKept && layer.kept.size() < kMostKept && vertices <= kMostVertices;
+        if (isKept) bytes += BytesOf(*feature);
+        isKept = isKept && layer.kept.size() < kMostKept && vertices <= kMostVertices && m_kept + bytes <= kMostBytes;
         if (isKept)
             layer.kept.push_back(std::move(feature));
         else
             layer.kept.clear();
     }
+    if (isKept) m_kept += bytes;
 }
 
 // What lies far from all the rest is named and left out; what remains of a line or a ring is drawn.
@@ -599,11 +683,13 @@ void Source::ReadLayer(Layer& layer, const std::optional<Window>& window, Featur
     const std::uint32_t place = store.AddLayer(reader.name(), orderKnown);
     OGREnvelope around;
     const bool northFirst = m_options.plane.axes == "north,east";
-    if (window && reader.hasIndex() && OutlineBox(*layer.map, *window, northFirst, around))
-        reader.layer().SetSpatialFilterRect(around.MinX, around.MinY, around.MaxX, around.MaxY);
+    if (window && reader.hasIndex() && OutlineBox(*layer.map, *window, northFirst, around)) reader.SetWindow(&around);
+    const bool isPassing = layer.unread && !reader.hasIndex();
+    const std::size_t before = store.size();
     const auto take = [&](OGRFeature& feature) {
         CheckStop();
         ++m_read;
+        if (isPassing) AddEnvelope(feature, layer.passed);
         if (step) step(m_read);
         Feature prepared;
         if (Prepare(layer, feature, window, prepared)) store.Add(place, feature.GetFID(), prepared);
@@ -612,7 +698,12 @@ void Source::ReadLayer(Layer& layer, const std::optional<Window>& window, Featur
     if (!layer.kept.empty()) return;
     reader.Rewind();
     while (const FeaturePointer feature = reader.Next()) take(*feature);
-    reader.layer().SetSpatialFilter(nullptr);
+    reader.SetWindow(nullptr);
+    // Numbers that are no places of their system may be why nothing of the file is on the sheet, and where none is named
+    // a sheet may be of such numbers.
+    const bool isNameless = reader.system() == nullptr && m_options.plane.source.empty();
+    if (layer.passed.IsInit() != FALSE && (store.size() == before || isNameless))
+        m_state->chooser->CheckNumbers(reader.system(), layer.passed, layer.file);
 }
 
 void Source::Read(const std::optional<Window>& window, FeatureStore& store,
@@ -623,7 +714,7 @@ void Source::Read(const std::optional<Window>& window, FeatureStore& store,
 }
 
 std::vector<long long> Source::CountIn(const std::vector<Box>& boxes, const std::string& field,
-                                       const std::string& condition) {
+                                       const std::string& least) {
     std::vector<long long> counts(boxes.size(), 0);
     const BoxTree tree(boxes);
     const bool northFirst = m_options.plane.axes == "north,east";
@@ -633,20 +724,22 @@ std::vector<long long> Source::CountIn(const std::vector<Box>& boxes, const std:
         OGRLayer& data = layer->reader->layer();
         if (!field.empty()) {
             // Asked first: SQLite takes the name of a field that is not there for a text.
-            if (layer->reader->fields().GetFieldIndex(field.c_str()) < 0) continue;
+            const int index = layer->reader->fields().GetFieldIndex(field.c_str());
+            if (index < 0) continue;
             found = true;
-            data.SetIgnoredFields(nullptr);  // the condition is on a field that no rule uses
-            CPLErrorReset();
-            const std::string filter = std::string("\"").append(field).append("\" ").append(condition);
-            if (data.SetAttributeFilter(filter.c_str()) != OGRERR_NONE) continue;
+            layer->reader->AskForAll();  // the condition is on a field that no rule uses
+            const std::string filter = AtLeast(*data.GetLayerDefn()->GetFieldDefn(index), least);
+            if (filter.empty() || data.SetAttributeFilter(filter.c_str()) != OGRERR_NONE)
+                RefuseComparison(*layer->reader, field, least);
         }
-        if (layer->reader->hasIndex())
-            CountByIndex(*layer->reader, *layer->map, northFirst, boxes, counts);
-        else
+        if (!layer->reader->hasIndex())
             CountByLook(*layer->reader, *layer->map, northFirst, tree, counts);
+        else if (!CountByIndex(*layer->reader, *layer->map, northFirst, boxes, counts) && !field.empty())
+            RefuseComparison(*layer->reader, field, least);
         if (!field.empty()) data.SetAttributeFilter(nullptr);
     }
-    if (!found) throw Failure(kUsage, Phrase("{0}no layer has the field \"{1}\".", "", field));
+    if (!found)
+        throw Failure(kUsage, Phrase("no layer has the field \"{0}\"; give --changed-field one that is there.", field));
     return counts;
 }
 

@@ -23,7 +23,7 @@ struct SourceOptions {
     std::string encoding;    // of attributes, where the data does not tell or tells wrong
     char replacement = '?';  // for characters that GBK lacks
     PlaneOptions plane;
-    bool windowed = false;  // a sheet is all that will be asked for: of sources with an index no extent is read
+    bool windowed = false;  // a sheet is all that will be asked for: no extent is read where the plane follows from it
 };
 
 /// What of the plane is asked for: a sheet, turned about its middle, and what its symbols and labels may reach.
@@ -49,8 +49,8 @@ class Source {
     /// Reports how the layers came to the plane. Once, after the last Settle.
     void TellPlane();
     const TargetPlane& plane() const;
-    /// The box of all data in the plane without what strays; of layers that were not looked at what their sources know,
-    /// which may be nothing. Empty where there is none.
+    /// The box of all data in the plane without what strays; of layers that were not looked at what their sources know
+    /// without a look, or what was read of them, which may be nothing. Empty where there is none.
     Box DataBox() const;
     /// The number of features, -1 where the data does not tell it. A database counts its rows for it.
     long long Count() const;
@@ -63,10 +63,10 @@ class Source {
     void Read(const std::optional<Window>& window, FeatureStore& store,
               const std::function<void(long long)>& step = {});
     /// How many features of layers with rules meet each box of the plane, by the sources' indexes or one look at all:
-    /// boxes against boxes, for estimates. With a field, those that a condition on it holds for, such as ">= '2026'";
-    /// a field that no layer has is a Failure.
+    /// boxes against boxes, for estimates. With a field, those that have a value there which is least or more. Throws Failure
+    /// (kUsage) where no layer has the field, or one of them cannot compare it.
     std::vector<long long> CountIn(const std::vector<Box>& boxes, const std::string& field = {},
-                                   const std::string& condition = {});
+                                   const std::string& least = {});
     /// Names and values of the fields of a feature that was read, in UTF-8, as far as they have values; nothing where
     /// the source cannot find it by its number. layer: the name that the store has it under.
     std::vector<std::pair<std::string, std::string>> FieldsOf(const std::string& layer, long long fid);
@@ -98,6 +98,7 @@ class Source {
     Box m_box;
     double m_scale = 0.0;  // of the drawing; 0: none
     long long m_looked = 0, m_read = 0;
+    std::size_t m_kept = 0;  // bytes of the features that the look at the extents kept
 };
 
 }  // namespace zm::tool

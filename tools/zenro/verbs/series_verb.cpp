@@ -295,7 +295,7 @@ std::set<std::string> ChangedSince(const DrawOptions& o, const Plan& plan, Conte
     source.windowed = true;
     Source data(source, rules, context.report);
     data.Settle(std::stod(plan.settings.at("scale")));
-    const auto counts = data.CountIn(boxes, o.changedField, ">= '" + o.changedSince + "'");
+    const auto counts = data.CountIn(boxes, o.changedField, o.changedSince);
     std::set<std::string> changed;
     for (std::size_t i = 0; i < counts.size(); ++i)
         if (counts[i] > 0) changed.insert(plan.sheets[i].number);

@@ -162,6 +162,8 @@ TEST_F(PostGis, TablesOfOddNamesAndViewsAreDrawnToo) {
     EXPECT_EQ(shapes("north.odd*"), all);
     EXPECT_EQ(Count(m_server.Log(), "spare"), 0);
     for (const char* layer : {"second", "view", "dotted.lines"}) EXPECT_EQ(shapes(layer), all) << layer;
+    m_zenro.File("r.rules", "ogc_fid = 5 -> layer 250, symbol 250\n");  // a field of the name of the driver's number
+    EXPECT_EQ(shapes("second"), all);
 }
 
 TEST_F(PostGis, ChangedSinceComparesInTheDatabaseOrRefuses) {
@@ -179,6 +181,7 @@ TEST_F(PostGis, ChangedSinceComparesInTheDatabaseOrRefuses) {
     const int one = Count(due("2026-01-06", "t").out, "\n");  // of one line, perhaps across an edge
     EXPECT_TRUE(one == 1 || one == 2) << one;
     EXPECT_EQ(Count(due("2", "grade").out, "\n"), 4);
+    EXPECT_EQ(Count(due("1.5", "grade").out, "\n"), 4);  // as numbers: the database has no such text of a whole number
     EXPECT_EQ(Count(due("3", "grade").out, "\n"), 0);
     for (const auto& [since, field] : {std::pair("2026-01-06", "grade"), std::pair("yesterday morning", "t")}) {
         const Outcome r = due(since, field);

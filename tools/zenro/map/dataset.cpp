@@ -329,7 +329,7 @@ void LayerReader::SelectColumns(const std::set<int>& kept) {
     const int count = fields.GetFieldCount();
     if (std::count_if(kept.begin(), kept.end(), [](int i) { return i >= 0; }) == count) return;
     const std::string number = m_layer.GetFIDColumn(), geometry = m_layer.GetGeometryColumn();
-    if (number.empty() || geometry.empty() || fields.GetFieldIndex(kNumber) >= 0) return;
+    if (number.empty() || geometry.empty()) return;
     const std::string table = TableOf(m_dataset, m_layerName);
     if (table.empty()) return;
     std::string statement = "SELECT " + Quoted(number, '"') + " AS " + kNumber + ", " + Quoted(geometry, '"');

@@ -346,6 +346,9 @@ std::size_t BytesOf(OGRFeature& feature) {
                 bytes += sizeof(int) * static_cast<std::size_t>(count);
                 break;
             case OFTInteger64List:
+                feature.GetFieldAsInteger64List(i, &count);
+                bytes += sizeof(GIntBig) * static_cast<std::size_t>(count);
+                break;
             case OFTRealList:
                 feature.GetFieldAsDoubleList(i, &count);
                 bytes += sizeof(double) * static_cast<std::size_t>(count);

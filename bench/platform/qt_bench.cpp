@@ -66,9 +66,8 @@ void DrawFigure(Work work, int i) {
 }
 
 // Lines of 10 px, symbols of ten strokes, patterned lines of 100 px; every other one in another colour. Clipped to the
-// view, as applications draw.
-void DrawFigures(zm::Device* device, Work work, const std::function<void(int)>& next) {
-    zm::bench::Stage stage(kLibrary, zm::bench::kDevice, device, zm::bench::kEasting, zm::bench::kNorthing);
+// view, as applications draw. The stage is made once, as a program reads its symbol library once.
+void DrawFigures(zm::bench::Stage& stage, zm::Device* device, Work work, const std::function<void(int)>& next) {
     stage.dc().SetViewDrawDC(device, kScale, zm::bench::kEasting, zm::bench::kNorthing, kSide, kSide, 0);
     stage.dc().SetCutArea();
     stage.dc().SetDoCut(1);
@@ -98,10 +97,10 @@ QImage Paper() {
 
 void BM_FiguresToQt(benchmark::State& run) {
     QImage image = Paper();
-    const auto rendering = run.range(1) == 0 ? zm::qt::Rendering::pixels : zm::qt::Rendering::smooth;
+    zm::bench::Stage stage(kLibrary, zm::bench::kDevice);
     for (auto _ : run) {
-        zm::qt::QtDevice device(&image, rendering);
-        DrawFigures(&device, static_cast<Work>(run.range(0)), [](int) {});
+        zm::qt::QtDevice device(&image, RenderingOf(run));
+        DrawFigures(stage, &device, static_cast<Work>(run.range(0)), [](int) {});
         device.Finish();
     }
     run.SetItemsProcessed(run.iterations() * kFigures);
@@ -110,8 +109,9 @@ void BM_FiguresToQt(benchmark::State& run) {
 // The same strokes, ready in pixels, a call for each figure.
 void BM_FiguresByQPainter(benchmark::State& run) {
     QImage image = Paper();
+    zm::bench::Stage stage(kLibrary, zm::bench::kDevice);
     Keeper keeper;
-    DrawFigures(&keeper, static_cast<Work>(run.range(0)), [&](int) { keeper.figures.emplace_back(); });
+    DrawFigures(stage, &keeper, static_cast<Work>(run.range(0)), [&](int) { keeper.figures.emplace_back(); });
     for (auto _ : run) {
         QPainter painter(&image);
         painter.setRenderHint(QPainter::Antialiasing, run.range(1) == 1);

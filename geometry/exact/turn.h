@@ -10,10 +10,6 @@
 
 namespace zm::geometry {
 
-struct Place {
-    double x, y;
-};
-
 /// The sum of a place and an offset of which both parts may be off by slack; sure loses its bits where that makes a
 /// difference.
 template <class Slack>
@@ -119,26 +115,27 @@ class TurnedFigure {
 
     /// Its point (u, v): x + (u cos - v sin) scale and y + (v cos + u sin) scale in double arithmetic from left to
     /// right.
-    Place Of(double u, double v) {
+    Pair Of(double u, double v) {
         if (!m_turn.m_exact && m_slack < HUGE_VAL) {
             PairMask sure = kBoth;
             const Pair place =
                 CertainSum(m_place, u * m_along + v * m_across, (std::fabs(u) + std::fabs(v)) * m_slack, sure);
             if (Both(sure)) [[likely]] {
                 uses::Count(uses::pointByLeg);
-                return {place[0], place[1]};
+                return place;
             }
         }
         return Exactly(u, v);
     }
 
     /// The same by cosine and sine.
-    Place Exactly(double u, double v) {
+    Pair Exactly(double u, double v) {
         uses::Count(uses::pointByBearing);
         if (!m_turn.m_exact) m_turn.BeExact();
-        const double c = m_turn.m_direction[0];
-        const double s = m_turn.m_direction[1];
-        return {m_place[0] + (u * c - v * s) * m_scale, m_place[1] + (v * c + u * s) * m_scale};
+        const Pair cosines = {m_turn.m_direction[0], m_turn.m_direction[0]};
+        const Pair sines = {m_turn.m_direction[1], m_turn.m_direction[1]};
+        // A product with -v is the negative of that with v, to the last bit.
+        return m_place + (Pair{u, v} * cosines + Pair{-v, u} * sines) * m_scale;
     }
 
  private:
@@ -180,8 +177,7 @@ inline Pair Step(const Leg& leg, Pair at, double distance) {
             return place;
     }
     Turn turn(leg);
-    const Place exact = TurnedFigure(turn, at[0], at[1], distance).Exactly(1.0, 0.0);
-    return Pair{exact.x, exact.y};
+    return TurnedFigure(turn, at[0], at[1], distance).Exactly(1.0, 0.0);
 }
 
 }  // namespace zm::geometry

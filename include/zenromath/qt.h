@@ -55,9 +55,16 @@ class ZM_API QtDevice : public Device {
 
  private:
     bool Thin(const Stroke& stroke) const { return m_rendering == Rendering::pixels && stroke.width <= 1; }
+    struct Pen {
+        Stroke stroke;
+        QPen pen;
+        QRgb ink;
+    };
     void TakePen(const Stroke& stroke);
+    const Pen& PenOf(const Stroke& stroke);
     void Put(POINT from, POINT to);
-    bool GoesOn(QPointF from, QPointF to) const;
+    void Gather(const QLineF& stroke);
+    bool GoesOn(const QLineF& last, const QLineF& next) const;
     bool PlotLine(int x1, int y1, int x2, int y2);
     void ThinLine(const Stroke& stroke, int x1, int y1, int x2, int y2);
     void PutRun(bool down, const QRect& wanted);
@@ -74,9 +81,11 @@ class ZM_API QtDevice : public Device {
     double m_shift;  // to the middle of a pixel where strokes are antialiased
     Stroke m_stroke;
     bool m_hasStroke = false;
+    std::vector<Pen> m_pens;       // of the strokes so far, the latest ones
     QRgb m_ink = 0;                // of m_stroke
     bool m_caps = false;           // m_stroke is thin and solid: its ends are square
     std::vector<QLineF> m_lines;   // single strokes of m_stroke
+    bool m_open = false;           // the last of m_lines may be gone on from
     std::vector<QPointF> m_chain;  // connected strokes of m_stroke
     QVector<QRect> m_runs;         // pixel runs of m_stroke's colour
     QVector<QRect> m_gapRuns;      // pixel runs of its gaps

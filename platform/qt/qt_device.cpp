@@ -20,6 +20,7 @@ namespace {
 
 constexpr double kThinnest = 0.15 / 25.4 * 96.0;  // of a pixel of a screen: 0.15 mm
 constexpr std::size_t kBatch = 4096;              // strokes that are handed over together
+constexpr std::size_t kPens = 16;                 // that are kept
 constexpr double kHardlyTurned = 0.75;            // square of the cosine of 30 degrees
 constexpr double kShortPieces = 81.0;             // product of the squared lengths of two pieces, pixels; three each
 // Beyond this a coordinate can leave Qt's fixed-point rasteriser; device coordinates stay far below.
@@ -95,11 +96,11 @@ bool QtDevice::Finish() {
 }
 
 void QtDevice::EndChain() {
-    if (m_chain.size() == 2 && m_chain[0] == m_chain[1])
+    m_open = false;
+    if (m_chain.empty()) return;
+    if (m_chain.size() == 2)
         m_painter.drawPoint(m_chain[0]);  // a wide stroke of no length is a dot
-    else if (m_chain.size() == 2)
-        m_lines.push_back(QLineF(m_chain[0], m_chain[1]));
-    else if (m_chain.size() > 2)
+    else
         m_painter.drawPolyline(m_chain.data(), static_cast<int>(m_chain.size()));
     m_chain.clear();
 }
@@ -125,8 +126,17 @@ void QtDevice::TakePen(const Stroke& stroke) {
     Flush();
     m_stroke = stroke;
     m_hasStroke = true;
-    m_ink = ColorOf(stroke.color).rgb();
     m_caps = stroke.width <= 1 && !Dashed(stroke);
+    const Pen& pen = PenOf(stroke);
+    m_ink = pen.ink;
+    m_painter.setPen(pen.pen);
+}
+
+// Figures take turns with a few pens, and a QPen costs as much to make as a short line to draw.
+const QtDevice::Pen& QtDevice::PenOf(const Stroke& stroke) {
+    for (const Pen& pen : m_pens)
+        if (pen.stroke == stroke) return pen;
+    if (m_pens.size() == kPens) m_pens.clear();
     const bool wide = stroke.width > 1;
     // A pen of one pixel is the thinnest line of paper where pixels are finer than that.
     const double width = wide || m_rendering == Rendering::pixels ? stroke.width : std::max(1.0, kThinnest * m_unit);
@@ -140,7 +150,8 @@ void QtDevice::TakePen(const Stroke& stroke) {
     } else if (!wide) {
         pen.setCapStyle(Qt::SquareCap);
     }
-    m_painter.setPen(pen);
+    m_pens.push_back({stroke, pen, ColorOf(stroke.color).rgb()});
+    return m_pens.back();
 }
 
 void QtDevice::Moved(int x, int y) {
@@ -170,30 +181,43 @@ int QtDevice::Lines(const Stroke& stroke, const POINT* ends, int count) {
 }
 
 void QtDevice::Put(POINT from, POINT to) {
-    if (Thin(m_stroke)) {
+    if (Thin(m_stroke))
         ThinLine(m_stroke, from.x, from.y, to.x, to.y);
-    } else {
-        const QPointF next = At(to.x, to.y);
-        const QPointF at = At(from.x, from.y);
-        if (!GoesOn(at, next)) {
-            EndChain();
-            m_chain.push_back(at);
-        }
-        m_chain.push_back(next);
-        if (m_chain.size() >= kBatch) EndChain();
-    }
+    else
+        Gather({At(from.x, from.y), At(to.x, to.y)});
     m_end = to;
     if (m_lines.size() >= kBatch || static_cast<std::size_t>(m_runs.size()) >= kBatch) Flush();
 }
 
-// Whether a stroke is joined to the chain. A thin solid one that turns off more than a little is not: the square ends of
-// two strokes fill such a corner, and single strokes are drawn many times faster. What hardly turns, as the pieces of a
-// curve, is joined, or each joint were a darker spot.
-bool QtDevice::GoesOn(QPointF from, QPointF to) const {
-    if (m_chain.empty() || m_chain.back() != from) return false;
+// A stroke is joined to the chain or to the single stroke before it, or is a single one itself; a dot begins a chain.
+void QtDevice::Gather(const QLineF& stroke) {
+    if (!m_chain.empty()) {
+        if (GoesOn({m_chain[m_chain.size() - 2], m_chain.back()}, stroke)) {
+            m_chain.push_back(stroke.p2());
+            if (m_chain.size() >= kBatch) EndChain();
+            return;
+        }
+        EndChain();
+    } else if (m_open && GoesOn(m_lines.back(), stroke)) {
+        m_chain = {m_lines.back().p1(), m_lines.back().p2(), stroke.p2()};
+        m_lines.pop_back();
+        return;
+    }
+    m_open = stroke.p1() != stroke.p2();
+    if (m_open)
+        m_lines.push_back(stroke);
+    else
+        m_chain = {stroke.p1(), stroke.p2()};
+}
+
+// Whether a stroke is joined to the one before. A thin solid one that turns off more than a little is not: the square
+// ends of two strokes fill such a corner, and single strokes are drawn many times faster. What hardly turns, as the
+// pieces of a curve, is joined, or each joint were a darker spot.
+bool QtDevice::GoesOn(const QLineF& last, const QLineF& next) const {
+    if (last.x2() != next.x1() || last.y2() != next.y1()) return false;
     if (!m_caps) return true;
-    const QPointF before = from - m_chain[m_chain.size() - 2];
-    const QPointF after = to - from;
+    const QPointF before = last.p2() - last.p1();
+    const QPointF after = next.p2() - next.p1();
     const double product = QPointF::dotProduct(before, after);
     const double lengths = QPointF::dotProduct(before, before) * QPointF::dotProduct(after, after);
     return product > 0.0 ? product * product > kHardlyTurned * lengths : lengths < kShortPieces;

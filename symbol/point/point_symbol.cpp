@@ -53,20 +53,21 @@ class Placement {
     bool EndsAt(int index) const { return index >= m_body.size || IsTerminator(m_body.records[index]); }
     bool IsMarker(int index) const { return std::fabs(m_body.records[index].point.x - double{kArcMarker}) < 1e-5; }
 
-    void Stroke(const Point& a, const Point& b) const {
-        m_stream.Line(geometry::Pair{a.x, a.y}, geometry::Pair{b.x, b.y});
-    }
     // For what is no stroke, after the strokes gathered; null where the application took the context away meanwhile.
     CTqDraw* Context() const {
         m_stream.Flush();
         return draw::WorkingContext();
     }
 
-    Point SymbolPoint(int index) const { return m_figure.At(m_body.records[index].point); }
+    geometry::Pair PairAt(int index) const { return m_figure.At(m_body.records[index].point); }
+    Point SymbolPoint(int index) const {
+        const geometry::Pair at = PairAt(index);
+        return {at[0], at[1]};
+    }
 
     // Required: with one stored point the terminator is taken as the second, a stroke to (-100, -100) on the paper.
     void DrawSymbolSegment(int index) const {
-        if (Has(index, 2)) Stroke(SymbolPoint(index), SymbolPoint(index + 1));
+        if (Has(index, 2)) m_stream.Line(PairAt(index), PairAt(index + 1));
     }
 
     void DrawSymbolPolyline(int index) const;
@@ -179,7 +180,7 @@ int Placement::AppendArcs(int index, double* xy) const {
         list.Append(b);
         last = b;
         if (sweep == 0.0) {
-            Stroke(a, b);
+            m_stream.Line(geometry::Pair{a.x, a.y}, geometry::Pair{b.x, b.y});
             continue;
         }
         AppendArc(a, b, sweep, list);

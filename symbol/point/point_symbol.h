@@ -12,26 +12,22 @@ namespace zm::symbol {
 class SymbolFigure {
  public:
     SymbolFigure(double x, double y, geometry::Turn& turn)
-        : m_x(x),
-          m_y(y),
+        : m_place{x, y},
           m_scale(ScaleDenominator()),
           m_turned(!turn.IsBelow(kNoRotation)),
           m_figure(turn, x, y, m_scale) {}
 
     double scale() const { return m_scale; }
-    Point At(const SYMBODY::Point& p) {
+    geometry::Pair At(const SYMBODY::Point& p) {
         const double px = p.x;
         const double py = p.y;
-        if (!m_turned) return {m_x + px * m_scale, m_y + py * m_scale};
-        const geometry::Place place = m_figure.Of(px, py);
-        return {place.x, place.y};
+        return m_turned ? m_figure.Of(px, py) : m_place + geometry::Pair{px, py} * m_scale;
     }
 
  private:
     static constexpr double kNoRotation = 1e-6;  // radians
 
-    double m_x;
-    double m_y;
+    geometry::Pair m_place;
     double m_scale;
     bool m_turned;
     geometry::TurnedFigure m_figure;

@@ -123,11 +123,8 @@ void RepeatedSymbol::PutExactly(const Standing& standing) {
     geometry::Turn turn(standing.leg());
     SymbolFigure figure(standing.at[0], standing.at[1], turn);
     const SYMBODY* record = TheBody;
-    for (int i = 0; i < m_segments; ++i, record += kSegmentRecords) {
-        const Point from = figure.At(record[1].point);
-        const Point to = figure.At(record[2].point);
-        m_stream.Line(Pair{from.x, from.y}, Pair{to.x, to.y});
-    }
+    for (int i = 0; i < m_segments; ++i, record += kSegmentRecords)
+        m_stream.Line(figure.At(record[1].point), figure.At(record[2].point));
 }
 
 void RepeatedSymbol::PlaceTurned(const Standing& standing, int code) {

@@ -14,7 +14,6 @@
 namespace {
 
 using zm::geometry::Pair;
-using zm::geometry::Place;
 using zm::geometry::Turn;
 using zm::geometry::TurnedFigure;
 using zm::test::Bits;
@@ -44,9 +43,9 @@ void ExpectTheBitsOfTheBearing(const Ends& leg, double step, double u, double v)
     const double c = std::cos(bearing);
     const double s = std::sin(bearing);
     Turn fresh(ahead);
-    const Place turned = TurnedFigure(fresh, leg.x, leg.y, 0.5).Of(u, v);
-    ASSERT_EQ(Bits(turned.x), Bits(leg.x + (u * c - v * s) * 0.5));
-    ASSERT_EQ(Bits(turned.y), Bits(leg.y + (v * c + u * s) * 0.5));
+    const Pair turned = TurnedFigure(fresh, leg.x, leg.y, 0.5).Of(u, v);
+    ASSERT_EQ(Bits(turned[0]), Bits(leg.x + (u * c - v * s) * 0.5));
+    ASSERT_EQ(Bits(turned[1]), Bits(leg.y + (v * c + u * s) * 0.5));
     ASSERT_EQ(fresh.IsBelow(1e-6), std::fabs(bearing) < 1e-6);
     ASSERT_EQ(Bits(fresh.Angle()), Bits(bearing));
 }
@@ -110,10 +109,10 @@ TEST(Turn, ByAnAngleGivesTheBitsOfItsCosineAndSine) {
     for (int round = 0; round < 1000; ++round) {
         const double angle = round == 0 ? 3.141592653589793 : round == 1 ? 0.0 : random.Real(-20.0, 20.0);
         Turn turn(angle);
-        const Place place = TurnedFigure(turn, 10.0, 20.0, 2.0).Of(0.3, -0.7);
+        const Pair place = TurnedFigure(turn, 10.0, 20.0, 2.0).Of(0.3, -0.7);
         const double c = std::cos(angle), s = std::sin(angle);
-        ASSERT_EQ(Bits(place.x), Bits(10.0 + (0.3 * c - -0.7 * s) * 2.0));
-        ASSERT_EQ(Bits(place.y), Bits(20.0 + (-0.7 * c + 0.3 * s) * 2.0));
+        ASSERT_EQ(Bits(place[0]), Bits(10.0 + (0.3 * c - -0.7 * s) * 2.0));
+        ASSERT_EQ(Bits(place[1]), Bits(20.0 + (-0.7 * c + 0.3 * s) * 2.0));
         ASSERT_EQ(turn.Angle(), angle);
         ASSERT_EQ(turn.IsBelow(1e-6), angle == 0.0);
     }

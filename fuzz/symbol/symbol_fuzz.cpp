@@ -53,12 +53,22 @@ void MakePoints(const Setting& s, std::vector<double>& x, std::vector<double>& y
     }
 }
 
-// What the current symbol asks for, in records drawn, along these points: a hundred million lawful ones would only be
+// What the current symbol asks for, in strokes drawn, along these points: a hundred million lawful ones would only be
 // slow.
 double WorkOf(const std::vector<double>& x, const std::vector<double>& y) {
     const symbol::Library& library = *symbol::state().library;
+    // Arcs have a stroke for each 1.8 degrees of their sweep, up to 4000.
     const auto records = [&](double code) {
-        return code >= 1.0 && code < symbol::kHeads ? 1.0 + library.bodySizes[static_cast<std::size_t>(code)] : 1.0;
+        if (!(code >= 1.0 && code < symbol::kHeads)) return 1.0;
+        const auto number = static_cast<std::size_t>(code);
+        double strokes = 1.0;
+        for (int i = 0; i < library.bodySizes[number]; ++i) {
+            const SYMBODY& record = library.body[static_cast<std::size_t>(library.heads[number].position + i)];
+            strokes += record.point.x == symbol::kArcMarker
+                           ? std::min(2.0 + std::fabs(double{record.point.y}) / 1.8, 4000.0)
+                           : 1.0;
+        }
+        return strokes;
     };
     const double scale = getcurgscale();
     double length = 0.0, left = 50.0, right = 50.0;

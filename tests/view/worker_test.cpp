@@ -50,6 +50,23 @@ class ViewWorker : public testing::Test {
     std::string rules, data;
 };
 
+// The window sees by these steps that a process which works long does not hang.
+TEST_F(ViewWorker, CountsWhatItBeginsAndEachFeatureThatItLooksAt) {
+    const auto worker = Open();
+    const auto steps = [&](const json& question) {
+        const std::uint32_t before = worker->Head().steps;
+        worker->Ask(question);
+        return worker->Head().steps - before;
+    };
+    EXPECT_GE(steps({{"do", "ping"}}), 1u);
+    EXPECT_GE(steps({{"do", "identify"}, {"x", kX + 50}, {"y", kY + 30}, {"reach", 100.0}}), 4u);
+    EXPECT_GE(steps({{"do", "snap"}, {"x", kX + 50}, {"y", kY + 30}, {"reach", 100.0}}), 4u);
+    const std::uint32_t before = worker->Head().steps;
+    worker->Send({{"do", "hide"}, {"layers", json::array({0})}, {"rules", json::array()}});
+    EXPECT_EQ(worker->Ask({{"do", "identify"}, {"x", kX + 20}, {"y", kY + 20}, {"reach", 1.0}}).at("count"), 0);
+    EXPECT_GE(worker->Head().steps - before, 4u);
+}
+
 TEST_F(ViewWorker, SaysWhatTheMapIs) {
     MapWorker worker({"--rules=" + rules, "--scale=500", data});
     const json ready = worker.Await("ready");

@@ -12,6 +12,8 @@ struct SharedHead {
     std::atomic<std::uint32_t> wanted;  // the number of the picture that is wanted; drawing of another one stops
     std::atomic<std::uint32_t> beat;    // counts features that were begun
     std::atomic<std::uint64_t> place;   // of the feature being drawn, kNoPlace between
+    std::atomic<std::uint32_t>
+        steps;  // of the process that keeps the map: counts what it begins, and long work's parts
 };
 static_assert(std::atomic<std::uint64_t>::is_always_lock_free);
 

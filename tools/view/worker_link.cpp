@@ -18,6 +18,7 @@ constexpr qsizetype kMostWords = 4000;  // bytes of stderr that are kept
 constexpr int kLook = 100;              // milliseconds between two looks at the process
 constexpr int kMostStopped = 5;         // looks in a row: one that goes on by itself is left alone
 constexpr int kPing = 1000;             // milliseconds between questions that only ask for an answer
+constexpr double kMostWork = 0.5;       // seconds of its processor time without a step
 
 }  // namespace
 
@@ -76,23 +77,38 @@ void WorkerLink::Watch(int longestAnswer) {
 void WorkerLink::WatchOn() {
     if (m_longestAnswer == 0 || m_ended || m_watch.isActive()) return;
     m_stopped = 0;
+    m_worked = LifeOfProcess().worked;
     m_sincePing.start();
     m_watch.start(kLook);
 }
 
-// By the state that the system keeps of it: how long it is silent says nothing on a machine that is busy.
-bool WorkerLink::IsStopped() const {
+// What the system knows of it: how long it is silent says nothing on a machine that is busy.
+WorkerLink::Life WorkerLink::LifeOfProcess() const {
     QFile file("/proc/" + QString::number(processId()) + "/stat");
-    if (!file.open(QIODevice::ReadOnly)) return false;
+    if (!file.open(QIODevice::ReadOnly)) return {};
     const QByteArray line = file.readAll();
-    return line.mid(line.lastIndexOf(')')).startsWith(") T");
+    const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');  // its name may hold blanks
+    constexpr int kState = 0, kOwnTime = 11, kTimeInSystem = 12;
+    if (fields.size() <= kTimeInSystem) return {};
+    return {fields[kState] == "T",
+            static_cast<double>(fields[kOwnTime].toLongLong() + fields[kTimeInSystem].toLongLong()) /
+                static_cast<double>(sysconf(_SC_CLK_TCK))};
+}
+
+// While it reads it may work as long as it likes.
+bool WorkerLink::WorksWithoutStep(double worked) {
+    const quint32 steps = static_cast<tool::SharedHead*>(m_memory)->steps.load();
+    if (!m_ready || std::exchange(m_steps, steps) != steps) m_worked = worked;
+    return worked - m_worked >= kMostWork;
 }
 
 // Nothing is looked at while nothing is awaited: an idle window uses no processor.
 void WorkerLink::Look() {
     if (!owes() && !m_pinged) return m_watch.stop();
-    m_stopped = IsStopped() ? m_stopped + 1 : 0;
-    if (m_stopped >= kMostStopped || (m_pinged && m_sincePing.elapsed() > m_longestAnswer)) return End(true);
+    const Life life = LifeOfProcess();
+    m_stopped = life.stopped ? m_stopped + 1 : 0;
+    const bool silent = m_pinged && m_sincePing.elapsed() > m_longestAnswer;
+    if (m_stopped >= kMostStopped || WorksWithoutStep(life.worked) || silent) return End(true);
     if (!m_ready || m_pinged || m_sincePing.elapsed() < kPing) return;
     m_pinged = true;
     Ask({{"do", "ping"}}, [this](const QJsonObject&) { m_pinged = false; });

@@ -24,8 +24,8 @@ class WorkerLink : public QObject {
     ~WorkerLink() override;
 
     bool valid() const { return m_memory != nullptr; }
-    /// From now on, while anything is awaited of the process, one that was stopped, or that has the map and answers
-    /// nothing for so many milliseconds, has ended.
+    /// From now on, while anything is awaited of the process, one that was stopped, that has the map and works for half a
+    /// second of processor time without a step (SharedHead), or that answers nothing for so many milliseconds, has ended.
     void Watch(int longestAnswer = 10000);
     /// From now on a picture of this number is the one that is wanted; an older one is not finished.
     void WantNumber(quint32 number);
@@ -46,7 +46,12 @@ class WorkerLink : public QObject {
     void TakeMessage(const QJsonObject& message);
     bool owes() const { return !m_ready || m_drawing != 0 || m_asked.size() > (m_pinged ? 1U : 0U); }
     void WatchOn();
-    bool IsStopped() const;
+    struct Life {
+        bool stopped = false;
+        double worked = 0.0;  // seconds of processor time
+    };
+    Life LifeOfProcess() const;
+    bool WorksWithoutStep(double worked);
     void Look();
     void End(bool crashed);
 
@@ -54,8 +59,10 @@ class WorkerLink : public QObject {
     QTimer m_watch;
     QElapsedTimer m_sincePing;
     int m_longestAnswer = 0;
-    int m_stopped = 0;     // looks in a row that met it stopped
-    qint64 m_drawing = 0;  // the number of the picture that is awaited, 0 for none
+    int m_stopped = 0;      // looks in a row that met it stopped
+    quint32 m_steps = 0;    // at the last look
+    double m_worked = 0.0;  // when they were last seen to change
+    qint64 m_drawing = 0;   // the number of the picture that is awaited, 0 for none
     bool m_ready = false, m_pinged = false, m_ended = false;
     QByteArray m_bytes, m_words;
     int m_file = -1;

@@ -6,6 +6,7 @@
 
 #include "runtime/text/gbk.h"
 #include "tools/kit/text.h"
+#include "tools/kit/tool_host.h"
 #include "tools/zenro/coord/angle_text.h"
 #include "tools/zenro/coord/measures.h"
 #include "tools/zenro/map/explain.h"
@@ -131,6 +132,7 @@ Json Identify(OpenedMap& map, double x, double y, double reach) {
     const Box around = Box{x, y, x, y}.Widened(reach);
     Feature feature;
     for (const std::uint32_t place : map.store.Within(around)) {
+        CheckStop();
         if (map.hidden[place]) continue;
         map.store.Read(place, feature);
         for (std::size_t i = 0; i < feature.shapes.size(); ++i)
@@ -194,6 +196,7 @@ Json Snap(OpenedMap& map, double x, double y, double reach) {
     bool found = false;
     Feature feature;
     for (const std::uint32_t place : map.store.Within(Box{x, y, x, y}.Widened(reach))) {
+        CheckStop();
         if (map.hidden[place]) continue;
         map.store.Read(place, feature);
         for (const Shape& shape : feature.shapes) {

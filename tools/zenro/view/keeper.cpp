@@ -130,18 +130,28 @@ class Keeper {
                       Send(Json{{"is", "painted"}, {"whole", false}, {"error", Phrase(kNoPainter)}});
                   },
                   [this](std::uint64_t place, const std::string& why) { Lose(place, why); }}),
-          m_errands([this](const Json& question) { return Answered(question); },
-                    [this](const Json& question, Json answer) { TakeErrand(question, std::move(answer)); }) {
+          m_errands(
+              [this](const Json& question) {
+                  SetStopQuestion(nullptr);  // its steps are not those of the keeper
+                  return Answered(question);
+              },
+              [this](const Json& question, Json answer) { TakeErrand(question, std::move(answer)); }) {
         dup2(STDERR_FILENO, STDOUT_FILENO);  // what the library prints is no message
         if (m_memory == MAP_FAILED) throw Failure(kFailed, Phrase("the window's memory cannot be reached."));
         context.report.Collect(&m_events);
         m_map = OpenShown(job, context, [this](long long done, long long total) { Tell(done, total); });
         Send(m_map->About().dump(-1, ' ', false, Json::error_handler_t::replace));
         TellEvents();
+        g_head = &Head();
+        SetStopQuestion([] {
+            ++g_head->steps;
+            return false;
+        });
     }
 
     void Run() {
         while (true) {
+            ++Head().steps;
             const int wait = m_care.Look();
             pollfd files[3] = {{STDIN_FILENO, POLLIN, 0}, {m_painter.file(), POLLIN, 0}, {m_errands.file(), POLLIN, 0}};
             if (poll(files, 3, wait) < 0) continue;

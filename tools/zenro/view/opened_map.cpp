@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <filesystem>
+#include <set>
 
 #include "tools/kit/text.h"
 #include "tools/zenro/map/symbol_extent.h"
@@ -55,9 +56,11 @@ OpenedMap::OpenedMap(const DrawJob& wanted, Context& context, const std::functio
 
 void OpenedMap::Hide(const std::vector<std::size_t>& layers, const std::vector<std::size_t>& rulesHidden) {
     hidden = m_leftOut;
-    for (const std::size_t layer : layers)
-        for (std::size_t i = 0; i < store.size(); ++i)
-            if (store.entry(i).layer == layer) hidden[i] = true;
+    const std::set<std::size_t> hiddenLayers(layers.begin(), layers.end());
+    for (std::size_t i = 0; i < store.size(); ++i) {
+        CheckStop();
+        if (hiddenLayers.count(store.entry(i).layer) > 0) hidden[i] = true;
+    }
     for (std::size_t i = 0; i < rules.rules.size(); ++i) rules.rules[i].skip = m_skipped[i];
     for (const std::size_t rule : rulesHidden)
         if (rule < rules.rules.size()) rules.rules[rule].skip = true;

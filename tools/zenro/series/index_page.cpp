@@ -9,6 +9,7 @@
 
 #include "runtime/text/markup.h"
 #include "tools/kit/text.h"
+#include "tools/zenro/series/record.h"
 
 namespace fs = std::filesystem;
 
@@ -38,10 +39,8 @@ const char* ColourOf(SheetState state) {
 // The files of a sheet, relative to the page.
 std::vector<std::string> LinksOf(const PlanSheet& sheet, const std::string& base, const std::string& folder) {
     std::vector<std::string> links;
-    const Json list = Json::parse(sheet.files.empty() ? "[]" : sheet.files, nullptr, false);
-    if (!list.is_array()) return links;
-    for (const Json& file : list) {
-        fs::path path = file.value("path", "");
+    for (const SheetFile& file : FilesIn(sheet.files)) {
+        fs::path path = file.path;
         if (path.is_relative()) path = fs::path(base) / path;
         links.push_back(path.lexically_normal().lexically_relative(fs::absolute(folder).lexically_normal()).string());
     }

@@ -11,6 +11,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/kit/exit_codes.h"
+#include "tools/kit/json_numbers.h"
 #include "tools/kit/translation.h"
 
 namespace fs = std::filesystem;
@@ -64,15 +65,15 @@ bool FromLine(const std::string& line, SheetRecord& r) try {
     const Json j = Json::parse(line, nullptr, false);
     if (!j.is_object()) return false;
     r.number = j.at("number").get<std::string>();
-    r.run = j.at("run").get<long long>();
+    r.run = WholeOf<long long>(j.at("run"));
     if (!ReadState(j.at("state").get<std::string>(), r.state)) return false;
-    r.status = j.at("status").get<int>();
+    r.status = WholeOf<int>(j.at("status"));
     r.unchanged = j.at("unchanged").get<bool>();
     r.held = j.at("held").get<bool>();
     r.reason = j.at("reason").get<std::string>();
     r.seconds = j.at("seconds").get<double>();
-    r.features = j.at("features").get<long long>();
-    r.warnings = j.at("warnings").get<long long>();
+    r.features = WholeOf<long long>(j.at("features"));
+    r.warnings = WholeOf<long long>(j.at("warnings"));
     r.input = j.at("input").get<std::string>();
     r.source = j.at("source").get<std::string>();
     r.files = j.at("files").dump();
@@ -80,6 +81,15 @@ bool FromLine(const std::string& line, SheetRecord& r) try {
     return !r.number.empty();
 } catch (const Json::exception&) {
     return false;
+}
+
+std::vector<SheetFile> FilesIn(const std::string& text) try {
+    std::vector<SheetFile> files;
+    for (const Json& file : Json::parse(text.empty() ? "[]" : text))
+        files.push_back({file.at("path").get<std::string>(), WholeOf<std::uintmax_t>(file.at("bytes"))});
+    return files;
+} catch (const Json::exception&) {
+    return {};
 }
 
 std::map<std::string, SheetRecord> ReadLogs(const fs::path& folder, long long& broken) {

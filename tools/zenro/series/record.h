@@ -4,6 +4,7 @@
 // node that was given up and came back); the better end counts.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -25,6 +26,13 @@ struct SheetRecord {
     long long features = 0, warnings = 0;
     std::string input, source, files, node;
 };
+
+struct SheetFile {
+    std::string path;
+    std::uintmax_t bytes = 0;
+};
+/// The files of a sheet from the text in which plans and logs keep them; none where the text is no list of files.
+std::vector<SheetFile> FilesIn(const std::string& text);
 
 std::string ToLine(const SheetRecord& record);
 /// False for what is no whole line of a log: a process may have been killed in the middle of one.

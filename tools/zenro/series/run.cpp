@@ -14,6 +14,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/kit/exit_codes.h"
+#include "tools/kit/json_numbers.h"
 #include "tools/kit/output_file.h"
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
@@ -139,7 +140,7 @@ SeriesRun ReadRun(const fs::path& file) try {
         throw Failure(kNoInput, Phrase("{0}: no such run. zenro series draw makes one.", file.string()));
     SeriesRun run;
     const Json head = Json::parse(line);
-    run.number = head.at("run").get<long long>();
+    run.number = WholeOf<long long>(head.at("run"));
     run.changedOnly = head.at("changed_only").get<bool>();
     run.settings = head.at("settings").get<std::map<std::string, std::string>>();
     while (std::getline(in, line)) run.sheets.push_back(Unpacked(Json::parse(line)));

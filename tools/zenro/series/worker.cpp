@@ -44,11 +44,10 @@ std::string FileSafe(std::string text) {
 }
 
 bool AreWhole(const std::string& files) {
-    const Json list = Json::parse(files.empty() ? "[]" : files, nullptr, false);
-    if (!list.is_array() || list.empty()) return false;
-    return std::all_of(list.begin(), list.end(), [](const Json& file) {
+    const std::vector<SheetFile> list = FilesIn(files);
+    return !list.empty() && std::all_of(list.begin(), list.end(), [](const SheetFile& file) {
         std::error_code error;
-        return fs::file_size(file.value("path", ""), error) == file.value("bytes", std::uintmax_t{0}) && !error;
+        return fs::file_size(file.path, error) == file.bytes && !error;
     });
 }
 

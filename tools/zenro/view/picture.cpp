@@ -5,6 +5,7 @@
 #include <map>
 #include <tuple>
 
+#include "tools/kit/json_numbers.h"
 #include "tools/kit/tool_host.h"
 #include "tools/kit/translation.h"
 #include "tools/zenro/map/sheet_drawing.h"
@@ -101,16 +102,16 @@ PictureContext::~PictureContext() {
 
 ViewRequest ViewRequest::FromJson(const nlohmann::json& json) {
     ViewRequest r;
-    r.number = json.at("number").get<std::uint32_t>();
-    r.slot = json.at("slot").get<int>() & 1;
-    r.width = json.at("width").get<int>();
-    r.height = json.at("height").get<int>();
+    r.number = WholeOf<std::uint32_t>(json.at("number"));
+    r.slot = WholeOf<int>(json.at("slot")) & 1;
+    r.width = WholeOf<int>(json.at("width"));
+    r.height = WholeOf<int>(json.at("height"));
     r.x = json.at("x").get<double>();
     r.y = json.at("y").get<double>();
     r.pixel = json.at("pixel").get<double>();
     r.rotation = json.at("rotation").get<double>();
     r.scale = json.at("scale").get<double>();
-    r.labels = json.at("labels").get<int>();
+    r.labels = WholeOf<int>(json.at("labels"));
     r.monochrome = json.value("mono", false);
     return r;
 }

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 
+#include "tools/kit/json_numbers.h"
 #include "tools/kit/shared_picture.h"
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
@@ -28,7 +29,7 @@ namespace lib = symbols;
 std::vector<lib::Edit> EditsOf(const Json& question) {
     std::vector<lib::Edit> edits;
     for (const Json& one : question.value("edits", Json::array()))
-        edits.push_back({one.at("code").get<int>(), one.at("text").get<std::string>()});
+        edits.push_back({WholeOf<int>(one.at("code")), one.at("text").get<std::string>()});
     return edits;
 }
 
@@ -78,7 +79,7 @@ class SymbolKeeper {
             m_bench.Save(question.at("to").get<std::string>());
             return Json::object();
         }
-        const int code = question.at("code").get<int>();
+        const int code = WholeOf<int>(question.at("code"));
         return what == "draw" ? Draw(code, question) : Check(code);
     }
 
@@ -109,8 +110,8 @@ class SymbolKeeper {
         if (symbol == nullptr) return {{"nothing", true}};
         SampleView view;
         view.sample = SampleOf(question.at("sample").get<std::string>());
-        view.width = question.at("width").get<int>();
-        view.height = question.at("height").get<int>();
+        view.width = WholeOf<int>(question.at("width"));
+        view.height = WholeOf<int>(question.at("height"));
         view.x = question.at("x").get<double>();
         view.y = question.at("y").get<double>();
         view.perMillimetre = question.at("perMillimetre").get<double>();

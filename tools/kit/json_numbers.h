@@ -13,7 +13,7 @@ T WholeOf(const Json& json) {
                           ? std::in_range<T>(json.template get_ref<const typename Json::number_unsigned_t&>())
                           : json.is_number_integer() &&
                                 std::in_range<T>(json.template get_ref<const typename Json::number_integer_t&>());
-    if (!fits) throw Json::type_error::create(302, "a whole number that fits is wanted", &json);
+    if (!fits) throw Json::type_error::create(302, "number", &json);
     return json.template get<T>();
 }
 

@@ -63,7 +63,8 @@ double WorkOf(const std::vector<double>& x, const std::vector<double>& y) {
         const auto number = static_cast<std::size_t>(code);
         double strokes = 1.0;
         for (int i = 0; i < library.bodySizes[number]; ++i) {
-            const SYMBODY& record = library.body[static_cast<std::size_t>(library.heads[number].position + i)];
+            const SYMBODY& record =
+                library.body[static_cast<std::size_t>(library.heads[number].position) + static_cast<std::size_t>(i)];
             strokes += record.point.x == symbol::kArcMarker
                            ? std::min(2.0 + std::fabs(double{record.point.y}) / 1.8, 4000.0)
                            : 1.0;

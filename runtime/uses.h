@@ -16,6 +16,7 @@ enum Form {
     stepByLeg,       // Course: by the leg itself
     pointByLeg,      // TurnedFigure: by the leg's direction
     pointByBearing,  // TurnedFigure: by cosine and sine of the bearing
+    strokeFilled,    // QtDevice: a thin stroke's outline was filled
     forms
 };
 

@@ -41,6 +41,16 @@ zm::qt::Rendering RenderingOf(const benchmark::State& run) {
     return run.range(1) == 0 ? zm::qt::Rendering::pixels : zm::qt::Rendering::smooth;
 }
 
+// How figures come to the pixels: in units of a pixel, or of a tenth of one with pens of 1.5 pixels and round ends, as
+// zenro draws a sheet of 10 pixels a millimetre.
+enum View { kPixels, kSmooth, kSheet };
+
+struct Units {
+    explicit Units(const benchmark::State& run) : perPixel(run.range(1) == kSheet ? 10 : 1) {}
+    int perPixel;
+    int pen() const { return perPixel == 1 ? 1 : 15; }
+};
+
 // What is drawn: a library, and figure number i of it.
 enum Work { kLines, kSymbols, kPatterns };
 constexpr int kFigures = 2000;
@@ -49,7 +59,6 @@ constexpr char kLibrary[] =
     "1 -0.5,-1 -0.5,-1.5\n1 0.5,-1 0.5,-1.5\n*42 G\n1 -0.2,0 0.2,0\n1 0,-0.2 0,0.2\n1 -0.2,-0.2 0.2,0.2\n"
     "*80 LC\n+0.6 -0.2 G42 -0.2\n*$\n";
 constexpr double kScale = 10.0;  // pixels for a survey unit
-constexpr double kExtent = kSide / kScale;
 
 void DrawFigure(Work work, int i) {
     const double x = zm::bench::kEasting + 15.0 + i % 67;
@@ -67,13 +76,15 @@ void DrawFigure(Work work, int i) {
 
 // Lines of 10 px, symbols of ten strokes, patterned lines of 100 px; every other one in another colour. Clipped to the
 // view, as applications draw. The stage is made once, as a program reads its symbol library once.
-void DrawFigures(zm::bench::Stage& stage, zm::Device* device, Work work, const std::function<void(int)>& next) {
-    stage.dc().SetViewDrawDC(device, kScale, zm::bench::kEasting, zm::bench::kNorthing, kSide, kSide, 0);
+void DrawFigures(zm::bench::Stage& stage, zm::Device* device, const Units& units, Work work,
+                 const std::function<void(int)>& next) {
+    const int side = kSide * units.perPixel;
+    stage.dc().SetViewDrawDC(device, kScale * units.perPixel, zm::bench::kEasting, zm::bench::kNorthing, side, side, 0);
     stage.dc().SetCutArea();
     stage.dc().SetDoCut(1);
     for (int i = 0; i < kFigures; ++i) {
         next(i);
-        const CTQPen pen(PS_SOLID, 1, static_cast<DWORD>(i % 2 == 0 ? 0x000000 : 0x0000C0));
+        const CTQPen pen(PS_SOLID, units.pen(), static_cast<DWORD>(i % 2 == 0 ? 0x000000 : 0x0000C0));
         DrawFigure(work, i);
     }
 }
@@ -98,9 +109,10 @@ QImage Paper() {
 void BM_FiguresToQt(benchmark::State& run) {
     QImage image = Paper();
     zm::bench::Stage stage(kLibrary, zm::bench::kDevice);
+    const Units units(run);
     for (auto _ : run) {
-        zm::qt::QtDevice device(&image, RenderingOf(run));
-        DrawFigures(stage, &device, static_cast<Work>(run.range(0)), [](int) {});
+        zm::qt::QtDevice device(&image, RenderingOf(run), 1.0, 1.0 / units.perPixel);
+        DrawFigures(stage, &device, units, static_cast<Work>(run.range(0)), [](int) {});
         device.Finish();
     }
     run.SetItemsProcessed(run.iterations() * kFigures);
@@ -111,12 +123,15 @@ void BM_FiguresByQPainter(benchmark::State& run) {
     QImage image = Paper();
     zm::bench::Stage stage(kLibrary, zm::bench::kDevice);
     Keeper keeper;
-    DrawFigures(stage, &keeper, static_cast<Work>(run.range(0)), [&](int) { keeper.figures.emplace_back(); });
+    const Units units(run);
+    const Qt::PenCapStyle cap = run.range(1) == kSheet ? Qt::RoundCap : Qt::SquareCap;
+    DrawFigures(stage, &keeper, units, static_cast<Work>(run.range(0)), [&](int) { keeper.figures.emplace_back(); });
     for (auto _ : run) {
         QPainter painter(&image);
-        painter.setRenderHint(QPainter::Antialiasing, run.range(1) == 1);
+        painter.setRenderHint(QPainter::Antialiasing, run.range(1) != kPixels);
+        painter.scale(1.0 / units.perPixel, 1.0 / units.perPixel);
         for (std::size_t i = 0; i < keeper.figures.size(); ++i) {
-            painter.setPen(QPen(i % 2 == 0 ? QColor(0, 0, 0) : QColor(0xC0, 0, 0), 1, Qt::SolidLine, Qt::SquareCap,
+            painter.setPen(QPen(i % 2 == 0 ? QColor(0, 0, 0) : QColor(0xC0, 0, 0), units.pen(), Qt::SolidLine, cap,
                                 Qt::RoundJoin));
             painter.drawLines(keeper.figures[i]);
         }
@@ -124,8 +139,8 @@ void BM_FiguresByQPainter(benchmark::State& run) {
     run.SetItemsProcessed(run.iterations() * kFigures);
 }
 
-BENCHMARK(BM_FiguresToQt)->ArgNames({"work", "smooth"})->ArgsProduct({{kLines, kSymbols, kPatterns}, {0, 1}});
-BENCHMARK(BM_FiguresByQPainter)->ArgNames({"work", "smooth"})->ArgsProduct({{kLines, kSymbols, kPatterns}, {0, 1}});
+BENCHMARK(BM_FiguresToQt)->ArgNames({"work", "view"})->ArgsProduct({{kLines, kSymbols, kPatterns}, {0, 1, 2}});
+BENCHMARK(BM_FiguresByQPainter)->ArgNames({"work", "view"})->ArgsProduct({{kLines, kSymbols, kPatterns}, {0, 1, 2}});
 
 void BM_ContextToQt(benchmark::State& run) {
     zm::qt::EnsureApplication();

@@ -69,6 +69,8 @@ class ZM_API QtDevice : public Device {
     void ThinLine(const Stroke& stroke, int x1, int y1, int x2, int y2);
     void PutRun(bool down, const QRect& wanted);
     void EndChain();
+    void FillOutline();
+    void Stroking();
     QPointF At(double x, double y) const { return QPointF(x + m_shift, y + m_shift); }
     QBrush BrushOf(const Fill& fill) const;
 
@@ -87,8 +89,14 @@ class ZM_API QtDevice : public Device {
     std::vector<QLineF> m_lines;   // single strokes of m_stroke
     bool m_open = false;           // the last of m_lines may be gone on from
     std::vector<QPointF> m_chain;  // connected strokes of m_stroke
-    QVector<QRect> m_runs;         // pixel runs of m_stroke's colour
-    QVector<QRect> m_gapRuns;      // pixel runs of its gaps
+    bool m_fillsOutlines = false;  // on smooth pixels outlines of solid strokes are filled, which takes less time
+    bool m_fills = false;          // m_stroke's are
+    bool m_filling = false;        // the painter has m_stroke's brush and no pen
+    QPen m_pen;                    // of m_stroke
+    double m_zoom = 1.0;
+    std::vector<QPointF> m_outline;
+    QVector<QRect> m_runs;     // pixel runs of m_stroke's colour
+    QVector<QRect> m_gapRuns;  // pixel runs of its gaps
     POINT m_end{0, 0};
     unsigned m_dashStep = 0;
 };

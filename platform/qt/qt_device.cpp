@@ -2,6 +2,7 @@
 
 #include <QBitmap>
 #include <QImage>
+#include <QPaintEngine>
 #include <QPainterPath>
 #include <QPen>
 #include <algorithm>
@@ -14,6 +15,8 @@
 #include "platform/device/arc_figure.h"
 #include "platform/device/dashes.h"
 #include "platform/qt/qt_text.h"
+#include "platform/qt/stroke_outline.h"
+#include "runtime/uses.h"
 
 namespace zm::qt {
 namespace {
@@ -83,6 +86,8 @@ QtDevice::QtDevice(QPaintDevice* target, Rendering rendering, double unit, doubl
     m_painter.setRenderHint(QPainter::Antialiasing, rendering == Rendering::smooth);
     m_painter.setRenderHint(QPainter::TextAntialiasing, rendering == Rendering::smooth);
     m_painter.setBrushOrigin(0, 0);
+    m_zoom = zoom;
+    m_fillsOutlines = rendering == Rendering::smooth && m_painter.paintEngine()->type() == QPaintEngine::Raster;
 }
 
 QtDevice::~QtDevice() {
@@ -98,17 +103,51 @@ bool QtDevice::Finish() {
 void QtDevice::EndChain() {
     m_open = false;
     if (m_chain.empty()) return;
-    if (m_chain.size() == 2)
-        m_painter.drawPoint(m_chain[0]);  // a wide stroke of no length is a dot
-    else
-        m_painter.drawPolyline(m_chain.data(), static_cast<int>(m_chain.size()));
+    m_outline.clear();
+    if (m_fills) OutlineChain({m_pen.widthF(), m_zoom, !m_caps}, m_chain, m_outline);
+    if (!m_outline.empty()) {
+        FillOutline();
+    } else {
+        Stroking();
+        const auto isFirst = [this](const QPointF& point) { return point == m_chain.front(); };
+        if (std::all_of(m_chain.begin(), m_chain.end(), isFirst))
+            m_painter.drawPoint(m_chain[0]);  // a wide stroke of no length is a dot
+        else
+            m_painter.drawPolyline(m_chain.data(), static_cast<int>(m_chain.size()));
+    }
     m_chain.clear();
+}
+
+void QtDevice::FillOutline() {
+    uses::Count(uses::strokeFilled);
+    if (!m_filling) {
+        m_painter.setPen(Qt::NoPen);
+        m_painter.setBrush(m_pen.color());
+        m_filling = true;
+    }
+    m_painter.drawPolygon(m_outline.data(), static_cast<int>(m_outline.size()), Qt::WindingFill);
+}
+
+// The painter's pen is that of the stroke again.
+void QtDevice::Stroking() {
+    if (!m_filling) return;
+    m_painter.setPen(m_pen);
+    m_painter.setBrush(Qt::NoBrush);
+    m_filling = false;
 }
 
 void QtDevice::Flush() {
     if (!m_painter.isActive()) return;
     EndChain();
-    if (!m_lines.empty()) m_painter.drawLines(m_lines.data(), static_cast<int>(m_lines.size()));
+    if (m_fills && !m_caps) {
+        for (const QLineF& line : m_lines) {
+            OutlineChain({m_pen.widthF(), m_zoom, true}, {line.p1(), line.p2()}, m_outline);
+            FillOutline();
+        }
+    } else if (!m_lines.empty()) {
+        Stroking();
+        m_painter.drawLines(m_lines.data(), static_cast<int>(m_lines.size()));
+    }
     m_lines.clear();
     for (QVector<QRect>* runs : {&m_gapRuns, &m_runs}) {
         if (runs->isEmpty()) continue;
@@ -129,7 +168,10 @@ void QtDevice::TakePen(const Stroke& stroke) {
     m_caps = stroke.width <= 1 && !Dashed(stroke);
     const Pen& pen = PenOf(stroke);
     m_ink = pen.ink;
-    m_painter.setPen(pen.pen);
+    m_pen = pen.pen;
+    m_fills = m_fillsOutlines && !Dashed(stroke) && m_pen.widthF() * m_zoom > 1.0;  // Qt has a short way up to 1
+    m_filling = true;
+    Stroking();
 }
 
 // Figures take turns with a few pens, and a QPen costs as much to make as a short line to draw.
@@ -329,6 +371,13 @@ int QtDevice::Arc(const Stroke& stroke, const RECT& box, POINT start, POINT end)
     const platform::ArcFigure arc =
         platform::FigureOfArc(Clamped(box), {Clamped(start.x), Clamped(start.y)}, {Clamped(end.x), Clamped(end.y)});
     const QRectF ellipse(arc.cx - arc.rx + m_shift, arc.cy - arc.ry + m_shift, 2.0 * arc.rx, 2.0 * arc.ry);
+    if (m_fills) {
+        OutlineArc({m_pen.widthF(), m_zoom, !m_caps}, arc, m_shift, m_outline);
+        if (!m_outline.empty()) {
+            FillOutline();
+            return 1;
+        }
+    }
     constexpr double kDegrees = 180.0 / std::numbers::pi;
     const double from = arc.start * kDegrees;
     double sweep = arc.sweep * kDegrees;
@@ -336,6 +385,7 @@ int QtDevice::Arc(const Stroke& stroke, const RECT& box, POINT start, POINT end)
     const double radius = std::max(arc.rx, arc.ry);
     if (m_rendering == Rendering::pixels && sweep < 360.0 && radius > 0.0)
         sweep = std::max(0.0, sweep - kDegrees / radius);
+    Stroking();
     QPainterPath path;
     path.arcMoveTo(ellipse, from);
     path.arcTo(ellipse, from, sweep);
@@ -376,6 +426,7 @@ int QtDevice::Box(const Stroke* stroke, const Fill& fill, const RECT& box) {
         return 1;
     }
     TakePen(*stroke);
+    Stroking();
     QRectF outline(around.left() + m_shift, around.top() + m_shift, around.width() - 1, around.height() - 1);
     if (stroke->style == PS_INSIDEFRAME) {
         const double half = (stroke->width - 1) / 2.0;

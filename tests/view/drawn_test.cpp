@@ -125,12 +125,17 @@ TEST_F(ViewDrawn, AHiddenLayerIsNeitherDrawnNorFound) {
     }
 }
 
-TEST_F(ViewDrawn, ATextIsFoundAndAVertexIsSnappedTo) {
+TEST_F(ViewDrawn, ATextAndAPositionAreFoundAndAVertexIsSnappedTo) {
     for (const std::string& file : {recording, drawing}) {
         const auto worker = Open(file);
         const json found = worker->Ask({{"do", "search"}, {"text", "town h"}}).at("found");
         ASSERT_FALSE(found.empty()) << file;
         EXPECT_NEAR(found[0].at("box")[0].get<double>(), kX + 20, 15.0);
+        for (const char* text : {"3400050 40500060", "40500060 3400050", "X=3400050 Y=40500060"}) {
+            const json place = worker->Ask({{"do", "search"}, {"text", text}}).at("found");
+            ASSERT_EQ(place.size(), 1U) << text;
+            EXPECT_EQ(place[0].at("box"), (json{kX + 60, kY + 50, kX + 60, kY + 50})) << text;
+        }
         const json corner = worker->Ask({{"do", "snap"}, {"x", kX + 29}, {"y", kY + 39}, {"reach", 2.0}});
         ASSERT_TRUE(corner.contains("x")) << file;
         EXPECT_NEAR(corner.at("x").get<double>(), kX + 30, 0.01);

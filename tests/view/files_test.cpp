@@ -6,6 +6,7 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QProcess>
 #include <QTreeWidget>
 #include <QUrl>
 #include <filesystem>
@@ -56,6 +57,9 @@ class WindowFiles : public WindowTest {
         EXPECT_TRUE(enter.isAccepted());
         QDropEvent drop(QPointF(300, 300), Qt::CopyAction, &data, Qt::LeftButton, keys);
         QApplication::sendEvent(&window(), &drop);
+    }
+    static void Run(const char* command, const QStringList& arguments) {
+        EXPECT_EQ(QProcess::execute(command, arguments), 0) << command;
     }
     int Layers() const { return layers().topLevelItemCount(); }
     void Check(int row, bool shown) const {
@@ -196,6 +200,50 @@ TEST_F(WindowFiles, AFileThatIsBeingWrittenIsReadOnceItIsWhole) {
     EXPECT_TRUE(WaitFor(
         [&] { return layers().topLevelItem(0)->childCount() == 1 && layers().topLevelItem(0)->text(1) == "2"; }));
     WaitForPicture();
+}
+
+// Another program edits a layer of a database and keeps it open, as programs with a map do: what it wrote lies in a log
+// beside the file.
+TEST_F(WindowFiles, WhatAnotherProgramWritesToADatabaseThatItKeepsOpenIsSeen) {
+    Run("ogr2ogr", {"-f", "GPKG", Path("town.gpkg"), town, "-nln", "things"});
+    QProcess other;
+    other.start("python3", {"-c",
+                            "import sqlite3, sys\n"
+                            "base = sqlite3.connect(sys.argv[1], isolation_level=None)\n"
+                            "print(base.execute('PRAGMA journal_mode=WAL').fetchone(), flush=True)\n"
+                            "for name in ('IsEmpty', 'MinX', 'MaxX', 'MinY', 'MaxY'):\n"
+                            "    base.create_function('ST_' + name, 1, lambda shape: 0)\n"
+                            "for line in sys.stdin:\n"
+                            "    base.execute(line)\n",
+                            Path("town.gpkg")});
+    ASSERT_TRUE(other.waitForReadyRead(kPatience));
+    ASSERT_TRUE(other.readAllStandardOutput().contains("wal"));
+    Open({Path("town.gpkg") + ":things"});
+    ASSERT_TRUE(WaitFor([&] { return Layers() == 1 && layers().topLevelItem(0)->childCount() == 3; }));
+    other.write("UPDATE things SET kind = 'stump' WHERE kind = 'tree'\n");
+    EXPECT_TRUE(WaitFor([&] { return layers().topLevelItem(0)->childCount() == 2; }));
+    QTest::qWait(1000);
+    EXPECT_EQ(Messages().count("read again"), 1);  // the reader's own work on the log changes nothing
+    other.closeWriteChannel();
+    EXPECT_TRUE(other.waitForFinished(kPatience));
+}
+
+TEST_F(WindowFiles, AttributesBesideAShapefileThatAreSavedAreSeen) {
+    const auto shape = [&](const char* name, const char* kind) {
+        const std::string data = zenro.File(
+            "lines.geojson",
+            Collection(LineFeature("[40500000,3400050],[40500100,3400050]", "\"kind\":\"" + std::string(kind) + "\"")));
+        Run("ogr2ogr", {"-f", "ESRI Shapefile", Path(name), QString::fromStdString(data)});
+    };
+    shape("lines.shp", "road");
+    shape("other.shp", "path");
+    rules = QString::fromStdString(
+        zenro.File("lines.rules", "[*]\nkind = 'road' -> symbol 250\nkind = 'path' -> symbol 30\n"));
+    Open({Path("lines.shp")});
+    const auto drawn = [&] { return Layers() == 1 ? layers().topLevelItem(0)->child(0)->text(0) : QString(); };
+    ASSERT_TRUE(WaitFor([&] { return drawn().startsWith("250"); }));
+    fs::copy_file(zenro / "other.dbf", zenro / "lines.dbf", fs::copy_options::overwrite_existing);
+    EXPECT_TRUE(WaitFor([&] { return drawn().startsWith("30"); })) << Messages().toStdString();
 }
 
 TEST_F(WindowFiles, WrongRulesAreNamedAtTheirLineAndTheLastGoodPictureStays) {

@@ -97,7 +97,8 @@ TEST_F(WindowHand, KeysTurnTheMapAndNorthIsUpAgain) {
 TEST_F(WindowHand, AScaleIsPickedOrTyped) {
     Open();
     auto* box = window().findChild<QComboBox*>("scale");
-    box->lineEdit()->selectAll();
+    QTest::keyClick(&map(), Qt::Key_L, Qt::ControlModifier);
+    EXPECT_TRUE(box->lineEdit()->hasFocus());
     QTest::keyClicks(box->lineEdit(), "1:1 750");
     QTest::keyClick(box->lineEdit(), Qt::Key_Return);
     EXPECT_NEAR(map().scale(), 1750.0, 1e-6);
@@ -170,7 +171,36 @@ TEST_F(WindowHand, TheCoordinateIsCopiedAsCoordReadsIt) {
     ASSERT_EQ(parts.size(), 2) << copied.toStdString();
     EXPECT_NEAR(parts[0].toDouble(), at.y(), 0.0006);  // northing first
     EXPECT_NEAR(parts[1].toDouble(), at.x(), 0.0006);
-    EXPECT_TRUE(copied.section('\t', 1).startsWith("30°"));
+    EXPECT_TRUE(copied.section('\t', 1).startsWith("N30°")) << copied.toStdString();
+    const std::string points = zenro.File("copied.txt", copied.toStdString() + "\n");
+    const Outcome r = zenro.Run({"coord", "to-geo", points, "--angles", "dms", "--decimals", "3"});
+    EXPECT_EQ(r.status, 0) << r.err;
+    // What coord makes of the plane is what the window said of the degrees.
+    EXPECT_NE(r.out.find(Said("degrees").section("  ", 0, 0).chopped(1).toStdString()), std::string::npos) << r.out;
+    // The search reads it too.
+    auto* search = window().findChild<QLineEdit*>("search");
+    search->setText(copied);
+    QTest::keyClick(search, Qt::Key_Return);
+    EXPECT_TRUE(WaitFor([&] { return map().viewport().x == parts[1].toDouble(); }));
+    EXPECT_EQ(map().viewport().y, parts[0].toDouble());
+}
+
+TEST_F(WindowHand, EnterDoesInTheMiddleWhatAClickDoes) {
+    Open({}, {"--sheet=40500000,3400000,40500100,3400100"});
+    map().Fit(QRectF(kTownX + 15, kTownY + 20, 10, 10));
+    WaitForPicture();
+    QTest::keyClick(&map(), Qt::Key_Return);
+    auto* feature = window().findChild<QTreeWidget*>("feature");
+    EXPECT_TRUE(WaitFor([&] { return feature->topLevelItemCount() == 1; }));
+    QTest::keyClick(&map(), Qt::Key_S);
+    QTest::keyClick(&map(), Qt::Key_D);
+    QTest::keyClick(&map(), Qt::Key_Enter);
+    QTest::keyClick(&map(), Qt::Key_Right);
+    QTest::keyClick(&map(), Qt::Key_Enter);
+    EXPECT_EQ(map().measured().size(), 2);
+    const double length = map().measured()[1].x() - map().measured()[0].x();
+    EXPECT_NEAR(length, map().width() * 0.15 * map().viewport().pixel, 1e-6);
+    EXPECT_TRUE(WaitFor([&] { return map().readout().contains(QString::number(length, 'f', 3) + " m"); }));
 }
 
 TEST_F(WindowHand, ThePictureIsCopiedAsItIsSeen) {

@@ -163,11 +163,44 @@ INSTANTIATE_TEST_SUITE_P(
         SearchCase{"easting_and_northing", "40500050, 3400050", "position", kX + 50, kY + 50},
         // The central meridian is where the easting is 500 km; the latitude by zenro coord to-geo, to 1e-7 degrees.
         SearchCase{"degrees", "30.7206175 120", "position", kX, kY},
+        // One place in each form of coord; its degrees by zenro coord to-geo, other zones by to-plane.
+        SearchCase{"decimal_degrees", "30.721068455 120.000522024", "position", kX + 50, kY + 50},
+        SearchCase{"longitude_first", "120.000522024 30.721068455", "position", kX + 50, kY + 50},
+        SearchCase{"packed_degrees", "30.431584644 120.000187928", "position", kX + 50, kY + 50},
+        SearchCase{"marks", "30°43'15.8464\" 120°00'01.8793\"", "position", kX + 50, kY + 50},
+        SearchCase{"marks_longitude_first", "120°00′01.8793″，30°43′15.8464″", "position", kX + 50, kY + 50},
+        SearchCase{"letters", "E120.000522024 N30.721068455", "position", kX + 50, kY + 50},
+        SearchCase{"chinese", "东经120度00分1.8793秒 北纬30度43分15.8464秒", "position", kX + 50, kY + 50},
+        SearchCase{"named_degrees", "lon=120.000522024 lat=30.721068455", "position", kX + 50, kY + 50},
+        SearchCase{"named_metres", "east=40500050 north=3400050", "position", kX + 50, kY + 50},
+        SearchCase{"as_the_line_below_has_it", "E 40500050.00  N 3400050.00", "position", kX + 50, kY + 50},
+        SearchCase{"x_for_the_northing", "X=3400050 Y=40500050", "position", kX + 50, kY + 50},
+        SearchCase{"easting_without_zone", "3400050 500050", "position", kX + 50, kY + 50},
+        SearchCase{"easting_from_the_meridian", "3400050 50", "position", kX + 50, kY + 50},
+        SearchCase{"easting_first_without_zone", "500050 3400050", "position", kX + 50, kY + 50},
+        SearchCase{"zone_beside_it", "3403897.386 39787456.619", "position", kX + 50, kY + 50},
+        SearchCase{"zone_of_6_degrees", "3403894.707 21212643.443", "position", kX + 50, kY + 50},
+        SearchCase{"with_a_height", "3400050 40500050 12.5", "position", kX + 50, kY + 50},
+        SearchCase{"line_of_a_list", "P7,HOUSE,500050,3400050,12.5", "position", kX + 50, kY + 50},
+        SearchCase{"in_the_plane_far_from_the_data", "3700050 40500050", "position", kX + 50, kY + 300050},
+        SearchCase{"degrees_far_from_the_data", "120 30.7", "position", kX, 3397714.256},
         SearchCase{"corner_of_a_sheet", "3400.00-500.00", "sheet", kX + 125.0, kY + 125.0}),
     [](const auto& info) { return std::string(info.param.name); });
 
+TEST_F(ViewWorker, WhatATextMayMeanIsFoundOnceAndAtTheData) {
+    const auto worker = Open();
+    const auto found = [&](const char* text) { return worker->Ask({{"do", "search"}, {"text", text}}).at("found"); };
+    EXPECT_EQ(found("30.43158 120.00019").size(), 1U);
+    EXPECT_EQ(found("30.7210 120.0005").size(), 1U);
+    EXPECT_EQ(found("3400050 40500050").size(), 1U);
+    EXPECT_THAT(found("3400050 500050")[0].at("title").get<std::string>(),
+                HasSubstr("3400050 500050 - E 40500050.000  N 3400050.000"));
+}
+
 TEST_F(ViewWorker, FindsNothingWhereThereIsNothing) {
-    EXPECT_TRUE(Open()->Ask({{"do", "search"}, {"text", "nowhere"}}).at("found").empty());
+    const auto worker = Open();
+    for (const char* text : {"nowhere", "7 12", "3400050", "1,2,3", "30.7 north", "99.5 200.5"})
+        EXPECT_TRUE(worker->Ask({{"do", "search"}, {"text", text}}).at("found").empty()) << text;
 }
 
 TEST_F(ViewWorker, MeasuresInThePlaneAndOnTheEllipsoid) {

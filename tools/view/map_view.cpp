@@ -343,7 +343,10 @@ void MapView::mouseReleaseEvent(QMouseEvent* event) {
         m_view.ZoomTo(QRectF(from, at).normalized());
         return Moved();
     }
-    if (m_dragged || event->button() != Qt::LeftButton) return;
+    if (!m_dragged && event->button() == Qt::LeftButton) Click(at);
+}
+
+void MapView::Click(QPointF at) {
     const QPointF plane = m_view.ToPlane(at);
     if (m_tool == Tool::zoom) {
         m_view.ZoomAbout(at, 2.0);
@@ -392,6 +395,9 @@ void MapView::keyPressEvent(QKeyEvent* event) {
                 emit Measured(false);
             }
             return;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            return Click(QPointF(width() / 2.0, height() / 2.0));
         case Qt::Key_Escape:
             m_band.reset();
             ClearMeasured();

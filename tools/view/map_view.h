@@ -96,6 +96,8 @@ class MapView : public QWidget {
     void PaintMeasured(QPainter& painter) const;
     void PaintBar(QPainter& painter) const;
     void ShowCursor();
+    /// What the tool does at a place of the screen.
+    void Click(QPointF at);
 
     WorkerLink* m_link = nullptr;
     Viewport m_view;

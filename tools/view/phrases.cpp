@@ -33,6 +33,7 @@ constexpr Phrase kPhrases[] = {
     {"Zoom out", "缩小"},
     {"Previous view", "上一视图"},
     {"Next view", "下一视图"},
+    {"Scale", "比例尺"},
     {"North up", "正北朝上"},
     {"Turn left", "左转"},
     {"Turn right", "右转"},

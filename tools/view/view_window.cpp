@@ -211,20 +211,28 @@ void ViewWindow::Watch(const QStringList& files) {
         if (!folders.contains(folder)) folders << folder;
         m_watched << file;
     }
-    if (!m_watched.isEmpty()) m_watcher.addPaths(m_watched + folders);
+    for (const QString& file : m_watched)
+        if (QFileInfo::exists(file)) folders << file;
+    if (!folders.isEmpty()) m_watcher.addPaths(folders);
     for (const QString& file : m_watched)
         if (!m_stamps.contains(file)) m_stamps[file] = StampOf(file);
 }
 
 QString ViewWindow::StampOf(const QString& file) {
     const QFileInfo info(file);
+    // The log of a database is there, empty, as soon as somebody reads it.
+    if (file.endsWith("-wal") && info.size() == 0) return {};
     return info.exists() ? QString::number(info.size()) + " " + QString::number(info.lastModified().toMSecsSinceEpoch())
                          : QString();
 }
 
 // Taken before the files are read, so that a change meanwhile is one.
 void ViewWindow::RememberFiles() {
-    for (const QString& file : m_watched) m_stamps[file] = StampOf(file);
+    QStringList files = m_watched;
+    for (const QString& text : m_job.inputs + m_job.options)  // what is watched is not known before the first reading
+        files << QFileInfo(text.startsWith("--") ? text.section('=', 1) : text).absoluteFilePath();
+    for (const QString& file : files)
+        if (m_watched.contains(file) || QFileInfo(file).isFile()) m_stamps[file] = StampOf(file);
 }
 
 bool ViewWindow::FilesChanged() {

@@ -94,6 +94,10 @@ void ViewWindow::MakeMenus() {
     Add(view, "Zoom out", {QKeySequence::ZoomOut}, [this] { m_map->ZoomBy(1.0 / 1.5); });
     Add(view, "Previous view", {QKeySequence("Alt+Left")}, [this] { m_map->Back(); });
     Add(view, "Next view", {QKeySequence("Alt+Right")}, [this] { m_map->Forward(); });
+    Add(view, "Scale", {QKeySequence("Ctrl+L")}, [this] {
+        m_scale->setFocus();
+        m_scale->lineEdit()->selectAll();
+    });
     view->addSeparator();
     Add(view, "North up", {QKeySequence("N")}, [this] { m_map->Turn(-m_map->viewport().rotation); });
     Add(view, "Turn left", {QKeySequence("Ctrl+Left")}, [this] { m_map->Turn(15.0); });

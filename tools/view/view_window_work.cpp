@@ -78,9 +78,10 @@ void ViewWindow::CopyCoordinate() {
         return QApplication::clipboard()->setText(lines.join('\n'));
     }
     const QPointF at = m_map->cursor();
-    // Northing first, as coord reads it.
+    // Northing first, as coord reads it; a number after the two would be a third one, so the letters of degrees go first.
     QString text = Metres(at.y()) + " " + Metres(at.x());
-    if (!m_degrees->text().isEmpty()) text += "\t" + m_degrees->text();
+    for (const QString& angle : m_degrees->text().split("  ", Qt::SkipEmptyParts))
+        text += (text.contains('\t') ? " " : "\t") + angle.right(1) + angle.chopped(1);
     QApplication::clipboard()->setText(text);
     m_doing->setText(text);
 }

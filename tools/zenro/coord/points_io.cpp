@@ -357,7 +357,8 @@ PointKind KindOf(const std::vector<Column>& columns) {
 }
 
 std::string ReadPointText(std::string_view line, const PointFormat& format, PointLine& point) {
-    const std::string wrong = ReadPoint(line, format, point);
+    const std::string wrong =
+        format.columns.empty() ? ReadPoint(line, format, point) : ReadByColumns(line, format, point);
     return wrong.empty() ? OutOfRange(point, format) : wrong;
 }
 

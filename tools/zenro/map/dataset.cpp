@@ -214,6 +214,17 @@ std::vector<OpenInput> OpenInputs(const std::string& input, const TextDecoder& d
     return opened;
 }
 
+std::vector<std::string> FilesOf(GDALDataset& dataset) {
+    std::vector<std::string> files;
+    std::error_code error;
+    char** list = dataset.GetFileList();
+    for (char** one = list; one != nullptr && *one != nullptr; ++one)
+        if (fs::is_regular_file(PathOf(*one), error)) files.emplace_back(*one);
+    CSLDestroy(list);
+    if (IsDatabase(dataset) && !files.empty()) files.push_back(files.front() + "-wal");
+    return files;
+}
+
 LayerReader::LayerReader(GDALDataset& dataset, OGRLayer& layer, bool own, std::string name, const TextDecoder& decoder,
                          const Selection& selection, Report& report)
     : m_dataset(dataset),

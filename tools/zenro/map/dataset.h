@@ -42,6 +42,10 @@ struct OpenInput {
 /// one dataset), "-" for stdin, or a name of GDAL's own. Throws Failure (kNoInput).
 std::vector<OpenInput> OpenInputs(const std::string& input, const TextDecoder& decoder);
 
+/// The files that hold a dataset, as far as they are files of their own, and beside those of a database the log that has
+/// what was written last, be it there or not.
+std::vector<std::string> FilesOf(GDALDataset& dataset);
+
 /// The features of one layer with names and texts in UTF-8.
 class LayerReader {
  public:

@@ -761,6 +761,17 @@ std::vector<std::pair<std::string, std::string>> Source::FieldsOf(const std::str
     return fields;
 }
 
+std::vector<std::string> Source::Files() const {
+    std::set<std::string> files;
+    std::error_code error;
+    for (const std::string& input : m_options.inputs)
+        for (const std::string& file : {input, input.substr(0, input.rfind(':'))})  // of FILE:LAYER
+            if (fs::is_regular_file(PathOf(file), error)) files.insert(file);
+    for (const OpenInput& input : m_state->inputs)
+        for (const std::string& file : FilesOf(*input.dataset)) files.insert(file);
+    return {files.begin(), files.end()};
+}
+
 Chain Source::ReadClipArea(const std::string& file) {
     const TextDecoder plain({});
     std::vector<OpenInput> kept;

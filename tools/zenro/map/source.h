@@ -70,6 +70,9 @@ class Source {
     /// Names and values of the fields of a feature that was read, in UTF-8, as far as they have values; nothing where
     /// the source cannot find it by its number. layer: the name that the store has it under.
     std::vector<std::pair<std::string, std::string>> FieldsOf(const std::string& layer, long long fid);
+    /// The files that the inputs are read from, as far as they are files of their own: those beside a Shapefile too, and
+    /// the log in which a database keeps what was written last, be it there or not.
+    std::vector<std::string> Files() const;
     /// The outer ring of the first area in a file, in the plane and open, for --clip.
     Chain ReadClipArea(const std::string& file);
 

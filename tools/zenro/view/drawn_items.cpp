@@ -6,7 +6,7 @@
 
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
-#include "tools/zenro/coord/points_io.h"
+#include "tools/zenro/view/positions.h"
 
 namespace fs = std::filesystem;
 
@@ -144,13 +144,8 @@ Json DrawnItems::Snap(double x, double y, double reach) const {
 Json DrawnItems::Find(const std::string& text) const {
     Json found = Json::array();
     const std::string wanted = Small(Trim(text));
-    PointLine point;
-    PointFormat plane;
-    plane.kind = PointKind::plane;
     if (wanted.empty()) return {{"found", found}};
-    if (ReadPointText(wanted, plane, point).empty())
-        found.push_back(
-            {{"kind", "position"}, {"title", text}, {"box", {point.second, point.first, point.second, point.first}}});
+    found = FindPositions(Trim(text), TargetPlane(), whole());
     for (std::size_t i = 0; i < m_items.size() && found.size() < kMostFound; ++i)
         if (Shown(i) && !m_boxes[i].empty() && Small(m_items[i].text).find(wanted) != std::string::npos)
             found.push_back({{"kind", "name"}, {"title", NameOf(i)}, {"box", BoxOf(m_boxes[i])}});

@@ -1,12 +1,11 @@
 // The search: what a text may mean, tried one after the other.
 #include <algorithm>
 #include <cctype>
-#include <cmath>
 
 #include "runtime/text/gbk.h"
 #include "tools/kit/text.h"
-#include "tools/zenro/coord/points_io.h"
 #include "tools/zenro/view/answers.h"
+#include "tools/zenro/view/positions.h"
 
 namespace zm::tool {
 namespace {
@@ -20,32 +19,6 @@ std::string Small(std::string text) {
 
 Json FoundAt(const char* kind, const std::string& title, const Box& box) {
     return {{"kind", kind}, {"title", title}, {"box", {box.x1, box.y1, box.x2, box.y2}}};
-}
-
-Box At(double x, double y) {
-    return {x, y, x, y};
-}
-
-// A position in degrees or in the plane, in the order of coord; a plane position the other way round where only that
-// lies in the data.
-void FindPosition(const OpenedMap& map, const std::string& text, Json& found) {
-    PointLine point;
-    for (const AngleForm form : {AngleForm::decimal, AngleForm::dms}) {
-        PointFormat degrees;
-        degrees.angles = form;
-        double x = 0.0, y = 0.0;
-        if (!ReadPointText(text, degrees, point).empty() || !point.rest.empty()) continue;
-        if (map.ToPlane(point.first, point.second, x, y)) found.push_back(FoundAt("position", text, At(x, y)));
-        if (!found.empty()) return;
-    }
-    PointFormat plane;
-    plane.kind = PointKind::plane;
-    if (text.find_first_of("0123456789") == std::string::npos) return;
-    const std::string wrong = ReadPointText(text, plane, point);
-    if (!wrong.empty() && wrong.find("swapped") == std::string::npos) return;
-    const Box straight = At(point.second, point.first), swapped = At(point.first, point.second);
-    const bool turned = !wrong.empty() || (!straight.Meets(map.data) && swapped.Meets(map.data));
-    found.push_back(FoundAt("position", text, turned ? swapped : straight));
 }
 
 void FindSheet(const OpenedMap& map, const std::string& text, Json& found) {
@@ -88,7 +61,7 @@ Json Find(OpenedMap& map, const std::string& text) {
     const std::string wanted = Trim(text);
     if (wanted.empty()) return {{"found", found}};
     FindSheet(map, wanted, found);
-    if (found.empty()) FindPosition(map, wanted, found);
+    if (found.empty()) found = FindPositions(wanted, map.source.plane(), map.data);
     FindFeatures(map, wanted, found);
     return {{"found", found}, {"more", found.size() >= kMostFound}};
 }

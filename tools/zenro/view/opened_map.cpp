@@ -82,12 +82,16 @@ std::vector<std::string> OpenedMap::Files() const {
     const auto file = [&](const std::string& given, const char* name) {
         return given.empty() ? (standard / name).string() : given;
     };
-    std::vector<std::string> files = job.source.inputs;
+    std::vector<std::string> files;
     if (!job.rules.empty()) files.push_back(rules.path.string());
     files.push_back(SymbolFile());
     files.push_back(file(job.library.notes, "Orvnote.cod"));
     files.push_back(file(job.library.project, "project.ini"));
     std::vector<std::string> found;
+    for (const std::string& one : source.Files()) {
+        std::error_code error;
+        found.push_back(fs::absolute(PathOf(one), error).string());
+    }
     for (const std::string& one : files) {
         std::error_code error;
         const fs::path path = fs::absolute(PathOf(one), error);
@@ -103,14 +107,6 @@ bool OpenedMap::ToDegrees(double x, double y, double& latitude, double& longitud
     latitude /= kDegree;
     longitude = longitude / kDegree + plane.meridian;
     return std::fabs(latitude) <= 90.0 && std::fabs(longitude) <= 360.0;
-}
-
-bool OpenedMap::ToPlane(double latitude, double longitude, double& x, double& y) const {
-    const TargetPlane& plane = source.plane();
-    if (!plane.geodetic || !(std::fabs(longitude - plane.meridian) < 30.0)) return false;
-    JWD_to_Gaosi(plane.selector, latitude * kDegree, longitude * kDegree, plane.meridian * kDegree, y, x);
-    x += plane.eastOffset;
-    return true;
 }
 
 }  // namespace zm::tool

@@ -39,7 +39,6 @@ class OpenedMap {
 
     /// A position in degrees; false where the plane is of no known system.
     bool ToDegrees(double x, double y, double& latitude, double& longitude) const;
-    bool ToPlane(double latitude, double longitude, double& x, double& y) const;
 
  private:
     std::vector<bool> m_leftOut;

@@ -110,6 +110,25 @@ TEST_F(Draw, HeightsStandInTheDwgFile) {
     EXPECT_NE(m_zenro.Run({"dwg", "dump", "out.dwg", "--json"}).out.find("12.5"), std::string::npos);
 }
 
+// A sheet that nobody cut to round numbers, as a view of a window: the numbers of its corners are long.
+TEST_F(Draw, NumbersOfAFrameWithOddCornersKeepApartAndInside) {
+    const auto frame = [&](const std::string& sheet) {
+        Run(Collection(LineFeature("[40512010,3456010],[40512090,3456070]", "\"a\":1")), "* -> symbol 250",
+            {"-o", "out.rec", "--sheet", sheet});
+        return ReadFile(m_zenro / "out.rec");
+    };
+    const std::string odd = frame("40511885.123,3455972.377,40512613.288,3456520.311");
+    EXPECT_EQ(Count(odd, ":11.900\n"), 0);  // 15 mm from the corner with 40511.885
+    EXPECT_EQ(Count(odd, ":12.600\n"), 0);
+    EXPECT_EQ(Count(odd, ":12.000\n"), 2);
+    EXPECT_EQ(Count(odd, ":2.50:40511.885\n"), 2);
+    EXPECT_EQ(Count(odd, ":3456.520\n"), 2);
+    EXPECT_EQ(Count(odd, ":2.50:3456.520\n"), 0);  // smaller, between the neat line and the frame
+    const std::string round = frame("40511880,3456000,40512580,3456500");
+    EXPECT_EQ(Count(round, ":2.50:3456.50\n"), 2) << round;
+    EXPECT_EQ(Count(round, ":11.90\n"), 2);
+}
+
 TEST_F(Draw, AllOutputsHaveTheSameFigure) {
     const std::string data = Collection(
         LineFeature("[40512010,3456010],[40512090,3456070]", "\"a\":1,\"name\":\"清溪路\"") + "," +

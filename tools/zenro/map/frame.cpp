@@ -122,16 +122,29 @@ std::string Kilometres(double metres, int decimals, bool whole) {
 
 namespace {
 
+// The most that a number in digits comes out long, whatever the font, millimetres of paper; its point is half as wide.
+double LengthOf(const std::string& number) {
+    constexpr double kDigit = 0.6 * kCoordinateHeight;
+    const auto points = std::count(number.begin(), number.end(), '.');
+    return kDigit * (static_cast<double>(number.size()) - 0.5 * static_cast<double>(points));
+}
+
 void DrawCoordinates(const Page& page, TqNoteLayBase& notes) {
     const Box& b = page.sheet;
     const double step = page.Ground(kGridStep), gap = page.Ground(kOuterFrame) / 2;
     const int decimals = std::max(KilometreDecimals(page), DecimalsOf(step));
-    const double margin = page.Ground(12.0);
+    constexpr double kFromCorner = 1.0, kApart = 0.5, kLeastMargin = 12.0;  // millimetres of paper
+    const double margin = page.Ground(kLeastMargin);
+    // Sheets with odd corners have long numbers there, and the next one keeps away from them.
+    const auto beside = [&](double corner, double line) {
+        return page.Ground(std::max(kLeastMargin, kFromCorner + LengthOf(Kilometres(corner, decimals, true)) + kApart +
+                                                      LengthOf(Kilometres(line, decimals, false)) / 2.0));
+    };
     const auto put = [&](double value, bool whole, double x, double y, double degrees) {
         PutText(page, notes, Kilometres(value, decimals, whole), kCoordinateHeight, x, y, Align::centre, degrees);
     };
     for (const double v : GridLines(b.x1, b.x2, step)) {
-        if (v - b.x1 < margin || b.x2 - v < margin) continue;
+        if (v - b.x1 < beside(b.x1, v) || b.x2 - v < beside(b.x2, v)) continue;
         put(v, false, v, b.y1 - gap, 0.0);
         put(v, false, v, b.y2 + gap, 0.0);
     }
@@ -140,14 +153,20 @@ void DrawCoordinates(const Page& page, TqNoteLayBase& notes) {
         put(v, false, b.x1 - gap, v, 90.0);
         put(v, false, b.x2 + gap, v, 90.0);
     }
-    const double in = page.Ground(1.0), low = page.Ground(kCoordinateHeight / 2 + 0.8);
+    const double in = page.Ground(kFromCorner), low = page.Ground(kCoordinateHeight / 2 + 0.8);
     for (const double y : {b.y1 - gap, b.y2 + gap}) {
         PutText(page, notes, Kilometres(b.x1, decimals, true), kCoordinateHeight, b.x1 + in, y, Align::left);
         PutText(page, notes, Kilometres(b.x2, decimals, true), kCoordinateHeight, b.x2 - in, y, Align::right);
     }
+    // Between the neat line and the frame, smaller where a number is longer than that.
+    const auto fitted = [&](double value, double x, double y) {
+        const std::string text = Kilometres(value, decimals, true);
+        const double room = (kOuterFrame - 2.0 * kFromCorner) / LengthOf(text);
+        PutText(page, notes, text, kCoordinateHeight * std::min(1.0, room), x, y, Align::right);
+    };
     for (const double x : {b.x1 - in, b.x2 + page.Ground(kOuterFrame) - in}) {
-        PutText(page, notes, Kilometres(b.y1, decimals, true), kCoordinateHeight, x, b.y1 + low, Align::right);
-        PutText(page, notes, Kilometres(b.y2, decimals, true), kCoordinateHeight, x, b.y2 - low, Align::right);
+        fitted(b.y1, x, b.y1 + low);
+        fitted(b.y2, x, b.y2 - low);
     }
 }
 

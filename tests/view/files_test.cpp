@@ -295,6 +295,16 @@ TEST_F(WindowFiles, SymbolsNotesAndLayersThatAreSavedAreSeen) {
     EXPECT_TRUE(seen()) << "notes";
     replaced("project.ini", " 200 205 1 1", " 200 205 3 1");
     EXPECT_TRUE(seen()) << "layers";
+    // What is wrong in a file that is read nevertheless is said at its line.
+    window().findChild<QDockWidget*>("messagesDock")->hide();
+    replaced("own.dat", "3 0,0 9", "3 0,0 9\n7 1,1 2,2");
+    EXPECT_TRUE(WaitForMessage("own.dat:3: code 17: "));
+    EXPECT_TRUE(window().findChild<QDockWidget*>("messagesDock")->isVisible());
+    replaced("project.ini", " 200 205 3 1", " 200 x205 3 1");
+    EXPECT_TRUE(WaitForMessage(" 200 x205 3"));
+    EXPECT_EQ(Messages().count(" 200 x205 3"), 1);
+    replaced("project.ini", " 200 x205 3 1", " 200 205 3 1");
+    EXPECT_TRUE(WaitFor([&] { return map().isWhole() && map().Seen() == last; }));
     // A library without a symbol is none: it is said, and the picture stays.
     WriteFile(zenro / "own.dat", "nothing\n");
     EXPECT_TRUE(WaitForMessage("own.dat: is no symbol library"));

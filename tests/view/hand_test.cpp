@@ -185,6 +185,16 @@ TEST_F(WindowHand, TheCoordinateIsCopiedAsCoordReadsIt) {
     EXPECT_EQ(map().viewport().y, parts[0].toDouble());
 }
 
+TEST_F(WindowHand, WhereTheMouseWasNeverOnTheMapTheMiddleIsCopied) {
+    Open();
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&map(), &leave);
+    EXPECT_EQ(Said("plane"), "");
+    QTest::keyClick(&window(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(),
+              QString::number(map().viewport().y, 'f', 3) + " " + QString::number(map().viewport().x, 'f', 3));
+}
+
 TEST_F(WindowHand, EnterDoesInTheMiddleWhatAClickDoes) {
     Open({}, {"--sheet=40500000,3400000,40500100,3400100"});
     map().Fit(QRectF(kTownX + 15, kTownY + 20, 10, 10));
@@ -197,7 +207,7 @@ TEST_F(WindowHand, EnterDoesInTheMiddleWhatAClickDoes) {
     QTest::keyClick(&map(), Qt::Key_Enter);
     QTest::keyClick(&map(), Qt::Key_Right);
     QTest::keyClick(&map(), Qt::Key_Enter);
-    EXPECT_EQ(map().measured().size(), 2);
+    ASSERT_EQ(map().measured().size(), 2);
     const double length = map().measured()[1].x() - map().measured()[0].x();
     EXPECT_NEAR(length, map().width() * 0.15 * map().viewport().pixel, 1e-6);
     EXPECT_TRUE(WaitFor([&] { return map().readout().contains(QString::number(length, 'f', 3) + " m"); }));

@@ -167,6 +167,7 @@ INSTANTIATE_TEST_SUITE_P(
         SearchCase{"decimal_degrees", "30.721068455 120.000522024", "position", kX + 50, kY + 50},
         SearchCase{"longitude_first", "120.000522024 30.721068455", "position", kX + 50, kY + 50},
         SearchCase{"packed_degrees", "30.431584644 120.000187928", "position", kX + 50, kY + 50},
+        SearchCase{"blanks", "30 43 15.8464 120 00 01.8793", "position", kX + 50, kY + 50},
         SearchCase{"marks", "30°43'15.8464\" 120°00'01.8793\"", "position", kX + 50, kY + 50},
         SearchCase{"marks_longitude_first", "120°00′01.8793″，30°43′15.8464″", "position", kX + 50, kY + 50},
         SearchCase{"letters", "E120.000522024 N30.721068455", "position", kX + 50, kY + 50},

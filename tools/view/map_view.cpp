@@ -301,7 +301,7 @@ void MapView::wheelEvent(QWheelEvent* event) {
     }
     Moved();
     m_cursor = m_view.ToPlane(event->position());
-    emit CursorMoved(m_cursor);
+    emit CursorMoved(*m_cursor);
 }
 
 void MapView::mousePressEvent(QMouseEvent* event) {
@@ -328,7 +328,7 @@ void MapView::mouseMoveEvent(QMouseEvent* event) {
         }
     }
     m_cursor = m_view.ToPlane(at);
-    emit CursorMoved(m_cursor);
+    emit CursorMoved(*m_cursor);
 }
 
 void MapView::mouseReleaseEvent(QMouseEvent* event) {
@@ -363,7 +363,7 @@ void MapView::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void MapView::leaveEvent(QEvent*) {
-    emit CursorMoved(m_cursor);
+    if (m_cursor) emit CursorMoved(*m_cursor);
 }
 
 void MapView::keyPressEvent(QKeyEvent* event) {

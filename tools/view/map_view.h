@@ -63,7 +63,8 @@ class MapView : public QWidget {
     void SetHighlight(std::vector<QPolygonF> outline);
     void SetReadout(const QString& text);
     const QString& readout() const { return m_readout; }
-    QPointF cursor() const { return m_cursor; }
+    /// Where the mouse was last on the map; the middle of what is seen, as long as it was not there.
+    QPointF cursor() const { return m_cursor.value_or(QPointF(m_view.x, m_view.y)); }
 
  signals:
     void CursorMoved(QPointF plane);
@@ -120,7 +121,8 @@ class MapView : public QWidget {
     Tool m_tool = Tool::look;
     std::optional<QPointF> m_pressed, m_band;
     bool m_dragged = false;
-    QPointF m_last, m_cursor;
+    QPointF m_last;
+    std::optional<QPointF> m_cursor;
     QPolygonF m_measured;
     std::vector<QPolygonF> m_highlight;
     QString m_readout;

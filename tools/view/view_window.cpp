@@ -73,6 +73,7 @@ ViewWindow::~ViewWindow() {
 
 void ViewWindow::Start() {
     if (m_next != nullptr) m_next->deleteLater();
+    m_again = !m_about.isEmpty();
     QStringList arguments = m_job.options;
     arguments << "--" << m_job.inputs;
     m_next = new WorkerLink(m_job.program, {"view"}, arguments, this);
@@ -105,7 +106,12 @@ void ViewWindow::TakeWord(WorkerLink* from, const QJsonObject& message) {
         Note(message["where"].toString() + ": " + message["why"].toString() + "; " + Say("left out"));
         Log(message);
     } else if (what == "report") {
-        for (const QJsonValue line : message["lines"].toArray()) Note(line.toString());
+        for (const QJsonValue value : message["lines"].toArray()) {
+            const QString line = value.toString();
+            // What a change of a file brings is shown; what was there before is in the list already.
+            if (m_again && m_messages->findItems(line, Qt::MatchExactly).isEmpty()) m_messagesDock->show();
+            Note(line);
+        }
     } else if (what == "failed") {
         m_reason = message["text"].toString();
     }
@@ -220,8 +226,6 @@ void ViewWindow::Watch(const QStringList& files) {
 
 QString ViewWindow::StampOf(const QString& file) {
     const QFileInfo info(file);
-    // The log of a database is there, empty, as soon as somebody reads it.
-    if (file.endsWith("-wal") && info.size() == 0) return {};
     return info.exists() ? QString::number(info.size()) + " " + QString::number(info.lastModified().toMSecsSinceEpoch())
                          : QString();
 }

@@ -119,6 +119,7 @@ class ViewWindow : public JobWindow {
     QMap<QString, QString> m_stamps;  // of the watched files, as they were read
     QJsonObject m_about;
     bool m_readAgain = false;  // the map that comes is another reading of the same
+    bool m_again = false;      // a map was shown before the one that is read
     bool m_errorShown = false;
     bool m_askingWhere = false;
     bool m_askAgain = false;

@@ -764,9 +764,8 @@ std::vector<std::pair<std::string, std::string>> Source::FieldsOf(const std::str
 std::vector<std::string> Source::Files() const {
     std::set<std::string> files;
     std::error_code error;
-    for (const std::string& input : m_options.inputs)
-        for (const std::string& file : {input, input.substr(0, input.rfind(':'))})  // of FILE:LAYER
-            if (fs::is_regular_file(PathOf(file), error)) files.insert(file);
+    for (const std::string& input : m_options.inputs)  // an archive, whose list has names of what is in it
+        if (fs::is_regular_file(PathOf(input), error)) files.insert(input);
     for (const OpenInput& input : m_state->inputs)
         for (const std::string& file : FilesOf(*input.dataset)) files.insert(file);
     return {files.begin(), files.end()};

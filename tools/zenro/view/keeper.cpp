@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <set>
 
 #include "tools/kit/translation.h"
 #include "tools/zenro/map/draw_job.h"
@@ -179,9 +180,12 @@ class Keeper {
     void TellEvents() {
         if (m_events.empty()) return;
         Json lines = Json::array();
-        for (const ReportedEvent& event : m_events) lines.push_back(event.line);
-        Send(Json{{"is", "report"}, {"lines", lines}});
+        // The library reads its settings more than once, and reports the same each time.
+        for (const ReportedEvent& event : m_events)
+            if (m_reported.insert(event.line).second) lines.push_back(event.line);
         m_events.clear();
+        if (lines.empty()) return;
+        Send(Json{{"is", "report"}, {"lines", lines}});
     }
 
     void On(const Json& request) {
@@ -263,6 +267,7 @@ class Keeper {
     void* m_memory;
     Context& m_context;
     std::vector<ReportedEvent> m_events;
+    std::set<std::string> m_reported;
     std::unique_ptr<ShownMap> m_map;
     Json m_layers;
     double m_told = 0.0;

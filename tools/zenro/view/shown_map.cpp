@@ -1,9 +1,11 @@
 #include "tools/zenro/view/shown_map.h"
 
 #include <algorithm>
+#include <filesystem>
 
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
+#include "tools/symbols/symbols.h"
 #include "tools/zenro/view/answers.h"
 #include "tools/zenro/view/drawing_map.h"
 #include "tools/zenro/view/picture.h"
@@ -49,6 +51,20 @@ bool EndsWith(const std::string& path, const std::string& end) {
     return last == end;
 }
 
+// What the linter has to say of the reader's own library, each remark at its line.
+void TellOfSymbols(const std::string& library, Report& report) {
+    constexpr std::size_t kMostRemarks = 20;
+    if (library.empty()) return;
+    std::error_code error;
+    const std::string path = LibraryPath(std::filesystem::absolute(PathOf(library), error));
+    const std::vector<symbols::Finding> findings = symbols::Lint(path.c_str());
+    for (std::size_t i = 0; i < std::min(findings.size(), kMostRemarks); ++i)
+        report.Warn(N_("remarks on symbols"), symbols::FindingText(library, findings[i]));
+    if (findings.size() > kMostRemarks)
+        report.Warn(N_("remarks on symbols"), Phrase("{0}: {1} remarks more; zenro symbols lint has all.", library,
+                                                     findings.size() - kMostRemarks));
+}
+
 }  // namespace
 
 bool IsDrawing(const std::string& path) {
@@ -64,7 +80,10 @@ std::unique_ptr<ShownMap> OpenShown(const DrawJob& job, Context& context,
     const auto& inputs = job.source.inputs;
     const auto alone = std::find_if(inputs.begin(), inputs.end(),
                                     [](const std::string& one) { return IsDrawing(one) || IsRecording(one); });
-    if (alone == inputs.end()) return std::make_unique<RuledMap>(job, context, step);
+    if (alone == inputs.end()) {
+        TellOfSymbols(job.library.symbols, context.report);
+        return std::make_unique<RuledMap>(job, context, step);
+    }
     if (inputs.size() > 1)
         throw Failure(kUsage,
                       Phrase("{0}: drawings and recordings are shown one at a time, without other data.", *alone));

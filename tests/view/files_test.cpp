@@ -123,6 +123,38 @@ TEST_F(WindowFiles, WhatIsHiddenIsNotExported) {
     EXPECT_EQ(DarkOf(QImage(Export("&Export the view...", "again.png"))), all);
 }
 
+TEST_F(WindowFiles, ATurnedViewIsExportedAsItIsSeen) {
+    OpenSquare();
+    map().Turn(90.0);
+    WaitForPicture();
+    const QImage image(Export("&Export the view...", "turned.png"));
+    int longest = 0;  // the road is upright
+    for (int x = 0; x < image.width(); ++x) {
+        int dark = 0;
+        for (int y = 0; y < image.height(); ++y) dark += qGray(image.pixel(x, y)) < 200 ? 1 : 0;
+        longest = std::max(longest, dark);
+    }
+    EXPECT_NEAR(longest, 100.0 / 500.0 / 0.0254 * 300.0, 3.0);
+}
+
+TEST_F(WindowFiles, AHiddenLayerIsNotExportedAndStaysHiddenWhenTheMapIsReadAgain) {
+    Open({town, Second()}, {"--sheet=40500000,3400000,40500100,3400100"});
+    ASSERT_TRUE(WaitFor([&] { return Layers() == 2; }));
+    const long all = Dark(), exported = DarkOf(QImage(Export("&Export the view...", "all.png")));
+    layers().topLevelItem(0)->setCheckState(0, Qt::Unchecked);
+    EXPECT_TRUE(WaitFor([&] { return map().isWhole() && Dark() < all; }));
+    const long fewer = Dark();
+    const long rest = DarkOf(QImage(Export("&Export the view...", "rest.png")));
+    EXPECT_LT(rest, exported - 500);
+    EXPECT_GT(rest, 500);  // the line of the other layer
+    Action("Read again")->trigger();
+    ASSERT_TRUE(WaitFor([&] { return !map().isWhole(); }));
+    EXPECT_TRUE(WaitFor([&] { return map().isWhole() && Dark() == fewer; }));
+    QTest::qWait(300);
+    EXPECT_EQ(Dark(), fewer);
+    EXPECT_EQ(layers().topLevelItem(0)->checkState(0), Qt::Unchecked);
+}
+
 TEST_F(WindowFiles, ANameWithoutAnEndTakesThatOfItsKind) {
     OpenSquare();
     const QString file = Path("plain");

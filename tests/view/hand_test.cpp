@@ -12,6 +12,9 @@
 #include <QTreeWidget>
 #include <QWheelEvent>
 #include <cmath>
+#include <sstream>
+
+#include <nlohmann/json.hpp>
 
 #include "tests/view/window_fixture.h"
 #include "tools/view/editor.h"
@@ -30,6 +33,26 @@ class WindowHand : public WindowTest {
         QApplication::sendEvent(&map(), &event);
     }
     void MoveTo(QPoint at) { QTest::mouseMove(&map(), at); }
+    void Drag(Qt::MouseButton button, Qt::KeyboardModifiers keys, QPoint from, QPoint to) {
+        QTest::mousePress(&map(), button, keys, from);
+        for (const QPoint at : {(from + to) / 2, to}) {
+            QMouseEvent move(QEvent::MouseMove, at, map().mapToGlobal(QPointF(at)), Qt::NoButton, button, keys);
+            QApplication::sendEvent(&map(), &move);
+        }
+        QTest::mouseRelease(&map(), button, keys, to);
+    }
+    void ClickPlane(double x, double y) {
+        QTest::mouseClick(&map(), Qt::LeftButton, Qt::NoModifier,
+                          map().viewport().ToScreen({kTownX + x, kTownY + y}).toPoint());
+    }
+    /// Pixels in the colour of what is marked.
+    long Marked() const {
+        const QImage seen = map().Seen();
+        long marked = 0;
+        for (int y = 0; y < seen.height(); ++y)
+            for (int x = 0; x < seen.width(); ++x) marked += seen.pixel(x, y) == qRgb(220, 30, 60) ? 1 : 0;
+        return marked;
+    }
 };
 
 TEST_F(WindowHand, TwoFingersOfATouchpadMoveTheMapByThePixel) {
@@ -131,6 +154,125 @@ TEST_F(WindowHand, ASmallPanNeedsNoDrawingAndALargeOneShowsTheOldPictureUntilThe
     EXPECT_GT(Dark(), 100);
     WaitForPicture();
     EXPECT_EQ(drawn(), before + 1);
+}
+
+TEST_F(WindowHand, TheMiddleButtonPansAndItsDoubleClickShowsAll) {
+    Open({}, {"--sheet=40500000,3400000,40500050,3400050"});
+    const Viewport before = map().viewport();
+    Drag(Qt::MiddleButton, Qt::NoModifier, {200, 150}, {260, 130});
+    EXPECT_NEAR(map().viewport().x, before.x - 60 * before.pixel, 1e-6);
+    EXPECT_NEAR(map().viewport().y, before.y - 20 * before.pixel, 1e-6);
+    EXPECT_EQ(map().viewport().pixel, before.pixel);
+    QTest::mouseDClick(&map(), Qt::MiddleButton);
+    EXPECT_NEAR(map().viewport().x, kTownX + 50, 1.0);  // the data are 100 m by 40 m
+    EXPECT_GT(map().viewport().pixel * map().width(), 100.0);
+}
+
+TEST_F(WindowHand, ShiftAndADragZoomToTheRectangle) {
+    Open();
+    const Viewport before = map().viewport();
+    const QPointF middle = before.ToPlane({200, 160});
+    Drag(Qt::LeftButton, Qt::ShiftModifier, {100, 120}, {300, 200});
+    EXPECT_NEAR(map().viewport().x, middle.x(), 1e-6);
+    EXPECT_NEAR(map().viewport().y, middle.y(), 1e-6);
+    EXPECT_NEAR(map().viewport().pixel, before.pixel * std::max(200.0 / map().width(), 80.0 / map().height()), 1e-9);
+}
+
+TEST_F(WindowHand, PointsOfAMeasureAreTakenBackAndEscEndsIt) {
+    Open({}, {"--sheet=40500000,3400000,40500100,3400100"});
+    QTest::keyClick(&map(), Qt::Key_A);
+    for (const auto& [x, y] : {std::pair{10.0, 10.0}, {30.0, 10.0}, {30.0, 40.0}, {10.0, 40.0}}) {
+        ClickPlane(x + 0.3, y + 0.3);  // snapped to the corner of the house
+        const QString points = QString::number(map().measured().size());
+        EXPECT_TRUE(WaitFor([&] {
+            return map().measured().last() == QPointF(kTownX + x, kTownY + y) &&
+                   ReadFile(zenro / "log").find("\"points\":" + points.toStdString()) != std::string::npos;
+        }));
+    }
+    EXPECT_TRUE(WaitFor([&] { return map().readout().startsWith("Area in the plane: 600.00 m²\n"); }))
+        << map().readout().toStdString();
+    EXPECT_TRUE(map().readout().contains("Area on the ellipsoid: 600.0"));
+    EXPECT_TRUE(map().readout().contains("Perimeter in the plane: 100.000 m"));
+    EXPECT_GT(Marked(), 50);
+    QTest::keyClick(&map(), Qt::Key_Backspace);
+    EXPECT_EQ(map().measured().size(), 3);
+    EXPECT_TRUE(WaitFor([&] { return map().readout().startsWith("Area in the plane: 300.00 m²\n"); }));
+    QTest::keyClick(&map(), Qt::Key_Escape);
+    EXPECT_TRUE(map().measured().isEmpty());
+    EXPECT_EQ(map().readout(), "");
+    EXPECT_EQ(Marked(), 0);
+}
+
+TEST_F(WindowHand, WhatIsAskedForIsMarkedUntilEsc) {
+    Open({}, {"--sheet=40500000,3400000,40500100,3400100"});
+    EXPECT_EQ(Marked(), 0);
+    ClickPlane(20, 25);
+    EXPECT_TRUE(WaitFor([&] { return Marked() > 50; }));
+    QTest::keyClick(&map(), Qt::Key_Escape);
+    EXPECT_EQ(Marked(), 0);
+}
+
+TEST_F(WindowHand, SymbolsAreOfTheSheetOrOfTheScaleOfTheView) {
+    Open({}, {"--sheet=40500040,3400010,40500070,3400030"});  // the tree, at 1:100 or so
+    const long sheet = Dark();
+    Action("Symbols by the scale of the view")->trigger();
+    EXPECT_TRUE(WaitFor([&] { return map().isWhole() && Dark() < sheet; }));
+    Action("Symbols as on the sheet")->trigger();
+    EXPECT_TRUE(WaitFor([&] { return map().isWhole() && Dark() == sheet; }));
+}
+
+TEST_F(WindowHand, TheListHasEachRuleInItsColourAndWidth) {
+    rules = QString::fromStdString(zenro.File(
+        "colours.rules", "[things : area]\n* -> symbol 200, layer 206\n[things : line]\n* -> symbol 250, layer 213\n"));
+    Open();
+    ASSERT_TRUE(WaitFor([&] { return layers().topLevelItemCount() == 1; }));
+    QTreeWidgetItem* things = layers().topLevelItem(0);
+    ASSERT_EQ(things->childCount(), 2);
+    const auto stroke = [&](int row) {  // its colour, and how many pixels wide it is
+        const QImage icon = things->child(row)->icon(0).pixmap(28, 14).toImage();
+        int width = 0;
+        for (int y = 0; y < icon.height(); ++y) width += icon.pixel(14, y) != qRgb(255, 255, 255) ? 1 : 0;
+        return std::pair(QColor(icon.pixel(14, 7)), width);
+    };
+    const auto [wall, wide] = stroke(0);
+    const auto [edge, thin] = stroke(1);
+    EXPECT_EQ(wall, QColor(Qt::black));
+    EXPECT_GT(edge.green(), edge.red() + 100) << edge.name().toStdString();
+    EXPECT_EQ(thin, 1);
+    EXPECT_EQ(wide, 2) << things->child(0)->toolTip(0).toStdString();
+}
+
+TEST_F(WindowHand, TheLineBelowNamesTheSystemAndWhatIsGoingOn) {
+    Open();
+    EXPECT_EQ(Said("system"), "2000 family, 3-degree zone 40, central meridian 120");
+    EXPECT_EQ(Said("doing"), "ready");
+    QTest::keyClick(&map(), Qt::Key_Plus);
+    map().Turn(5.0);
+    EXPECT_EQ(Said("doing"), "drawing");
+    EXPECT_TRUE(WaitFor([&] { return Said("doing") == "ready"; }));
+}
+
+TEST_F(WindowHand, OfManyFeaturesTheStrokesComeFirstAndTheLabelsAfterAMomentOfRest) {
+    std::string lines;
+    for (int i = 0; i < 4200; ++i) {
+        const auto at = [&](int by) {
+            return "[" + std::to_string(40500000 + i % 70 + by) + "," + std::to_string(3400000 + i / 70) + "]";
+        };
+        lines += (i > 0 ? "," : "") + LineFeature(at(0) + "," + at(1), i % 300 == 0 ? R"("name":"Mill")" : "");
+    }
+    const QString many = QString::fromStdString(zenro.File("many.geojson", Collection(lines)));
+    rules = QString::fromStdString(zenro.File("many.rules", "* -> symbol 250, layer 250, note D, label name\n"));
+    Open({many});
+    std::vector<nlohmann::json> painted;
+    std::istringstream log(ReadFile(zenro / "log"));
+    for (std::string line; std::getline(log, line);)
+        if (const auto one = nlohmann::json::parse(line);
+            one.value("is", "") == "painted" && one.at("whole").get<bool>())
+            painted.push_back(one);
+    ASSERT_EQ(painted.size(), 2U);
+    EXPECT_FALSE(painted[0].at("labels").get<bool>());
+    EXPECT_TRUE(painted[1].at("labels").get<bool>());
+    EXPECT_GE(painted[1].at("ms").get<double>() - painted[0].at("ms").get<double>(), 195.0);
 }
 
 TEST_F(WindowHand, OnlyOneLayerOrRuleIsShownByTheMenuOfTheList) {
@@ -259,6 +401,25 @@ TEST_F(WindowHand, ThePaperIsWhiteWhereTheDesktopIsDark) {
     const QImage frame = window().findChild<zm::view::LayerPanel*>()->grab().toImage();
     EXPECT_LT(qGray(frame.pixel(frame.width() / 2, frame.height() - 20)), 80);
     QApplication::setPalette(light);
+}
+
+TEST_F(WindowHand, ALongLineThatIsReadIsBrokenBeforeTheEdge) {
+    Open({}, {"--sheet=40500040,3400070,40500060,3400090"});  // nothing is there
+    const auto rows = [&](const QString& text) {  // that are darker in the left half than a frame makes them
+        map().SetReadout(text);
+        const QImage seen = map().Seen();
+        int count = 0;
+        for (int y = 0; y < seen.height() / 2; ++y) {
+            int dark = 0;
+            for (int x = 20; x < 120; ++x) dark += qGray(seen.pixel(x, y)) < 90 ? 1 : 0;
+            count += dark > 0 ? 1 : 0;
+            EXPECT_EQ(seen.pixel(seen.width() - 4, y), qRgb(255, 255, 255)) << y;  // beside its box
+        }
+        return count;
+    };
+    const int one = rows("my.rules:21: wrong");
+    EXPECT_GT(one, 5);
+    EXPECT_GT(rows("my.rules:21: wrong" + QString(" and more of it").repeated(20)), 2 * one);
 }
 
 TEST_F(WindowHand, TheRuleOfAFeatureIsOpenedInTheReadersEditor) {

@@ -222,6 +222,20 @@ TEST_F(Symbols, AnEditIsSeenAtOnce) {
     CloseLeavingAll();
 }
 
+TEST_F(Symbols, ChangesThatAreNotSavedKeepTheWindowOpenUnlessTheyAreLeft) {
+    OpenLibrary();
+    Text().moveCursor(QTextCursor::End);
+    QTest::keyClicks(&Text(), "1 0,0 1,1");
+    ASSERT_TRUE(WaitWhole());
+    EXPECT_TRUE(InDialogAfter<QMessageBox>([this] { m_symbols->close(); },
+                                           [](QMessageBox& box) { box.button(QMessageBox::Cancel)->click(); }));
+    EXPECT_TRUE(m_symbols->isVisible());
+    EXPECT_TRUE(Text().toPlainText().endsWith("1 0,0 1,1"));
+    CloseLeavingAll();
+    EXPECT_FALSE(m_symbols->isVisible());
+    EXPECT_EQ(Saved("own.dat"), kLibrary);
+}
+
 TEST_F(Symbols, RemarksAreAtTheirLines) {
     OpenLibrary();
     EXPECT_EQ(Remarks(), "nothing to remark");

@@ -282,6 +282,11 @@ TEST_F(ViewWorker, OfManyFeaturesBelowAPixelOneOfEachLayerIsDrawn) {
     EXPECT_GT(seen, 5000);
     const json all = worker.Draw(kX + 2500, kY + 2500, 7.9, 700, 700, 5000.0);  // not below a pixel: each is drawn
     EXPECT_GE(beats(all), 2U * 250000);
+    // Deep in, only what is there is looked at, by the index.
+    const json deep = worker.Draw(kX + 2404, kY + 2404, 0.02, 400, 400, 500.0);
+    EXPECT_LT(deep.at("features"), 2000);
+    EXPECT_LT(worker.Head().beat.exchange(0), 2U * 2000);
+    EXPECT_GT(Dark(worker, deep, 400, 400), 50);
 }
 
 TEST_F(ViewWorker, WrongRulesAreNamedWithFileAndLine) {

@@ -230,13 +230,14 @@ void MapView::paintEvent(QPaintEvent*) {
         painter.drawRect(QRectF(*m_pressed, *m_band));
     }
     if (m_readout.isEmpty()) return;
-    const QRect text = fontMetrics().boundingRect(QRect(0, 0, width() - 40, height()), Qt::AlignLeft, m_readout);
+    constexpr int kLook = static_cast<int>(Qt::AlignLeft) | static_cast<int>(Qt::TextWordWrap);
+    const QRect text = fontMetrics().boundingRect(QRect(0, 0, width() - 40, height()), kLook, m_readout);
     const QRect box = text.translated(12, 12).adjusted(-6, -4, 6, 4);
     painter.setPen(QColor(120, 120, 120));
     painter.setBrush(QColor(255, 255, 245, 235));
     painter.drawRoundedRect(box, 3, 3);
     painter.setPen(Qt::black);
-    painter.drawText(box.adjusted(6, 4, -6, -4), Qt::AlignLeft, m_readout);
+    painter.drawText(box.adjusted(6, 4, -6, -4), kLook, m_readout);
 }
 
 void MapView::PaintMeasured(QPainter& painter) const {

@@ -181,11 +181,11 @@ TEST_F(WindowHand, ShiftAndADragZoomToTheRectangle) {
 TEST_F(WindowHand, PointsOfAMeasureAreTakenBackAndEscEndsIt) {
     Open({}, {"--sheet=40500000,3400000,40500100,3400100"});
     QTest::keyClick(&map(), Qt::Key_A);
-    for (const auto& [x, y] : {std::pair{10.0, 10.0}, {30.0, 10.0}, {30.0, 40.0}, {10.0, 40.0}}) {
-        ClickPlane(x + 0.3, y + 0.3);  // snapped to the corner of the house
+    for (const QPointF corner : {QPointF(10, 10), QPointF(30, 10), QPointF(30, 40), QPointF(10, 40)}) {
+        ClickPlane(corner.x() + 0.3, corner.y() + 0.3);  // snapped to the corner of the house
         const QString points = QString::number(map().measured().size());
         EXPECT_TRUE(WaitFor([&] {
-            return map().measured().last() == QPointF(kTownX + x, kTownY + y) &&
+            return map().measured().last() == QPointF(kTownX, kTownY) + corner &&
                    ReadFile(zenro / "log").find("\"points\":" + points.toStdString()) != std::string::npos;
         }));
     }

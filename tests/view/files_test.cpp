@@ -216,6 +216,20 @@ TEST_F(WindowFiles, WhatCannotBeReadChangesNothing) {
     EXPECT_GT(Dark(), 100);
 }
 
+// A program in the place of zenro, before whose first reading somebody saves the rules.
+TEST_F(WindowFiles, WhatIsSavedWhileTheMapIsReadForTheFirstTimeIsReadAgain) {
+    program = QString::fromStdString(
+        zenro.File("zenro", "#!/bin/sh\n[ -e '" + (zenro / "begun").string() + "' ] || echo '# one line more' >> '" +
+                                rules.toStdString() + "'\n: > '" + (zenro / "begun").string() + "'\nexec '" +
+                                std::string(ZENRO_PROGRAM) + "' \"$@\"\n"));
+    fs::permissions(program.toStdString(), fs::perms::owner_all);
+    OpenSquare();
+    EXPECT_TRUE(WaitForMessage("read again: a file has changed"));
+    WaitForPicture();
+    QTest::qWait(1000);
+    EXPECT_EQ(Messages().count("read again"), 1);
+}
+
 TEST_F(WindowFiles, AFileThatIsBeingWrittenIsReadOnceItIsWhole) {
     const std::string whole = ReadFile(town.toStdString());
     OpenSquare();

@@ -363,6 +363,18 @@ TEST_F(WindowHand, ThePictureIsCopiedAsItIsSeen) {
     EXPECT_EQ(copied.convertToFormat(QImage::Format_RGB32), map().Seen().convertToFormat(QImage::Format_RGB32));
 }
 
+TEST_F(WindowHand, InTheListOfMessagesTheLinesThatAreChosenAreCopied) {
+    Open();
+    auto* list = window().findChild<QListWidget*>("messages");
+    list->addItems({"my.rules:3: wrong", "left alone", "my.rules:9: wrong"});
+    window().findChild<QWidget*>("messagesDock")->show();
+    list->item(0)->setSelected(true);
+    list->item(2)->setSelected(true);
+    list->setFocus();
+    QTest::keyClick(list, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "my.rules:3: wrong\nmy.rules:9: wrong");
+}
+
 TEST_F(WindowHand, DegreesGoOnAfterTheMapWasReadAgain) {
     Open();
     const std::string log = ReadFile(zenro / "log");

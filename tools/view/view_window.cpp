@@ -76,6 +76,7 @@ void ViewWindow::Start() {
     m_again = !m_about.isEmpty();
     QStringList arguments = m_job.options;
     arguments << "--" << m_job.inputs;
+    RememberFiles();
     m_next = new WorkerLink(m_job.program, {"view"}, arguments, this);
     WorkerLink* link = m_next;
     if (!link->valid()) return End(1, "there is no memory for pictures.");
@@ -83,7 +84,6 @@ void ViewWindow::Start() {
     connect(link, &WorkerLink::Ended, this,
             [this, link](bool crashed, int status, const QString& words) { TakeEnd(link, crashed, status, words); });
     link->Watch();
-    RememberFiles();
     Doing(Say("reading"));
     Log({{"worker", link->processId()}});
 }
@@ -222,6 +222,7 @@ void ViewWindow::Watch(const QStringList& files) {
     if (!folders.isEmpty()) m_watcher.addPaths(folders);
     for (const QString& file : m_watched)
         if (!m_stamps.contains(file)) m_stamps[file] = StampOf(file);
+    if (FilesChanged()) m_changed.start();  // while the map was read for the first time, and nothing was watched
 }
 
 QString ViewWindow::StampOf(const QString& file) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -105,6 +106,42 @@ void BM_FindHScan(benchmark::State& run) {
     });
 }
 BENCHMARK(BM_FindHScan)->Arg(0);
+
+// A grid that fits these points alone: cells of a metre, sorted, nothing asked that is known of them.
+void BM_FindHBareGrid(benchmark::State& run) {
+    const Survey& s = TheSurvey();
+    constexpr int kSide = 1002;
+    struct Entry {
+        double x, y, h;
+        int number;
+    };
+    const auto cellOf = [](double x, double y) {
+        return static_cast<std::size_t>(y - 3299999.0) * kSide + static_cast<std::size_t>(x - 499999.0);
+    };
+    std::vector<int> begin(kSide * kSide + 1);
+    for (std::size_t i = 0; i < kPoints; ++i) ++begin[cellOf(s.x[i], s.y[i]) + 1];
+    std::partial_sum(begin.begin(), begin.end(), begin.begin());
+    std::vector<Entry> entries(kPoints);
+    std::vector<int> next = begin;
+    for (std::size_t i = 0; i < kPoints; ++i)
+        entries[static_cast<std::size_t>(next[cellOf(s.x[i], s.y[i])]++)] = {s.x[i], s.y[i], s.h[i],
+                                                                             static_cast<int>(i)};
+    Ask(run, [&](double x, double y) {
+        int first = kPoints;
+        double h = 0.0;
+        const std::size_t from = cellOf(x - 0.1, y - 0.1), to = cellOf(x + 0.1, y + 0.1);
+        const std::size_t columns = (to - from) % kSide;
+        for (std::size_t row = from; row <= to; row += kSide)
+            for (int i = begin[row]; i < begin[row + columns + 1]; ++i) {
+                const Entry& entry = entries[static_cast<std::size_t>(i)];
+                if (entry.number >= first || !(std::fabs(entry.y - y) + std::fabs(entry.x - x) < 0.1)) continue;
+                first = entry.number;
+                h = entry.h;
+            }
+        return h > 9000.0 ? 0.0 : h;
+    });
+}
+BENCHMARK(BM_FindHBareGrid)->Arg(0)->Arg(1);
 
 #if defined(ZM_HAVE_BOOST)
 namespace bg = boost::geometry;

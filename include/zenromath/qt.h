@@ -4,6 +4,7 @@
 
 #include <QPainter>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,8 @@ enum class Rendering {
     pixels,  ///< each pixel as the operations define it, no antialiasing; for screens and for exact comparison
     smooth   ///< antialiased on images, outlines on pages; for maps that people look at
 };
+
+struct OutlinePen;
 
 /// A device on any paint device of Qt: widgets, images, pages.
 class ZM_API QtDevice : public Device {
@@ -59,6 +62,7 @@ class ZM_API QtDevice : public Device {
         Stroke stroke;
         QPen pen;
         QRgb ink;
+        std::shared_ptr<const OutlinePen> outline;  // where outlines are filled
     };
     void TakePen(const Stroke& stroke);
     const Pen& PenOf(const Stroke& stroke);
@@ -90,9 +94,9 @@ class ZM_API QtDevice : public Device {
     bool m_open = false;           // the last of m_lines may be gone on from
     std::vector<QPointF> m_chain;  // connected strokes of m_stroke
     bool m_fillsOutlines = false;  // on smooth pixels outlines of solid strokes are filled, which takes less time
-    bool m_fills = false;          // m_stroke's are
-    bool m_filling = false;        // the painter has m_stroke's brush and no pen
-    QPen m_pen;                    // of m_stroke
+    std::shared_ptr<const OutlinePen> m_outlinePen;  // of m_stroke; null where it is stroked
+    bool m_filling = false;                          // the painter has m_stroke's brush and no pen
+    QPen m_pen;                                      // of m_stroke
     double m_zoom = 1.0;
     std::vector<QPointF> m_outline;
     QVector<QRect> m_runs;     // pixel runs of m_stroke's colour

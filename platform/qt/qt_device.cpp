@@ -104,7 +104,7 @@ void QtDevice::EndChain() {
     m_open = false;
     if (m_chain.empty()) return;
     m_outline.clear();
-    if (m_fills) OutlineChain({m_pen.widthF(), m_zoom, !m_caps}, m_chain, m_outline);
+    if (m_outlinePen != nullptr) OutlineChain(*m_outlinePen, m_chain, m_outline);
     if (!m_outline.empty()) {
         FillOutline();
     } else {
@@ -139,9 +139,9 @@ void QtDevice::Stroking() {
 void QtDevice::Flush() {
     if (!m_painter.isActive()) return;
     EndChain();
-    if (m_fills && !m_caps) {
+    if (m_outlinePen != nullptr && m_outlinePen->round) {
         for (const QLineF& line : m_lines) {
-            OutlineChain({m_pen.widthF(), m_zoom, true}, {line.p1(), line.p2()}, m_outline);
+            OutlineChain(*m_outlinePen, {line.p1(), line.p2()}, m_outline);
             FillOutline();
         }
     } else if (!m_lines.empty()) {
@@ -169,7 +169,7 @@ void QtDevice::TakePen(const Stroke& stroke) {
     const Pen& pen = PenOf(stroke);
     m_ink = pen.ink;
     m_pen = pen.pen;
-    m_fills = m_fillsOutlines && !Dashed(stroke) && m_pen.widthF() * m_zoom > 1.0;  // Qt has a short way up to 1
+    m_outlinePen = pen.outline;
     m_filling = true;
     Stroking();
 }
@@ -192,7 +192,10 @@ const QtDevice::Pen& QtDevice::PenOf(const Stroke& stroke) {
     } else if (!wide) {
         pen.setCapStyle(Qt::SquareCap);
     }
-    m_pens.push_back({stroke, pen, ColorOf(stroke.color).rgb()});
+    std::shared_ptr<const OutlinePen> outline;
+    if (m_fillsOutlines && !Dashed(stroke) && width * m_zoom > 1.0)  // Qt has a short way up to 1
+        outline = std::make_shared<OutlinePen>(width, m_zoom, wide);
+    m_pens.push_back({stroke, pen, ColorOf(stroke.color).rgb(), outline});
     return m_pens.back();
 }
 
@@ -371,8 +374,8 @@ int QtDevice::Arc(const Stroke& stroke, const RECT& box, POINT start, POINT end)
     const platform::ArcFigure arc =
         platform::FigureOfArc(Clamped(box), {Clamped(start.x), Clamped(start.y)}, {Clamped(end.x), Clamped(end.y)});
     const QRectF ellipse(arc.cx - arc.rx + m_shift, arc.cy - arc.ry + m_shift, 2.0 * arc.rx, 2.0 * arc.ry);
-    if (m_fills) {
-        OutlineArc({m_pen.widthF(), m_zoom, !m_caps}, arc, m_shift, m_outline);
+    if (m_outlinePen != nullptr) {
+        OutlineArc(*m_outlinePen, arc, m_shift, m_outline);
         if (!m_outline.empty()) {
             FillOutline();
             return 1;

@@ -9,9 +9,14 @@
 namespace zm::qt {
 
 struct OutlinePen {
-    double width;
-    double zoom;  ///< pixels of the image that a unit takes; a curve is within 0.03 of a pixel
-    bool round;   ///< ends and joints; else ends are square, and so are joints that turn by 30 degrees or more
+    /// \param zoom   pixels of the image that a unit takes; a curve is within 0.06 of a pixel
+    /// \param round  ends and joints; else ends are square, and so are joints that turn by 30 degrees or more
+    OutlinePen(double width, double zoom, bool round);
+
+    double half, zoom;
+    bool round;
+    double leastCosine;        // of half a turn that may be mitred
+    std::vector<QPointF> cap;  // the end between its sides, of half the width: x across and y along the way
 };
 
 /// Writes the polygon of a stroke along a chain into outline, to be filled by the winding rule. Equal points that

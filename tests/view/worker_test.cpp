@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 
@@ -256,6 +257,29 @@ TEST_F(ViewWorker, FarOutSymbolsAreStrokesAndNothingIsLost) {
     const json painted = worker->Draw(kX + 50, kY + 30, 20.0, 400, 400, 500.0);
     EXPECT_GT(Dark(*worker, painted, 400, 400), 3);
     EXPECT_LT(Dark(*worker, painted, 400, 400), 200);
+}
+
+// From two millimetres of paper in a pixel on. The marks are 40 millimetres long, so that they would be seen.
+TEST_F(ViewWorker, FarOutPatternsArePlainLines) {
+    const std::string symbols = zenro.File("own.dat", "*42 G\n1 0,-20 0,20\n*80 LC\n+6 G42 -2\n*$\n");
+    const std::string fences = zenro.File("fences.rules", "* -> symbol 80, layer 250\n");
+    const std::string lines =
+        zenro.File("lines.geojson", Collection(LineFeature("[40500000,3400000],[40500300,3400000]", "")));
+    MapWorker worker({"--rules=" + fences, "--symbols=" + symbols, "--scale=500", lines});
+    worker.Await("ready");
+    const auto rows = [&](double pixel) {
+        const json painted = worker.Draw(kX + 150, kY, pixel, 400, 400, 500.0);
+        const std::uint32_t* pixels = worker.Pixels(painted.at("slot"));
+        int inked = 0;
+        for (int y = 0; y < 400; ++y)
+            inked += std::any_of(pixels + 400 * y, pixels + 400 * (y + 1),
+                                 [](std::uint32_t one) { return (one & 0xFFFFFF) != 0xFFFFFF; })
+                         ? 1
+                         : 0;
+        return inked;
+    };
+    EXPECT_NEAR(rows(0.95), 40.0 / 1.9, 3.0);
+    EXPECT_LE(rows(1.05), 3);
 }
 
 // Two layers of crosses below a pixel at each of 50 by 50 places, 50 of each: one of each layer is drawn at a place.

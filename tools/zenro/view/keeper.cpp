@@ -160,7 +160,10 @@ class Keeper {
             if (files[2].fd >= 0 && files[2].revents != 0) m_errands.Take();
             if (files[0].revents == 0) continue;
             if (!m_requests.Take()) return;
-            while (const auto request = m_requests.Next()) On(Json::parse(*request));
+            while (const auto request = m_requests.Next()) {
+                ++Head().steps;
+                On(Json::parse(*request));
+            }
         }
     }
 

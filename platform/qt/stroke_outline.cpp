@@ -7,10 +7,10 @@
 namespace zm::qt {
 namespace {
 
-constexpr double kFlatness = 0.06;                // pixels between a curve and its chords
-constexpr double kMostPieces = 4096.0;            // of an arc
-constexpr double kSquareMitre = 0.9659258262891;  // cosine of half of 30 degrees
-constexpr double kLeastTurned = -0.99;            // cosine of 172 degrees: nearly back
+constexpr double kFlatness = 0.06;                   // pixels between a curve and its chords
+constexpr double kMostPieces = 4096.0;               // of an arc
+constexpr double kSquareMitre = 0.9659258262890683;  // cosine of half of 30 degrees
+constexpr double kLeastTurned = -0.99;               // cosine of 172 degrees: nearly back
 
 QPointF Along(const QPointF& across) {
     return QPointF(across.y(), -across.x());
@@ -42,13 +42,14 @@ class Rings {
     bool Joint(const QPointF& at, const QPointF& before, const QPointF& after, double shorter) {
         const double cosine = QPointF::dotProduct(before, after) / (m_half * m_half);  // of the turn
         const QPointF sum = before + after;
+        // The inner corner lies half the width times the tangent of half the turn before the joint. Where that is farther
+        // than the pieces are long, as in bends narrower than the stroke, the inner side would go round the wrong way.
+        if (cosine < kLeastTurned || m_half * std::sqrt((1.0 - cosine) / (1.0 + cosine)) > shorter / 2.0) return false;
         if (1.0 + cosine > 2.0 * m_pen.leastCosine * m_pen.leastCosine) {
             Side(at, sum * (2.0 * m_half * m_half / QPointF::dotProduct(sum, sum)));
             return true;
         }
-        if (!m_pen.round || cosine < kLeastTurned) return false;
-        // The inner corner lies half the width times the tangent of half the turn before the joint.
-        if (m_half * std::sqrt((1.0 - cosine) / (1.0 + cosine)) > shorter / 2.0) return false;
+        if (!m_pen.round) return false;
         const bool toTheRight = before.x() * after.y() > before.y() * after.x();
         std::vector<QPointF>& inner = toTheRight ? m_outline : m_left;
         std::vector<QPointF>& outer = toTheRight ? m_left : m_outline;

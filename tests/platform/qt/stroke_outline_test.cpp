@@ -169,6 +169,23 @@ TEST(StrokeOutline, WalksOfShortAndLongPiecesAreCovered) {
             }
 }
 
+// Bends that are narrower than the stroke, of pieces that each turn a little.
+TEST(StrokeOutline, NarrowBendsAreFull) {
+    for (const int width : {15, 80, 800})
+        for (const double radius : {5.0, 25.0, 38.0, 370.0})
+            for (const int pieces : {45, 80, 90}) {  // of 90 in a full turn
+                SCOPED_TRACE(testing::Message() << "width " << width << ", radius " << radius << ", pieces " << pieces);
+                std::vector<POINT> points;
+                for (int i = 0; i <= pieces; ++i) {
+                    const double angle = i * std::numbers::pi / 45.0;
+                    points.push_back({500 + static_cast<LONG>(std::lround(radius * std::cos(angle))),
+                                      500 + static_cast<LONG>(std::lround(radius * std::sin(angle)))});
+                }
+                ExpectCovered(ByDevice([&](QtDevice& device) { DrawChain(device, width, points); }),
+                              ByStroker(width, PathOf(points), 16), 30);
+            }
+}
+
 TEST(StrokeOutline, ARingThatIsClosedHasNoHole) {
     for (const int width : kWidths) ExpectChainAlike(width, {{200, 200}, {700, 250}, {600, 800}, {200, 200}});
 }

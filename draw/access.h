@@ -14,6 +14,10 @@ struct Access {
 
     /// Whether the switch is off: cutline lets everything through.
     static bool IsUnclipped(const CCutArea& area) { return area.m_docut == 0; }
+    static double ClipXMin(const CCutArea& area) { return area.m_xmin; }
+    static double ClipYMin(const CCutArea& area) { return area.m_ymin; }
+    static double ClipXMax(const CCutArea& area) { return area.m_xmax; }
+    static double ClipYMax(const CCutArea& area) { return area.m_ymax; }
     static bool IsPolygon(const CCutArea& area) { return area.IsPolygon(); }
 
     static bool IsRotated(const CTqDraw& dc) { return dc.m_rotateActive != 0; }

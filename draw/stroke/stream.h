@@ -48,6 +48,8 @@ class StrokeStream {
     void MakeRoom(int strokes) {
         if (m_count + strokes > kMost) Flush();
     }
+    /// So many strokes have room.
+    int room() const { return kMost - m_count; }
     POINT* next() { return m_ends + 2 * static_cast<std::ptrdiff_t>(m_count); }
     void Take(int strokes) { m_count += strokes; }
 

@@ -114,20 +114,13 @@ ViewBox::ViewBox(const CTqDraw& dc)
 // To the clip rectangle: the mapping never turns the order of two positions, so what lies beyond the pixels of its
 // edges, to the inside, has outcodes of 0.
 void ViewBox::ShrinkTo(const CTqDraw& dc) {
-    double left = 0.0;
-    double top = 0.0;
-    double right = 0.0;
-    double bottom = 0.0;
-    dc.GetCutArea(left, top, right, bottom);
-    const geometry::Pair a = PixelsOf(geometry::Pair{left, top});
-    const geometry::Pair b = PixelsOf(geometry::Pair{right, bottom});
-    for (int i = 0; i < 2; ++i) {
-        const double low = std::min(a[i], b[i]);
-        const double high = std::max(a[i], b[i]);
-        m_low[i] = std::max(m_low[i], low);
-        // An edge that is no number leaves nothing.
-        m_high[i] = low <= high ? std::min(m_high[i], high) : m_low[i];
-    }
+    const geometry::Pair a = PixelsOf(geometry::Pair{Access::ClipXMin(dc), Access::ClipYMax(dc)});
+    const geometry::Pair b = PixelsOf(geometry::Pair{Access::ClipXMax(dc), Access::ClipYMin(dc)});
+    const geometry::Pair low = b < a ? b : a;
+    const geometry::Pair high = a < b ? b : a;
+    m_low = m_low < low ? low : m_low;
+    // An edge that is no number leaves nothing.
+    m_high = low <= high ? (high < m_high ? high : m_high) : m_low;
 }
 
 }  // namespace zm::draw

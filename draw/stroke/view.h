@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstring>
 
 #include "draw/access.h"
 #include "draw/numbers.h"
@@ -69,8 +70,8 @@ class ViewBox {
         const geometry::Pair a = PixelsOf(from);
         const geometry::Pair b = PixelsOf(to);
         if (!geometry::Both((a > m_low) & (a < m_high) & (b > m_low) & (b < m_high))) return false;
-        ends[0] = {static_cast<int>(a[0]), static_cast<int>(a[1])};
-        ends[1] = {static_cast<int>(b[0]), static_cast<int>(b[1])};
+        PutPixel(a, ends);
+        PutPixel(b, ends + 1);
         return true;
     }
 
@@ -87,6 +88,11 @@ class ViewBox {
     geometry::Pair scale() const { return m_scale; }
 
  private:
+    static void PutPixel(geometry::Pair pixels, POINT* out) {
+        const geometry::IntPair pixel = __builtin_convertvector(pixels, geometry::IntPair);
+        static_assert(sizeof(pixel) == sizeof(*out));
+        std::memcpy(out, &pixel, sizeof(pixel));
+    }
     void ShrinkTo(const CTqDraw& dc);
 
     geometry::Pair m_origin, m_scale, m_shift;

@@ -7,6 +7,8 @@
 namespace zm::geometry {
 
 typedef double Pair __attribute__((vector_size(16)));
+typedef float FloatPair __attribute__((vector_size(8)));
+typedef int IntPair __attribute__((vector_size(8)));
 typedef std::int64_t PairMask __attribute__((vector_size(16)));  // of a comparison: all bits set where it holds
 
 constexpr PairMask kBoth = {-1, -1};

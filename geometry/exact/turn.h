@@ -102,7 +102,25 @@ class Turn {
     double m_distance = 0.0;
 };
 
-/// A figure at a place, turned and scaled.
+/// A figure at a place, turned by a cosine and a sine and scaled.
+class ExactFigure {
+ public:
+    ExactFigure(Pair place, Pair direction, double scale)
+        : m_place(place), m_cosines{direction[0], direction[0]}, m_sines{-direction[1], direction[1]}, m_scale(scale) {}
+
+    /// Its point (u, v): x + (u cos - v sin) scale and y + (v cos + u sin) scale in double arithmetic from left to
+    /// right.
+    Pair Of(Pair p) const {
+        // A product with -sin is the negative of that with sin, to the last bit.
+        return m_place + (p * m_cosines + Pair{p[1], p[0]} * m_sines) * m_scale;
+    }
+
+ private:
+    Pair m_place, m_cosines, m_sines;
+    double m_scale;
+};
+
+/// The same by a turn, whose cosine and sine are taken where they are needed.
 class TurnedFigure {
  public:
     TurnedFigure(Turn& turn, double x, double y, double scale)
@@ -113,10 +131,8 @@ class TurnedFigure {
           m_across{-m_along[1], m_along[0]},
           m_slack(std::fabs(scale) * turn.m_slack) {}
 
-    /// Its point (u, v): x + (u cos - v sin) scale and y + (v cos + u sin) scale in double arithmetic from left to
-    /// right.
     Pair Of(double u, double v) {
-        if (!m_turn.m_exact && m_slack < HUGE_VAL) {
+        if (!IsExact()) {
             PairMask sure = kBoth;
             const Pair place =
                 CertainSum(m_place, u * m_along + v * m_across, (std::fabs(u) + std::fabs(v)) * m_slack, sure);
@@ -131,11 +147,14 @@ class TurnedFigure {
     /// The same by cosine and sine.
     Pair Exactly(double u, double v) {
         uses::Count(uses::pointByBearing);
+        return Exact().Of(Pair{u, v});
+    }
+
+    /// Whether every point is found by cosine and sine.
+    bool IsExact() const { return m_turn.m_exact || !(m_slack < HUGE_VAL); }
+    ExactFigure Exact() {
         if (!m_turn.m_exact) m_turn.BeExact();
-        const Pair cosines = {m_turn.m_direction[0], m_turn.m_direction[0]};
-        const Pair sines = {m_turn.m_direction[1], m_turn.m_direction[1]};
-        // A product with -v is the negative of that with v, to the last bit.
-        return m_place + (Pair{u, v} * cosines + Pair{-v, u} * sines) * m_scale;
+        return ExactFigure(m_place, m_turn.m_direction, m_scale);
     }
 
  private:

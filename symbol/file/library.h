@@ -2,6 +2,8 @@
 #pragma once
 
 #include <array>
+#include <bit>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -66,9 +68,8 @@ SYMBODY RawRecord(int first, int second);
 
 /// The terminator as the drawing walks look for it: both words within 1e-5 of -100, which three floats are.
 inline bool IsTerminator(const SYMBODY& record) {
-    constexpr float kLeast = -0x1.900002p6F;
-    constexpr float kMost = -0x1.8ffffep6F;
-    const auto isNear = [](float word) { return word >= kLeast && word <= kMost; };
+    constexpr std::uint32_t kLeast = std::bit_cast<std::uint32_t>(-0x1.8ffffep6F);
+    const auto isNear = [](float word) { return std::bit_cast<std::uint32_t>(word) - kLeast <= 2; };
     return isNear(record.point.x) && isNear(record.point.y);
 }
 /// By far the most common record of a graphic symbol: operator 1, two points, the terminator.

@@ -1,5 +1,7 @@
 // Placing of graphic symbols: the walk through the records of a body and the drawing of each.
+#include <algorithm>
 #include <cmath>
+#include <cstring>
 
 #include "draw/state.h"
 #include "draw/stroke/stream.h"
@@ -19,11 +21,36 @@ namespace {
 constexpr int kPolylinePoints = 4000;  // of one arc polyline
 constexpr double kDegreesPerRadian = 180.0 / kPi;
 
+geometry::Pair OnPaper(const SYMBODY& record) {
+    geometry::FloatPair point;
+    static_assert(sizeof(point) == sizeof(record.point));
+    std::memcpy(&point, &record.point, sizeof(point));
+    return __builtin_convertvector(point, geometry::Pair);
+}
+
 // One symbol at one place.
 class Placement {
  public:
     Placement(draw::StrokeStream& stream, double x, double y, geometry::Turn& turn, const Body& body, int code)
         : m_stream(stream), m_figure(x, y, turn), m_body(body), m_code(code) {}
+
+    /// Gathers the plain segments that follow each other from a record on, as far as they lie in the view, and counts
+    /// them off; the record after them. Nothing is drawn meanwhile.
+    int GatherSegments(int record, int& left) const {
+        const draw::ViewBox* box = m_stream.Box();
+        if (box == nullptr || !m_figure.IsExact()) return record;
+        const geometry::ExactFigure figure = m_figure.Exact();
+        const int most = std::min({left, (m_body.size - record) / kSegmentRecords, m_stream.room()});
+        const SYMBODY* at = m_body.records + record;
+        POINT* ends = m_stream.next();
+        int count = 0;
+        for (; count < most && IsPlainSegment(at); ++count, at += kSegmentRecords, ends += 2)
+            if (!box->Map(figure.Of(OnPaper(at[1])), figure.Of(OnPaper(at[2])), ends)) break;
+        uses::Count(uses::segmentGathered, count);
+        m_stream.Take(count);
+        left -= count;
+        return record + count * kSegmentRecords;
+    }
 
     void Draw(int record) const {
         switch (Truncated(m_body.records[record].op.op)) {
@@ -196,6 +223,8 @@ int DrawRecords(draw::StrokeStream& stream, double x, double y, geometry::Turn& 
     const Placement placement(stream, x, y, turn, body, code);
     int at = 0;
     for (int left = body.library->current.number; left > 0; --left) {
+        if (at >= 0) at = placement.GatherSegments(at, left);
+        if (left == 0) break;
         if (at < 0 || at >= body.size) {
             stream.Flush();
             return _LMsg(texts::kShortBody, nullptr, 0);

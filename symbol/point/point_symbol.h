@@ -18,6 +18,11 @@ class SymbolFigure {
           m_figure(turn, x, y, m_scale) {}
 
     double scale() const { return m_scale; }
+    /// Whether its points may be had from Exact, which saves asking for each how the figure is turned.
+    bool IsExact() const { return !m_turned || m_figure.IsExact(); }
+    geometry::ExactFigure Exact() {
+        return m_turned ? m_figure.Exact() : geometry::ExactFigure(m_place, geometry::Pair{1.0, 0.0}, m_scale);
+    }
     geometry::Pair At(const SYMBODY::Point& p) {
         const double px = p.x;
         const double py = p.y;

@@ -16,9 +16,6 @@ namespace {
 
 using geometry::Pair;
 
-typedef std::uint32_t WholePair __attribute__((vector_size(8)));
-static_assert(sizeof(WholePair) == sizeof(POINT));
-
 constexpr double kDirectionSlack = 1e-7;  // of cosine and sine
 constexpr double kPixelRounding = 2e-9;   // pixels; of a few operations on values up to 60,000, and of the units
 
@@ -105,7 +102,7 @@ bool RepeatedSymbol::Put(const Standing& standing) {
     for (const FixedPair* end = m_ends; end != last; ++end, ++out) {
         const FixedPair least = units + *end;
         doubt |= least ^ (least + slack);
-        const WholePair pixel = __builtin_convertvector(least >> 32, WholePair);
+        const geometry::IntPair pixel = __builtin_convertvector(least >> 32, geometry::IntPair);
         std::memcpy(out, &pixel, sizeof(pixel));
     }
     if (((doubt[0] | doubt[1]) >> 32) != 0) {

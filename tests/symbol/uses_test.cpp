@@ -15,7 +15,11 @@ using namespace zm::uses;
 
 class Uses : public zm::test::DrawingTest {
  protected:
-    Uses() { Load("*42 G\n1 -0.2,0 0.2,0\n1 0,-0.2 0,0.2\n1 -0.2,-0.2 0.3,0.1\n*80 LC\n+0.6 -0.2 G42 -0.2\n*$\n"); }
+    Uses() {
+        Load(
+            "*42 G\n1 -0.2,0 0.2,0\n1 0,-0.2 0,0.2\n1 -0.2,-0.2 0.3,0.1\n"
+            "*43 G\n1 0,0 2,0\n1 0,0 0,1\n3 0,0,0.5\n1 0,0 -2,0\n1 0,0 0,-1\n*80 LC\n+0.6 -0.2 G42 -0.2\n*$\n");
+    }
 
     // A view of 80 by 60 units about the middle of a projection's sheet, clipped to itself as applications have it.
     CTqDraw& BeginSheet(int type = 0) {
@@ -68,6 +72,42 @@ TEST_F(Uses, ARotatedOrFlippedContextMovesNoSymbols) {
     EXPECT_EQ(counts[symbolMoved], 0u);
     EXPECT_EQ(counts[strokeInBox], 0u);
     EXPECT_GT(counts[strokeOutside], 200u);
+}
+
+TEST_F(Uses, ASymbolsSegmentsInTheViewAreGatheredBetweenWhatElseItHas) {
+    BeginSheet();
+    for (const double angle : {0.0, 0.7}) {
+        std::fill(std::begin(counts), std::end(counts), 0);
+        insert(kEast + 40.0, kNorth + 30.0, angle, 43);
+        EXPECT_EQ(counts[segmentGathered], 4u);
+        EXPECT_EQ(counts[strokeInBox], 0u);
+        EXPECT_EQ(counts[strokeOutside], 0u);
+    }
+    std::fill(std::begin(counts), std::end(counts), 0);
+    insert(kEast + 1.0, kNorth + 30.0, 0.0, 43);  // the stroke to the left leaves the view
+    EXPECT_EQ(counts[segmentGathered], 3u);
+    EXPECT_EQ(counts[strokeOutside], 1u);
+}
+
+TEST_F(Uses, ASymbolsSegmentsAreGatheredOnNoRotatedContextClipPolygonOrDrawing) {
+    const auto place = [] {
+        std::fill(std::begin(counts), std::end(counts), 0);
+        insert(kEast + 40.0, kNorth + 30.0, 0.7, 43);
+        EXPECT_EQ(counts[segmentGathered], 0u);
+        return counts[strokeInBox] + counts[strokeOutside];
+    };
+    CTqDraw& dc = BeginSheet();
+    dc.SetRotateMoveP(1.0, kEast, kNorth);
+    EXPECT_EQ(place(), 4u);
+    dc.SetRotateMoveP(0.0, 0.0, 0.0);
+    double x[] = {kEast, kEast + 80.0, kEast + 80.0, kEast};
+    double y[] = {kNorth, kNorth, kNorth + 60.0, kNorth + 60.0};
+    dc.SetCutArea(4, x, y);
+    EXPECT_EQ(place(), 4u);
+    for (const int type : {1, 3}) {
+        BeginSheet(type);
+        EXPECT_EQ(place(), 4u);
+    }
 }
 
 TEST_F(Uses, AClipPolygonTakesTheLongWay) {

@@ -3,6 +3,8 @@
 
 #include <cmath>
 #include <limits>
+#include <string>
+#include <vector>
 
 #include "tests/symbol/symbol_test.h"
 
@@ -46,6 +48,37 @@ TEST_F(Insert, ALargerCountWrittenByAnApplicationReadsNothingThatIsNotThere) {
     ASSERT_EQ(1, getsymbody(12));
     nBody = 100000;
     EXPECT_EQ(1, insert(5.0, 5.0, 0.0, 12));
+}
+
+TEST_F(Insert, OfABodyThatTheApplicationPutsThereADeviceGetsAsManySegmentsAsTheSymbolHas) {
+    Load(kCross);
+    Begin(0, 1.0).SetViewDrawDC(&m_device, 1.0, -50.0, -50.0, 100, 100, 0);
+    ASSERT_EQ(1, getsymbody(12));
+    std::vector<SYMBODY> own;
+    for (int i = 0; i < 5; ++i) own.insert(own.end(), TheBody, TheBody + 4);
+    TheBody = own.data();
+    nBody = 20;
+    EXPECT_EQ(1, insert(0.0, 0.0, 0.0, 12));
+    EXPECT_EQ(m_device.lines, 2);
+}
+
+TEST_F(Insert, OfABodyThatTheApplicationCutsADeviceGetsWhatIsLeft) {
+    Load(kCross);
+    Begin(0, 1.0).SetViewDrawDC(&m_device, 1.0, -50.0, -50.0, 100, 100, 0);
+    ASSERT_EQ(1, getsymbody(12));
+    nBody = 4;
+    EXPECT_EQ(0, insert(0.0, 0.0, 0.0, 12));
+    EXPECT_EQ(m_device.lines, 1);
+    EXPECT_EQ(Messages(), (std::vector<std::string>{"cID error"}));
+}
+
+TEST_F(Insert, OfMoreSegmentsThanGoOutTogetherADeviceGetsAll) {
+    std::string library = "*12 G\n";
+    for (int i = 0; i < 150; ++i) library += "1 -1,0 1,0\n";
+    Load(library + "*$\n");
+    Begin(0, 1.0).SetViewDrawDC(&m_device, 1.0, -50.0, -50.0, 100, 100, 0);
+    EXPECT_EQ(1, insert(0.0, 0.0, 0.3, 12));
+    EXPECT_EQ(m_device.lines, 150);
 }
 
 TEST_F(Insert, Code1000IsADotOnADeviceAndNothingInADwg) {

@@ -114,6 +114,7 @@ class ExactFigure {
         // A product with -sin is the negative of that with sin, to the last bit.
         return m_place + (p * m_cosines + Pair{p[1], p[0]} * m_sines) * m_scale;
     }
+    Pair Unturned(Pair p) const { return m_place + p * m_scale; }
 
  private:
     Pair m_place, m_cosines, m_sines;

@@ -34,12 +34,15 @@ class Placement {
     Placement(draw::StrokeStream& stream, double x, double y, geometry::Turn& turn, const Body& body, int code)
         : m_stream(stream), m_figure(x, y, turn), m_body(body), m_code(code) {}
 
+    /// Whether there is a view in which segments may be gathered.
+    bool GathersSegments() const { return m_figure.Exact() != nullptr && m_stream.Box() != nullptr; }
+
     /// Gathers the plain segments that follow each other from a record on, as far as they lie in the view, and counts
     /// them off; the record after them. Nothing is drawn meanwhile.
     int GatherSegments(int record, int& left) const {
         const draw::ViewBox* box = m_stream.Box();
-        if (box == nullptr || !m_figure.IsExact()) return record;
-        const geometry::ExactFigure figure = m_figure.Exact();
+        if (box == nullptr) return record;
+        const geometry::ExactFigure figure = *m_figure.Exact();
         const int most = std::min({left, (m_body.size - record) / kSegmentRecords, m_stream.room()});
         const SYMBODY* at = m_body.records + record;
         POINT* ends = m_stream.next();
@@ -221,9 +224,10 @@ int DrawRecords(draw::StrokeStream& stream, double x, double y, geometry::Turn& 
     const Body body = CurrentBody();
     if (body.library == nullptr) return 1;
     const Placement placement(stream, x, y, turn, body, code);
+    const bool gathers = placement.GathersSegments();
     int at = 0;
     for (int left = body.library->current.number; left > 0; --left) {
-        if (at >= 0) at = placement.GatherSegments(at, left);
+        if (gathers && at >= 0) at = placement.GatherSegments(at, left);
         if (left == 0) break;
         if (at < 0 || at >= body.size) {
             stream.Flush();

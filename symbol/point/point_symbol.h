@@ -12,30 +12,33 @@ namespace zm::symbol {
 class SymbolFigure {
  public:
     SymbolFigure(double x, double y, geometry::Turn& turn)
-        : m_place{x, y},
-          m_scale(ScaleDenominator()),
+        : m_scale(ScaleDenominator()),
           m_turned(!turn.IsBelow(kNoRotation)),
-          m_figure(turn, x, y, m_scale) {}
+          m_figure(turn, x, y, m_scale),
+          m_isExact(!m_turned || m_figure.IsExact()),
+          m_exact(m_turned && m_isExact
+                      ? m_figure.Exact()
+                      : geometry::ExactFigure(geometry::Pair{x, y}, geometry::Pair{1.0, 0.0}, m_scale)) {}
 
     double scale() const { return m_scale; }
-    /// Whether its points may be had from Exact, which saves asking for each how the figure is turned.
-    bool IsExact() const { return !m_turned || m_figure.IsExact(); }
-    geometry::ExactFigure Exact() {
-        return m_turned ? m_figure.Exact() : geometry::ExactFigure(m_place, geometry::Pair{1.0, 0.0}, m_scale);
-    }
+
     geometry::Pair At(const SYMBODY::Point& p) {
-        const double px = p.x;
-        const double py = p.y;
-        return m_turned ? m_figure.Of(px, py) : m_place + geometry::Pair{px, py} * m_scale;
+        const geometry::Pair onPaper = {double{p.x}, double{p.y}};
+        if (!m_turned) return m_exact.Unturned(onPaper);
+        return m_isExact ? m_exact.Of(onPaper) : m_figure.Of(onPaper[0], onPaper[1]);
     }
+    /// Gives the points that At gives, but for the sign of a zero and for numbers without end. Null where the turn is
+    /// that of a leg, for whose points no bearing is taken.
+    const geometry::ExactFigure* Exact() const { return m_isExact ? &m_exact : nullptr; }
 
  private:
     static constexpr double kNoRotation = 1e-6;  // radians
 
-    geometry::Pair m_place;
     double m_scale;
     bool m_turned;
     geometry::TurnedFigure m_figure;
+    bool m_isExact;
+    geometry::ExactFigure m_exact;
 };
 
 constexpr double kDotPixels = 1.5;  // a symbol smaller than this is a dot on a device

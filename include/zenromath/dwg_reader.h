@@ -58,6 +58,33 @@ struct DrawingField {
 };
 
 /// One entity of the file.
+///
+/// Its kinds, how many points each has, and its fields. A field that the file leaves out has its usual value: 1 for
+/// scales, widths of characters, columns and rows, else 0 or an empty text. Angles are radians, lengths drawing units.
+/// ext_x, ext_y, ext_z are the normal of the plane that the points lie in, (0, 0, 1) where they are left out.
+///
+///     LINE, 3DLINE          2   ext_x ext_y ext_z
+///     POINT                 1   angle ext_x ext_y ext_z
+///     CIRCLE                1   radius ext_x ext_y ext_z
+///     ARC                   1   radius start end ext_x ext_y ext_z; from start counter-clockwise to end
+///     TRACE, SOLID          4   ext_x ext_y ext_z
+///     3DFACE                4   invisible: a bit for each edge
+///     TEXT                  1   height text rotation width oblique style (number) generation horizontal vertical
+///                               align_x align_y ext_x ext_y ext_z
+///     SHAPE                 1   scale shape (number) rotation width oblique style
+///     INSERT                1   block (number) scale_x scale_y scale_z rotation columns rows column_gap row_gap
+///                               ext_x ext_y ext_z
+///     ATTDEF, ATTRIB        1   as TEXT, and tag prompt (of ATTDEF) attribute_flags field_length
+///     POLYLINE              0   closed (flags) start_width end_width m n m_density n_density curve ext_x ext_y ext_z
+///     VERTEX                1   start_width end_width bulge vertex_flags tangent corner_1 corner_2 corner_3 corner_4;
+///                               those of a polyline come after it, up to its SEQEND
+///     SEQEND                0   begin: where the record that it ends lies
+///     DIMENSION             1   block (number) text_x text_y insert_x insert_y dimension_type text x3 y3 z3 x4 y4 z4
+///                               x5 y5 z5 x6 y6 z6 leader rotation text_rotation oblique dimension_style
+///                               ext_x ext_y ext_z
+///     BLOCK                 1   path name; the begin of a block
+///     ENDBLK                0   none; its end
+///     JUMP, VIEWPORT        0   none
 struct DrawingEntity {
     std::uint64_t offset = 0;             ///< in the file, bytes
     std::string kind;                     ///< "LINE", "CIRCLE" ...; "KIND25" where the kind is not known

@@ -186,6 +186,7 @@ TEST_F(PostGis, TablesOfOddNamesAndViewsAreDrawnToo) {
 }
 
 TEST_F(PostGis, ChangedSinceComparesInTheDatabaseOrRefuses) {
+    ASSERT_EQ(m_server.Statement(R"(ALTER TABLE lines ADD "in""ch" text; UPDATE lines SET "in""ch" = t)"), 0);
     ASSERT_EQ(m_zenro
                   .Run({"series", "plan", m_server.Name(), "--rules", "./r.rules", "--scale", "1000", "--within",
                         "40512000,3456000,40513000,3457000", "-o", "plan.gpkg", "--quiet"})
@@ -202,6 +203,8 @@ TEST_F(PostGis, ChangedSinceComparesInTheDatabaseOrRefuses) {
     EXPECT_EQ(Count(due("2", "grade").out, "\n"), 4);
     EXPECT_EQ(Count(due("1.5", "grade").out, "\n"), 4);  // as numbers: the database has no such text of a whole number
     EXPECT_EQ(Count(due("3", "grade").out, "\n"), 0);
+    EXPECT_EQ(Count(due("2026-01-06", "in\"ch").out, "\n"), one);
+    EXPECT_EQ(Count(due("2026-03-01", "in\"ch").out, "\n"), 0);
     for (const auto& [since, field] : {std::pair("2026-01-06", "grade"), std::pair("yesterday morning", "t")}) {
         const Outcome r = due(since, field);
         EXPECT_EQ(r.status, 2) << r.out;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "runtime/text/numbers.h"
+#include "tools/kit/angles.h"
 #include "tools/kit/text.h"
 #include "tools/kit/tool_host.h"
 #include "tools/kit/translation.h"
@@ -17,8 +18,6 @@ namespace fs = std::filesystem;
 
 namespace zm::tool {
 namespace {
-
-constexpr double kDegree = 3.141592653589793 / 180.0;
 
 GeometryKind KindOfSimple(OGRwkbGeometryType type) {
     switch (wkbFlatten(type)) {
@@ -285,8 +284,15 @@ void CountByLook(LayerReader& reader, const PlaneMap& map, bool northFirst, cons
     }
 }
 
-// A condition in OGR's form; nothing where values of the field are of another kind. Numbers are compared as numbers.
-std::string AtLeast(const OGRFieldDefn& field, const std::string& least) {
+std::string QuotedName(const std::string& name, const char* quote) {
+    std::string quoted = "\"";
+    for (const char c : name) c == '"' ? quoted += quote : quoted += c;
+    return quoted + "\"";
+}
+
+// A condition on a field, whose name is written as it is given; nothing where values of the field are of another kind.
+// Numbers are compared as numbers.
+std::string AtLeast(const OGRFieldDefn& field, const std::string& name, const std::string& least) {
     double number = 0.0;
     std::string value = "'" + least + "'";
     switch (field.GetType()) {
@@ -304,7 +310,18 @@ std::string AtLeast(const OGRFieldDefn& field, const std::string& least) {
         default:
             return {};
     }
-    return std::string("\"").append(field.GetNameRef()).append("\" >= ").append(value);
+    return name + " >= " + value;
+}
+
+// Whether a layer takes the condition. A double quote in a name is written twice for a database, and has a backslash
+// before it where GDAL itself compares: no layer takes the form that is not its own.
+bool SetCondition(OGRLayer& layer, const OGRFieldDefn& field, const std::string& least) {
+    for (const char* quote : {"\"\"", "\\\""}) {
+        const std::string filter = AtLeast(field, QuotedName(field.GetNameRef(), quote), least);
+        if (filter.empty()) return false;
+        if (layer.SetAttributeFilter(filter.c_str()) == OGRERR_NONE) return true;
+    }
+    return false;
 }
 
 [[noreturn]] void RefuseComparison(const LayerReader& reader, const std::string& field, const std::string& least) {
@@ -731,8 +748,7 @@ std::vector<long long> Source::CountIn(const std::vector<Box>& boxes, const std:
             if (index < 0) continue;
             found = true;
             layer->reader->AskForAll();  // the condition is on a field that no rule uses
-            const std::string filter = AtLeast(*data.GetLayerDefn()->GetFieldDefn(index), least);
-            if (filter.empty() || data.SetAttributeFilter(filter.c_str()) != OGRERR_NONE)
+            if (!SetCondition(data, *data.GetLayerDefn()->GetFieldDefn(index), least))
                 RefuseComparison(*layer->reader, field, least);
         }
         if (!layer->reader->hasIndex())

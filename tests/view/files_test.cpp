@@ -230,6 +230,38 @@ TEST_F(WindowFiles, WhatIsSavedWhileTheMapIsReadForTheFirstTimeIsReadAgain) {
     EXPECT_EQ(Messages().count("read again"), 1);
 }
 
+// Two words on the reading before the program itself takes over, each until it was seen.
+TEST_F(WindowFiles, TheStatusLineHasHowMuchOfAFileIsRead) {
+    const auto word = [](const std::string& text) {
+        return "printf '\\" + std::to_string(text.size() / 8) + std::to_string(text.size() % 8) + "\\0\\0\\0%s' '" +
+               text + "'\n";
+    };
+    const auto await = [&](const char* name) {
+        return "until [ -e '" + (zenro / name).string() + "' ]; do sleep 0.02; done\n";
+    };
+    program = QString::fromStdString(
+        zenro.File("zenro", "#!/bin/sh\n" + word(R"({"is":"reading","done":1280,"total":5000})") + await("first") +
+                                word(R"({"is":"reading","done":1536,"total":0})") + await("second") + "exec '" +
+                                std::string(ZENRO_PROGRAM) + "' \"$@\"\n"));
+    fs::permissions(program.toStdString(), fs::perms::owner_all);
+    bool begun = false, ofAll = false, alone = false;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, &look, [&] {
+        const QString said = Said("doing");
+        begun = begun || said == "reading";
+        ofAll = ofAll || said == "reading 1,280 / 5,000";
+        alone = alone || said == "reading 1,536";
+        if (ofAll) zenro.File("first", "");
+        if (alone) zenro.File("second", "");
+    });
+    look.start(10);
+    OpenSquare();
+    EXPECT_TRUE(begun);
+    EXPECT_TRUE(ofAll);
+    EXPECT_TRUE(alone);
+    EXPECT_EQ(Said("doing"), "ready");
+}
+
 TEST_F(WindowFiles, AFileThatIsBeingWrittenIsReadOnceItIsWhole) {
     const std::string whole = ReadFile(town.toStdString());
     OpenSquare();

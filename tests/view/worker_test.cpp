@@ -51,6 +51,19 @@ class ViewWorker : public testing::Test {
     std::string rules, data;
 };
 
+// Of a file whose number of features is known.
+TEST_F(ViewWorker, SaysHowMuchOfAFileItHasRead) {
+    std::string features;
+    for (int i = 0; i < 700; ++i)
+        features += (i == 0 ? "" : ",") + PointFeature(kX + i % 100, kY + i / 100.0, "\"kind\":\"tree\"");
+    MapWorker worker({"--rules=" + rules, "--scale=500", zenro.File("things.geojson", Collection(features))});
+    const json reading = worker.Await("reading");
+    EXPECT_EQ(reading["done"].get<int>() % 256, 0) << reading;
+    EXPECT_GE(reading["done"].get<int>(), 256) << reading;
+    EXPECT_EQ(reading["total"], 700) << reading;
+    worker.Await("ready");
+}
+
 // The window sees by these steps that a process which works long does not hang.
 TEST_F(ViewWorker, CountsWhatItBeginsAndEachFeatureThatItLooksAt) {
     const auto worker = Open();

@@ -84,7 +84,7 @@ int WriteRuns(CTqDraw& dc, int n, double* xy) {
 
 // One stroke from each point to the next; the sum of their results.
 template <class At>
-int DrawStrokes(CTqDraw& dc, int n, At at) {
+int DrawBetween(CTqDraw& dc, int n, At at) {
     StrokeStream stream(dc);
     for (int i = 1; i < n; ++i) stream.Line(at(i - 1), at(i));
     stream.Flush();
@@ -96,7 +96,7 @@ template <class At>
 int DrawLines(CTqDraw& dc, int n, At at) {
     const bool recorded = SinkOf(dc.GetTqDCType()) == Sink::record;
     if (recorded) sink::record::PolylineStart(dc);
-    const int sum = DrawStrokes(dc, n, at);
+    const int sum = DrawBetween(dc, n, at);
     if (recorded) sink::record::PolylineEnd(dc);
     return sum;
 }
@@ -122,7 +122,7 @@ int CTqDraw::lines(int n, double* x, double* y) {
     if (SinkOf(m_type) != Sink::dwg) return DrawLines(*this, n, at);
     const auto count = static_cast<std::size_t>(n);
     const std::unique_ptr<double[]> xy(new (std::nothrow) double[2 * count]);  // clip points are written into it
-    if (xy == nullptr) return DrawStrokes(*this, n, at);
+    if (xy == nullptr) return DrawBetween(*this, n, at);
     for (std::size_t i = 0; i < count; ++i) {
         xy[2 * i] = x[i];
         xy[2 * i + 1] = y[i];

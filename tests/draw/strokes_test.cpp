@@ -62,7 +62,7 @@ TEST_F(Strokes, AboutTheEdgesOfTheViewHaveThePixelsThatTheMappingTells) {
 }
 
 // One stream of strokes, four values for each.
-void DrawStrokes(const double* ends, std::size_t count) {
+void StreamStrokes(const double* ends, std::size_t count) {
     zm::draw::StrokeStream stream;
     for (std::size_t i = 0; i < 4 * count; i += 4)
         stream.Line(zm::geometry::Pair{ends[i], ends[i + 1]}, zm::geometry::Pair{ends[i + 2], ends[i + 3]});
@@ -122,7 +122,7 @@ TEST_P(RunsOfStrokes, ReachTheSinkAsOneLineAfterAnother) {
         if (count > 33) ends[7] = std::numeric_limits<double>::quiet_NaN();
         device.Clear();
         writer.calls.clear();
-        DrawStrokes(ends.data(), static_cast<std::size_t>(count));
+        StreamStrokes(ends.data(), static_cast<std::size_t>(count));
         const Lines run = device.lines(), recorded = Recorded(dc), written = writer.calls;
         device.Clear();
         writer.calls.clear();
@@ -166,10 +166,10 @@ TEST_F(Strokes, OnADeviceThatIsGoneAreNotDrawn) {
     {
         CallingDevice calling;
         dc.ResetHdc(&calling);
-        DrawStrokes(kTwoStrokes, 2);
+        StreamStrokes(kTwoStrokes, 2);
         EXPECT_EQ(calling.lines, 2);
     }
-    DrawStrokes(kTwoStrokes, 2);
+    StreamStrokes(kTwoStrokes, 2);
     EXPECT_EQ(dc.line(1.0, 1.0, 2.0, 2.0), 0);
     EXPECT_EQ(device.lines(), Lines{});
 }
@@ -179,7 +179,7 @@ TEST_F(Strokes, EndWithADeviceThatEndsWhereItIsMovedTo) {
     auto calling = std::make_unique<CallingDevice>();
     dc.ResetHdc(calling.get());
     calling->moved = [&] { calling.reset(); };
-    DrawStrokes(kTwoStrokes, 2);
+    StreamStrokes(kTwoStrokes, 2);
     EXPECT_EQ(calling, nullptr);
     EXPECT_EQ(dc.line(1.0, 1.0, 2.0, 2.0), 0);
 }
@@ -196,7 +196,7 @@ TEST_F(Strokes, GoOnOnTheContextThatTheApplicationPutsInTheOldOnesPlace) {
         SelectWorkingTqDC(nullptr);
         other = std::make_unique<CTqDraw>(3);
     };
-    DrawStrokes(ends.data(), 100);
+    StreamStrokes(ends.data(), 100);
     // What was on its way to the device arrives there.
     EXPECT_EQ(static_cast<std::size_t>(calling.lines) + Recorded(*other).size(), 100u);
     EXPECT_LE(calling.lines, zm::draw::StrokeStream::kMost);
@@ -208,8 +208,106 @@ TEST_F(Strokes, EndWithTheWorkingContext) {
     dc.ResetHdc(&calling);
     const std::vector<double> ends(400, 1.0);
     calling.drawn = [&] { context.reset(); };
-    DrawStrokes(ends.data(), 100);
+    StreamStrokes(ends.data(), 100);
     EXPECT_LE(calling.lines, zm::draw::StrokeStream::kMost);
+}
+
+// Writes down each stroke with the colour of its pen, and lets the application in at the first one.
+class NotingDevice : public zm::NullDevice {
+ public:
+    int Line(const zm::Stroke& stroke, int x1, int y1, int x2, int y2) override {
+        strokes.push_back({static_cast<int>(stroke.color), x1, y1, x2, y2});
+        if (drawn) std::exchange(drawn, nullptr)();
+        return 1;
+    }
+    std::function<void()> drawn;
+    std::vector<std::array<int, 5>> strokes;
+};
+
+// A hand-over and three strokes of the next one, level from x = 1 to x = 2 m, while which the application does
+// something at the first: what reached the device, its own strokes left out.
+class StrokesAndACall : public Strokes {
+ protected:
+    static constexpr std::size_t kFirst = zm::draw::StrokeStream::kMost;
+    using Stroke = std::array<int, 5>;
+
+    const std::vector<Stroke>& Drawn(const std::function<void(CTqDraw&)>& act) {
+        CTqDraw& dc = MakeContext(0);
+        dc.ResetHdc(&m_noting);
+        m_noting.drawn = [&dc, act] { act(dc); };
+        std::vector<double> ends;
+        for (std::size_t i = 0; i < kFirst + 3; ++i) ends.insert(ends.end(), {1.0, 10.0, 2.0, 10.0});
+        StreamStrokes(ends.data(), kFirst + 3);
+        return m_noting.strokes;
+    }
+    static std::vector<Stroke> Expected(const Stroke& first, std::size_t ofFirst, const Stroke& then,
+                                        std::size_t ofThen = 3) {
+        std::vector<Stroke> strokes(ofFirst, first);
+        strokes.insert(strokes.end(), ofThen, then);
+        return strokes;
+    }
+    static constexpr Stroke kPlain = {0, 10, 500, 20, 500};
+
+    NotingDevice m_noting;
+};
+
+TEST_F(StrokesAndACall, HaveAnotherPenAtOnce) {
+    const HPEN red = zm::device::CreatePen(PS_SOLID, 1, 0x0000FF);
+    const auto drawn = Drawn([&](CTqDraw&) { zm::device::SelectObject(&m_noting, red); });
+    EXPECT_EQ(drawn, Expected(kPlain, 1, {0x0000FF, 10, 500, 20, 500}, kFirst + 2));
+    zm::device::SelectObject(&m_noting, zm::device::BlackPen());
+    zm::device::DeleteObject(red);
+}
+
+TEST_F(StrokesAndACall, AreClippedFromTheNextHandOverOn) {
+    EXPECT_EQ(Drawn([](CTqDraw& dc) {
+                  dc.SetCutArea(1.5, 0.0, 50.0, 50.0);
+                  dc.SetDoCut(1);
+              }),
+              Expected(kPlain, kFirst, {0, 15, 500, 20, 500}));
+}
+
+TEST_F(StrokesAndACall, AreClippedNoMoreFromTheNextHandOverOn) {
+    CTqDraw& dc = MakeContext(0);
+    dc.ResetHdc(&m_noting);
+    dc.SetCutArea(1.5, 0.0, 50.0, 50.0);
+    dc.SetDoCut(1);
+    m_noting.drawn = [&] { dc.SetDoCut(0); };
+    std::vector<double> ends;
+    for (std::size_t i = 0; i < kFirst + 3; ++i) ends.insert(ends.end(), {1.0, 10.0, 2.0, 10.0});
+    StreamStrokes(ends.data(), kFirst + 3);
+    EXPECT_EQ(m_noting.strokes, Expected({0, 15, 500, 20, 500}, kFirst, kPlain));
+}
+
+TEST_F(StrokesAndACall, AreClippedByAPolygonFromTheNextHandOverOn) {
+    EXPECT_EQ(Drawn([](CTqDraw& dc) {
+                  double x[] = {1.25, 50.0, 50.0, 1.25}, y[] = {0.0, 0.0, 50.0, 50.0};
+                  dc.SetCutArea(4, x, y);
+                  dc.SetDoCut(1);
+              }),
+              Expected(kPlain, kFirst, {0, 12, 500, 20, 500}));
+}
+
+TEST_F(StrokesAndACall, AreRotatedFromTheNextHandOverOn) {
+    EXPECT_EQ(Drawn([](CTqDraw& dc) { dc.SetRotateMoveP(180.0, 2.0, 10.0); }),
+              Expected(kPlain, kFirst, {0, 30, 500, 20, 500}));
+}
+
+// The application's own stroke lies where it was drawn, between the first and the second of the hand-over.
+TEST_F(StrokesAndACall, GoOnAfterWhatTheApplicationDrawsItself) {
+    auto expected = Expected(kPlain, kFirst, kPlain);
+    expected.insert(expected.begin() + 1, {0, 30, 300, 40, 300});
+    EXPECT_EQ(Drawn([](CTqDraw& dc) { EXPECT_EQ(dc.line(3.0, 30.0, 4.0, 30.0), 1); }), expected);
+}
+
+TEST_F(StrokesAndACall, GoToTheRecordingThatWorksFromTheNextHandOverOn) {
+    std::unique_ptr<CTqDraw> other;
+    const auto drawn = Drawn([&](CTqDraw&) {
+        SelectWorkingTqDC(nullptr);
+        other = std::make_unique<CTqDraw>(3);
+    });
+    EXPECT_EQ(drawn, Expected(kPlain, kFirst, kPlain, 0));
+    EXPECT_EQ(Recorded(*other).size(), 3u);
 }
 
 zm::geometry::Pair At(double x, double y) {

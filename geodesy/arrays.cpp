@@ -11,6 +11,7 @@
 #include "geodesy/numeric.h"
 #include "geodesy/zone_ellipsoids.h"
 #include "geodesy/zone_series.h"
+#include "runtime/uses.h"
 #include "zenromath/geodesy.h"
 
 namespace zm::geodesy {
@@ -136,9 +137,11 @@ void InBlocks(std::size_t n, const double* first, const double* second, double* 
         std::fill(block.first + count, block.first + kBlock, 0.0);
         std::fill(block.second + count, block.second + kBlock, 0.0);
         runBlock(block);
-        for (std::size_t i = 0; i < count; ++i)
-            if (block.usual[i] == 0.0)
-                doOne(block.first[i], block.second[i], block.firstOut[i], block.secondOut[i], block.gamma[i]);
+        for (std::size_t i = 0; i < count; ++i) {
+            const bool usual = block.usual[i] != 0.0;
+            uses::Count(usual ? uses::listInBlock : uses::listAlone);
+            if (!usual) doOne(block.first[i], block.second[i], block.firstOut[i], block.secondOut[i], block.gamma[i]);
+        }
         std::copy_n(block.firstOut, count, firstOut + at);
         std::copy_n(block.secondOut, count, secondOut + at);
         if (gamma != nullptr) std::copy_n(block.gamma, count, gamma + at);

@@ -5,6 +5,7 @@
 
 #include "geodesy/meridian_arc.h"
 #include "geodesy/sincos.h"
+#include "runtime/uses.h"
 
 namespace zm::geodesy {
 
@@ -187,6 +188,7 @@ struct QuickFootpoint {
 /// The footpoint latitude of northing x, with its sine and cosine.
 inline Footpoint FootpointOf(const GaussEllipsoid& g, double x) {
     const QuickFootpoint quick = ExpandedFootpoint(g, x);
+    uses::Count(quick.holds != 0.0 ? uses::footQuick : uses::footIterated);
     return quick.holds != 0.0 ? quick.footpoint : IteratedFootpoint(g, x);
 }
 

@@ -10,6 +10,7 @@
 #include "geometry/elevation.h"
 #include "geometry/height_grid.h"
 #include "geometry/state.h"
+#include "runtime/uses.h"
 #include "zenromath/geometry.h"
 
 using zm::geometry::HeightGrid;
@@ -18,7 +19,7 @@ using zm::geometry::state;
 
 namespace {
 
-constexpr double kGreatestHeight = 9000.0;  // metres; a greater one stands for "unknown"
+constexpr double kGreatestHeight = 9000.0;  // metres; a greater one means "unknown"
 constexpr std::int64_t kScansOfAGrid = 8;   // building a grid costs about as much as so many scans of all the points
 
 }  // namespace
@@ -113,6 +114,7 @@ double Find4H::FindH(double x, double y) {
             found = true;
         }
     }
+    zm::uses::Count(found || covered == m_n ? zm::uses::heightByGrid : zm::uses::heightByScan);
     for (int i = covered; !found && i < m_n; ++i) {
         if (!IsNear(m_x[i], m_y[i], x, y)) continue;
         height = m_h[i];

@@ -93,7 +93,7 @@ int norm_intersect(double x1, double y1, double x2, double y2, double* pairs, in
     const double* p = pairs;
     for (int i = 1; i < n; ++i, p += 2) {
         const unsigned int after = sides.Of(p[2], p[3]);
-        if ((before & after) == 0 && Cross_P(X, Y, x1, y1, x2, y2, p[0], p[1], p[2], p[3]) == 0) return i;
+        if (!sides.Share(before, after) && Cross_P(X, Y, x1, y1, x2, y2, p[0], p[1], p[2], p[3]) == 0) return i;
         before = after;
     }
     // Required: the last meeting point computed stays in X and Y, also when the result is 0.

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "runtime/uses.h"
 #include "zenromath/geometry.h"
 
 namespace {
@@ -13,7 +14,7 @@ constexpr double kSquaredOnEdge = 9.999999999999998e-15;  // square metres
 constexpr double kWellAway = 4e-07;      // metres; four times the edge tolerance, so that roundings have no part
 constexpr double kRayBeyondBox = 1e-05;  // metres; the ray ends here after the vertices
 
-// The least and the greatest of n values, n at least 1. What is no number has no part, unless it comes first. Four
+// The least and the greatest of n values, n at least 1. NaN has no part, unless it comes first. Four
 // values at a time, since one comparison has to wait for the one before.
 struct Extent {
     Extent(const double* v, int n) : low(v[0]), high(v[0]) {
@@ -93,22 +94,23 @@ int PtInPolyEdge(int n, double* x, double* y, double px, double py) {
     const double below = py - kWellAway;
     const Extent extentX(x, n);
     const double qx = extentX.high + kRayBeyondBox;
-    // Whether py lies in the extent of y; as there, what is no number has no part, unless it comes first.
+    // Whether py lies in the extent of y; as there, NaN has no part, unless it comes first.
     bool anyAtOrAbove = !(py > y[0]);
     bool anyAtOrBelow = !(py < y[0]);
     int crossings = 0;
     for (int i = 0; i < n; ++i) {
         if (y[i] > above) {
             anyAtOrAbove = true;
-            while (i + 1 < n && y[i + 1] > above) ++i;
+            for (; i + 1 < n && y[i + 1] > above; ++i) zm::uses::Count(zm::uses::edgePassed);
         } else if (y[i] < below) {
             anyAtOrBelow = true;
-            while (i + 1 < n && y[i + 1] < below) ++i;
+            for (; i + 1 < n && y[i + 1] < below; ++i) zm::uses::Count(zm::uses::edgePassed);
         } else {
             anyAtOrAbove = anyAtOrAbove || y[i] >= py;
             anyAtOrBelow = anyAtOrBelow || y[i] <= py;
         }
         const int j = i + 1 < n ? i + 1 : 0;
+        zm::uses::Count(zm::uses::edgeTested);
         if (OnEdge(x[i], y[i], x[j], y[j], px, py)) return -1;
         if (RayCrosses(x[i], y[i], x[j], y[j], px, py, qx)) ++crossings;
     }

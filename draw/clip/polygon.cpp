@@ -45,7 +45,11 @@ PolygonBlock& BlockOf(const PP* polygon) {
 int PointInPolygon(const PP* polygon, int n, double px, double py) {
     PolygonBlock& block = BlockOf(polygon);
     int answer = 0;
-    if (block.index.Locate(polygon, n, px, py, answer)) return answer;
+    if (block.index.Locate(polygon, n, px, py, answer)) {
+        uses::Count(uses::pointByIndex);
+        return answer;
+    }
+    uses::Count(uses::pointByEdges);
     return PtInPolyEdge(n, block.x.data(), block.y.data(), px, py);
 }
 

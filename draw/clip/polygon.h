@@ -6,6 +6,7 @@
 
 #include "draw/clip/polygon_index.h"
 #include "geometry/exact/crossing.h"
+#include "runtime/uses.h"
 #include "zenromath/draw.h"
 #include "zenromath/geometry.h"
 
@@ -33,10 +34,12 @@ template <class Take>
 void ForEachCrossing(const PP* polygon, int n, double x1, double y1, double x2, double y2, Take take) {
     PolygonBlock& block = BlockOf(polygon);
     if (block.index.Crossings(polygon, n, x1, y1, x2, y2, block.crossings)) {
+        uses::Count(uses::segmentByIndex);
         for (const auto& crossing : block.crossings)
             if (!take(crossing.x, crossing.y)) return;
         return;
     }
+    uses::Count(uses::segmentByEdges);
     const geometry::SidesOfBox sides(x1, y1, x2, y2);
     for (int i = 0; i < n; ++i) {
         const PP& a = polygon[i];

@@ -26,7 +26,9 @@ class Legs {
     Pair Ahead(double distance) const {
         PairMask sure = kBoth;
         const Pair place = CertainSum(m_at, m_leg.Along(distance), std::fabs(distance) * m_leg.Slack(), sure);
-        return Both(sure) ? place : Step(m_leg, m_at, distance);
+        if (!Both(sure)) return Step(m_leg, m_at, distance);
+        uses::Count(uses::stepSure);
+        return place;
     }
     /// Goes on to the point Ahead by this distance.
     void GoTo(Pair place, double /*distance*/) {
@@ -42,7 +44,7 @@ class Legs {
 
 /// The same for many steps: after each the leg to the goal is another one, by some roundings.
 ///
-/// What a leg's direction differs by from that of the first is so little that a product tells it, without the root and
+/// What a leg's direction differs by from that of the first is so little that a product gives it, without the root and
 /// the quotient of the leg itself: these take far longer, and each step waits for the one before.
 class Course {
  public:

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "geometry/state.h"
+#include "runtime/uses.h"
 
 namespace zm::geometry {
 
@@ -19,7 +20,7 @@ class SidesOfBox {
         m_right = std::max(x1, x2) + margin;
         m_bottom = std::min(y1, y2) - margin;
         m_top = std::max(y1, y2) + margin;
-        // Products of such numbers may overflow, and a meeting point that is no number lies outside of nothing.
+        // Products of such numbers may overflow, and a meeting point that is NaN lies outside of nothing.
         const bool plain = std::fabs(x1) < kPlain && std::fabs(y1) < kPlain && std::fabs(x2) < kPlain &&
                            std::fabs(y2) < kPlain && margin >= 0.0;
         m_usable = plain ? ~0u : 0u;
@@ -31,7 +32,13 @@ class SidesOfBox {
         return std::fabs(x) < kPlain && std::fabs(y) < kPlain ? bits & m_usable : 0u;
     }
     /// Whether the segment from a to b cannot be met.
-    bool Miss(double ax, double ay, double bx, double by) const { return (Of(ax, ay) & Of(bx, by)) != 0; }
+    bool Miss(double ax, double ay, double bx, double by) const { return Share(Of(ax, ay), Of(bx, by)); }
+    /// The same by the sides of both ends.
+    static bool Share(unsigned int a, unsigned int b) {
+        const bool missed = (a & b) != 0;
+        uses::Count(missed ? uses::crossingMissed : uses::crossingAsked);
+        return missed;
+    }
 
  private:
     static constexpr double kPlain = 1e100;

@@ -36,7 +36,7 @@ class Leg {
     }
     /// Whether it is long enough to have a bearing, and its squares lose no digits.
     bool IsPlain() const { return m_distance > kShortest && m_distance < kLongest && m_distance > state().mini; }
-    /// Whether an arc cosine tells too little of its sine.
+    /// Whether its sine is too small to be had from an arc cosine.
     bool IsFlat() const { return !(std::fabs(m_dy) > kFlattest * m_distance); }
     /// How far the direction may be off; infinite where nothing is known.
     double Slack() const {
@@ -46,7 +46,7 @@ class Leg {
  private:
     static constexpr double kShortest = 1e-100;  // metres; squares of what lies between lose nothing
     static constexpr double kLongest = 1e100;
-    static constexpr double kFlattest = 1e-5;  // sine below which an arc cosine tells too little of it
+    static constexpr double kFlattest = 1e-5;  // sine below which an arc cosine has too few digits of it
     static constexpr double kSlack = 3.6e-15;
     static constexpr double kSineSlack = 3.5e-16;
 
@@ -184,7 +184,10 @@ inline Pair LevelDirection(double dx) {
 /// The point at a distance from another along a leg, as XYSA gives it.
 inline Pair Step(const Leg& leg, Pair at, double distance) {
     if (leg.IsPlain()) {
-        if (leg.dy() == 0.0) return at + distance * LevelDirection(leg.dx());
+        if (leg.dy() == 0.0) {
+            uses::Count(uses::stepSure);
+            return at + distance * LevelDirection(leg.dx());
+        }
         // The arc cosine's own argument, and the sine that belongs to it.
         const double c = leg.dx() / leg.distance();
         const double s = std::sqrt((1.0 - c) * (1.0 + c));
@@ -193,9 +196,12 @@ inline Pair Step(const Leg& leg, Pair at, double distance) {
         PairMask sure = kBoth;
         const Pair place =
             CertainSum(at, Pair{c, std::copysign(s, leg.dy())} * distance, slack * std::fabs(distance), sure);
-        if (Both(sure)) [[likely]]
+        if (Both(sure)) [[likely]] {
+            uses::Count(uses::stepSure);
             return place;
+        }
     }
+    uses::Count(uses::stepByBearing);
     Turn turn(leg);
     return TurnedFigure(turn, at[0], at[1], distance).Exactly(1.0, 0.0);
 }

@@ -109,6 +109,7 @@ void QtDevice::EndChain() {
         FillOutline();
     } else {
         Stroking();
+        uses::Count(uses::strokeChained);
         const auto isFirst = [this](const QPointF& point) { return point == m_chain.front(); };
         if (std::all_of(m_chain.begin(), m_chain.end(), isFirst))
             m_painter.drawPoint(m_chain[0]);  // a wide stroke of no length is a dot
@@ -146,6 +147,7 @@ void QtDevice::Flush() {
         }
     } else if (!m_lines.empty()) {
         Stroking();
+        uses::Count(uses::strokeSingle, m_lines.size());
         m_painter.drawLines(m_lines.data(), static_cast<int>(m_lines.size()));
     }
     m_lines.clear();
@@ -294,6 +296,7 @@ bool QtDevice::PlotLine(int x1, int y1, int x2, int y2) {
         }
     }
     m_dashStep += static_cast<unsigned>(length);
+    uses::Count(uses::strokePlotted);
     return true;
 }
 
@@ -301,6 +304,7 @@ bool QtDevice::PlotLine(int x1, int y1, int x2, int y2) {
 void QtDevice::ThinLine(const Stroke& stroke, int x1, int y1, int x2, int y2) {
     const bool dashed = Dashed(stroke);
     if (!dashed && PlotLine(x1, y1, x2, y2)) return;
+    uses::Count(uses::strokeInRuns);
     const bool steep = std::abs(y2 - y1) > std::abs(x2 - x1);
     const int from = steep ? y1 : x1;
     const int to = steep ? y2 : x2;

@@ -9,6 +9,7 @@
 
 #include "geometry/exact/crossing.h"
 #include "geometry/state.h"
+#include "runtime/uses.h"
 #include "symbol/paper.h"
 #include "symbol/scratch.h"
 
@@ -17,7 +18,6 @@ namespace {
 
 constexpr double kLeastExtent = 0.01;  // survey metres
 constexpr double kMargin = 1.3;        // survey metres at every scale
-constexpr double kSameAngle = 1e-6;    // of a fraction of pi
 constexpr double kFlat = 1e-9;         // sine or cosine that turns a step into a division by zero
 constexpr double kMostSteps = 1e9;     // across a box; a spacing that needs more counts as none
 constexpr int kWindow = 128;           // lines worked on together
@@ -209,7 +209,9 @@ void Filling::CrossWindow() {
             const Point p1 = m_family.Second(u);
             const auto number = static_cast<double>(j);
             geometry::MeetingPoint crossing = {};
-            if (number > surelyFrom && number < surelyTo)
+            const bool sure = number > surelyFrom && number < surelyTo;
+            uses::Count(sure ? uses::hatchSure : uses::hatchAsked);
+            if (sure)
                 crossing = geometry::Meeting(p0.x, p0.y, p1.x, p1.y, m_xy[2 * i], m_xy[2 * i + 1], m_xy[2 * next],
                                              m_xy[2 * next + 1]);
             else if (Cross_P(crossing.x, crossing.y, p0.x, p0.y, p1.x, p1.y, m_xy[2 * i], m_xy[2 * i + 1],
@@ -243,13 +245,9 @@ bool Filling::Append(std::int64_t j, Line& line) {
     return true;
 }
 
-bool IsWhole(double value) {
-    return std::fabs(value - std::trunc(value)) < kSameAngle;
-}
-
 // Whether the two families, half turns, run the other way round than they are written.
 bool ChangePlaces(double a1, double a2) {
-    return IsWhole(a1) || IsWhole(2.0 * a2);
+    return IsWholeHalfTurn(a1) || IsWholeHalfTurn(2.0 * a2);
 }
 
 // Appends a store's segments while the count of points is below the limit.
@@ -273,7 +271,7 @@ Box BoxOf(int n, const double* xy) {
 
 bool GridDividesByZero(double a1, double a2) {
     if (ChangePlaces(a1 / 180.0, a2 / 180.0)) std::swap(a1, a2);
-    return IsWhole(a1 / 180.0) || IsWhole((a2 - 90.0) / 180.0);
+    return IsWholeHalfTurn(a1 / 180.0) || IsWholeHalfTurn((a2 - 90.0) / 180.0);
 }
 
 int GenerateHatchLines(int n, const double* xy, double a1, double d1, double a2, double d2, int type, int& count,

@@ -1,6 +1,7 @@
 // The lines of a hatch: families of parallel lines cut by a polygon.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 
 namespace zm::symbol {
@@ -9,9 +10,15 @@ constexpr int kHatchCapacity = 4000;  // points of one entry
 constexpr int kMostCrossings = 18;    // of one line
 constexpr int kMostHits = 494;        // lines of one family that meet the polygon
 constexpr int kMostSegments = 495;    // of one family
+constexpr double kSameAngle = 1e-6;   // of a fraction of pi
 // Doubles that GenerateHatchLines may write for a capacity.
 constexpr int HatchRoom(int capacity) {
     return 2 * capacity + 2;
+}
+
+/// Whether a fraction of pi, as the angle of a family or the difference of two, counts as a whole number.
+inline bool IsWholeHalfTurn(double fraction) {
+    return std::fabs(fraction - std::trunc(fraction)) < kSameAngle;
 }
 
 /// Whether a grid of these angles, degrees, has a family that no step leads along: after the families have changed

@@ -49,7 +49,7 @@ class Placement {
         int count = 0;
         for (; count < most && IsPlainSegment(at); ++count, at += kSegmentRecords, ends += 2)
             if (!box->Map(figure.Of(OnPaper(at[1])), figure.Of(OnPaper(at[2])), ends)) break;
-        uses::Count(uses::segmentGathered, count);
+        uses::Count(uses::segmentGathered, static_cast<std::uint64_t>(count));
         m_stream.Take(count);
         left -= count;
         return record + count * kSegmentRecords;

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "tests/symbol/symbol_test.h"
+#include "zenromath/geometry.h"
 
 namespace {
 
@@ -119,6 +120,25 @@ TEST_F(Uses, AClipPolygonTakesTheLongWay) {
     LayPattern();
     EXPECT_EQ(counts[strokeInBox], 0u);
     EXPECT_EQ(counts[symbolMoved], 0u);
+}
+
+// A square with an edge that runs along the lines, and one that some lines pass at its end.
+TEST_F(Uses, OfAHatchOnlyLinesBesideTheEndsOfEdgesAreAskedWhetherTheyMeetThem) {
+    Load("*60 H 2\n2 30 3\n*$\n");
+    BeginSheet();
+    double square[] = {kEast,        kNorth,        kEast + 50.3, kNorth + 0.1,
+                       kEast + 50.1, kNorth + 40.7, kEast + 0.4,  kNorth + 40.2};
+    std::fill(std::begin(counts), std::end(counts), 0);
+    EXPECT_NE(DrawHatch(4, square, 60), 0);
+    EXPECT_GT(counts[hatchSure], 30u);
+    EXPECT_LE(counts[hatchAsked], 2u);
+    // Where the tolerance is metres wide, no line surely meets an edge.
+    const double before = SetMINI(2.0);
+    std::fill(std::begin(counts), std::end(counts), 0);
+    EXPECT_NE(DrawHatch(4, square, 60), 0);
+    EXPECT_EQ(counts[hatchSure], 0u);
+    EXPECT_GT(counts[hatchAsked], 30u);
+    SetMINI(before);
 }
 
 TEST_F(Uses, OfADrawingFileEachStrokeGoesOutAloneByTheQuickStepsAndTurns) {

@@ -2,8 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
+#include <thread>
 
+#include "runtime/uses.h"
 #include "tests/zenro/sheet_fixture.h"
+#include "tools/zenro/map/road_network.h"
 
 namespace {
 
@@ -199,5 +203,28 @@ TEST_F(Roads, APathNeedsMetres) {
             << wrong.err;
     }
 }
+
+#ifdef ZM_COUNT_USES
+// Unions, what hides each storey, and outlines with the areas that they are of.
+TEST(RoadNetwork, IsMadeOnAllCoresWhereThereIsMoreThanOnePieceOfWork) {
+    namespace uses = zm::uses;
+    const zm::tool::Rule wide, narrow;
+    const auto build = [&](std::initializer_list<const zm::tool::Rule*> rules) {
+        zm::tool::RoadNetwork network;
+        double y = 0.0;
+        for (const zm::tool::Rule* rule : rules) network.Add({{0.0, 100.0}, {y += 50.0, y}}, 6.0, *rule);
+        uses::counts[uses::workShared] = uses::counts[uses::workAlone] = 0;
+        network.Build(1.0);
+        for (const zm::tool::Rule* rule : rules) EXPECT_FALSE(network.EdgesOf(*rule).ground.empty());
+    };
+    const bool many = std::thread::hardware_concurrency() > 1;
+    build({&wide, &narrow});
+    EXPECT_EQ(uses::counts[uses::workShared], many ? 2u + 3u : 0u);
+    EXPECT_EQ(uses::counts[uses::workAlone], many ? 1u : 6u);
+    build({&wide});
+    EXPECT_EQ(uses::counts[uses::workShared], many ? 2u : 0u);
+    EXPECT_EQ(uses::counts[uses::workAlone], many ? 2u : 4u);
+}
+#endif
 
 }  // namespace

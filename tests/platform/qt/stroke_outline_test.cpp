@@ -285,6 +285,39 @@ TEST(StrokeOutline, IsTakenOnSmoothPixelsForSolidStrokesAndNowhereElse) {
     QPdfWriter page(&file);
     EXPECT_EQ(taken([&] { on(&page, Rendering::smooth, 1.0, StrokeOf(15)); }), 0u);  // strokes stay strokes
 }
+
+// What a device counts of a zigzag and, beside it, of three steps of a curve that hardly turns.
+struct Taken {
+    std::uint64_t plotted, inRuns, single, chained;
+    bool operator==(const Taken&) const = default;
+};
+void PrintTo(const Taken& taken, std::ostream* out) {
+    *out << taken.plotted << ' ' << taken.inRuns << ' ' << taken.single << ' ' << taken.chained;
+}
+
+TEST(ThinStrokes, AreSetPixelByPixelOnAnImageAndGoToThePainterSingly) {
+    const POINT ends[] = {{10, 10}, {30, 30}, {30, 30}, {50, 10},                       // turns off
+                          {10, 50}, {30, 52}, {30, 52}, {50, 55}, {50, 55}, {70, 59}};  // goes on
+    const auto on = [&](QPaintDevice* target, Rendering rendering, const Stroke& stroke) {
+        const auto* c = zm::uses::counts;
+        using namespace zm::uses;
+        const Taken before = {c[strokePlotted], c[strokeInRuns], c[strokeSingle], c[strokeChained]};
+        QtDevice device(target, rendering);
+        device.Lines(stroke, ends, 5);
+        device.Finish();
+        return Taken{c[strokePlotted] - before.plotted, c[strokeInRuns] - before.inRuns,
+                     c[strokeSingle] - before.single, c[strokeChained] - before.chained};
+    };
+    QImage image = Paper();
+    EXPECT_EQ(on(&image, Rendering::pixels, StrokeOf(1)), (Taken{5, 0, 0, 0}));
+    EXPECT_EQ(on(&image, Rendering::pixels, StrokeOf(1, PS_DASH)), (Taken{0, 5, 0, 0}));
+    QImage grey = image.convertToFormat(QImage::Format_Grayscale8);
+    EXPECT_EQ(on(&grey, Rendering::pixels, StrokeOf(1)), (Taken{0, 5, 0, 0}));
+    QImage small = image.copy(0, 0, 60, 60);  // the last stroke leaves it
+    EXPECT_EQ(on(&small, Rendering::pixels, StrokeOf(1)), (Taken{4, 1, 0, 0}));
+    EXPECT_EQ(on(&image, Rendering::smooth, StrokeOf(1)), (Taken{0, 0, 2, 1}));
+    EXPECT_EQ(on(&image, Rendering::smooth, StrokeOf(1, PS_DASH)), (Taken{0, 0, 0, 2}));
+}
 #endif
 
 }  // namespace

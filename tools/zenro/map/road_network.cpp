@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "runtime/uses.h"
 #include "tools/zenro/map/road_band.h"
 #include "tools/zenro/map/shapes.h"
 
@@ -97,6 +98,7 @@ void DoAll(const Works& works) {
     std::vector<std::future<void>> others;
     const std::size_t cores = std::clamp(std::thread::hardware_concurrency(), 1U, 16U);
     while (others.size() + 1 < std::min(cores, works.size())) others.push_back(std::async(std::launch::async, doSome));
+    uses::Count(others.empty() ? uses::workAlone : uses::workShared, works.size());
     doSome();
     for (std::future<void>& other : others) other.get();
 }

@@ -65,11 +65,11 @@ const ZoneEllipsoid* FamilyEllipsoid(znCoordSysTypeConstants system) {
 
 // Truncates towards zero, so -1.0 belongs to the zone of 3.
 int SixDegreeMeridian(double longitude) {
-    return TruncatedToInt(3.0 - 6.0 * std::trunc(longitude / -6.0));
+    return Truncated(3.0 - 6.0 * std::trunc(longitude / -6.0));
 }
 
 int ThreeDegreeMeridian(double longitude) {
-    return TruncatedToInt(3.0 * std::trunc((longitude + 1.5) / 3.0));
+    return Truncated(3.0 * std::trunc((longitude + 1.5) / 3.0));
 }
 
 }  // namespace zm::geodesy
@@ -165,9 +165,9 @@ void Coordinate_2Dsys::setStandardGY(double standardY) {
     const double zone = std::trunc(standardY / kZoneFactor);
     GY = standardY - zone * kZoneFactor - kFalseEasting;
     if (GSwidth == 3)
-        L0 = TruncatedToInt(zone * 3.0);
+        L0 = zm::Truncated(zone * 3.0);
     else if (GSwidth == 6)
-        L0 = TruncatedToInt(zone * 6.0 - 3.0);
+        L0 = zm::Truncated(zone * 6.0 - 3.0);
 }
 
 int Coordinate_2Dsys::UTMtoGS() {

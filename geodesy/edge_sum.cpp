@@ -122,7 +122,7 @@ double EquatorSum::Of(const Edge& edge) const {
 double EquatorSum::Loop(const Edge& edge) const {
     const double d = (edge.B1 - edge.B0) / edge.pieces;
     const double width = (edge.L1 - edge.L0) / edge.pieces;
-    const int pieces = TruncatedToInt(edge.pieces);
+    const int pieces = Truncated(edge.pieces);
     double sum = 0.0;
     for (int j = 0; j < pieces; ++j) sum += F(SinCosOf(edge.B0 + (j + 0.5) * d).sin) * m_G * width;
     return sum;
@@ -155,7 +155,7 @@ double MeridianSum::Loop(const Edge& edge) const {
     const double d = (edge.B1 - edge.B0) / edge.pieces;
     const double width = (edge.L1 - edge.L0) / edge.pieces;
     const OddSines half(SinCosOf(d / 2.0));
-    const int pieces = TruncatedToInt(edge.pieces);
+    const int pieces = Truncated(edge.pieces);
     double sum = 0.0;
     for (int j = 0; j < pieces; ++j) {
         const OddCosines middle(SinCosOf(edge.B0 + (j + 0.5) * d));

@@ -3,7 +3,8 @@
 
 #include <cmath>
 #include <cstdint>
-#include <limits>
+
+#include "runtime/truncated.h"
 
 namespace zm::geodesy {
 
@@ -16,14 +17,6 @@ inline double Radians(double degrees) {
 }
 inline double Degrees(double radians) {
     return radians * 180.0 / kPi;
-}
-
-/// Truncation towards zero into 32 bits: the nearest integer that fits, 0 for not-a-number.
-inline std::int32_t TruncatedToInt(double value) {
-    if (!(value == value)) return 0;
-    if (value <= std::numeric_limits<std::int32_t>::min()) return std::numeric_limits<std::int32_t>::min();
-    if (value >= std::numeric_limits<std::int32_t>::max()) return std::numeric_limits<std::int32_t>::max();
-    return static_cast<std::int32_t>(value);
 }
 
 /// Whole and fractional part of a number that is not negative, towards zero.

@@ -10,7 +10,7 @@
 namespace zm::geodesy {
 namespace {
 
-// The ellipsoid whose numbers are taken as they stand where a and b come near to them.
+// An a and b that come near to those of this ellipsoid count as its own.
 constexpr double kFixedA = 6378137.0;
 constexpr double kFixedB = 6356752.31414036;
 constexpr double kFixedF = 0.003352810681182319;

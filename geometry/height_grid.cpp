@@ -15,11 +15,6 @@ constexpr double kReach = 0.1000001;
 
 }  // namespace
 
-std::size_t HeightGrid::Cells::Clamped(double cell, int count) {
-    if (!(cell > 0.0)) return 0;
-    return cell >= count ? static_cast<std::size_t>(count) - 1 : static_cast<std::size_t>(cell);
-}
-
 // Rounding is monotonic, so no point inside the box can be nearer than this sum, computed in the same way.
 bool HeightGrid::Cells::OutOfReach(double x, double y) const {
     const double dx = std::max({xmin - x, x - xmax, 0.0});

@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "geometry/cell.h"
+
 namespace zm::geometry {
 
 /// A stored point is near a position if the sum of the two coordinate differences is below this; metres.
@@ -41,10 +43,10 @@ class HeightGrid {
         std::size_t firstStart;
         std::vector<std::pair<std::size_t, std::size_t>> crowded;  // cell, number of its own grid; in order of cells
 
-        std::size_t Column(double x) const { return Clamped((x - xmin) * inverse, columns); }
-        std::size_t Row(double y) const { return Clamped((y - ymin) * inverse, rows); }
+        std::size_t Column(double x) const { return CellOf((x - xmin) * inverse, columns); }
+        std::size_t Row(double y) const { return CellOf((y - ymin) * inverse, rows); }
         bool OutOfReach(double x, double y) const;
-        static std::size_t Clamped(double cell, int count);
+        static std::size_t CellOf(double place, int count) { return static_cast<std::size_t>(CellAt(place, count)); }
     };
 
     std::size_t Build(std::size_t begin, std::size_t end);

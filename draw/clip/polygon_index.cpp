@@ -159,7 +159,8 @@ void PolygonIndex::SortHeights(const PP* polygon, int n) {
     m_heightStarts.assign(static_cast<std::size_t>(bands) + 1, 0);
     std::size_t at = 0;
     for (int band = 0; band <= bands; ++band) {
-        while (at < m_heights.size() && Grid::Clamped((m_heights[at] - m_grid.bottom) * m_perBand, bands) < band) ++at;
+        while (at < m_heights.size() && geometry::CellAt((m_heights[at] - m_grid.bottom) * m_perBand, bands) < band)
+            ++at;
         m_heightStarts[static_cast<std::size_t>(band)] = static_cast<std::uint32_t>(at);
     }
     m_heightStarts.back() = static_cast<std::uint32_t>(m_heights.size());
@@ -168,8 +169,8 @@ void PolygonIndex::SortHeights(const PP* polygon, int n) {
 // Is there a vertex whose height is another than y, but so near that the rule for vertices on the ray plays a part?
 bool PolygonIndex::NearOtherHeight(double y) const {
     const int bands = static_cast<int>(m_heightStarts.size()) - 1;
-    const int first = Grid::Clamped((y - kHeightDoubt - m_grid.bottom) * m_perBand, bands);
-    const int last = Grid::Clamped((y + kHeightDoubt - m_grid.bottom) * m_perBand, bands);
+    const int first = geometry::CellAt((y - kHeightDoubt - m_grid.bottom) * m_perBand, bands);
+    const int last = geometry::CellAt((y + kHeightDoubt - m_grid.bottom) * m_perBand, bands);
     const std::size_t end = m_heightStarts[static_cast<std::size_t>(last) + 1];
     for (std::size_t i = m_heightStarts[static_cast<std::size_t>(first)]; i < end; ++i)
         if (m_heights[i] != y && std::fabs(m_heights[i] - y) < kHeightDoubt) return true;

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "geometry/cell.h"
 #include "zenromath/draw.h"
 
 namespace zm::draw {
@@ -25,7 +26,7 @@ class PolygonIndex {
     void Build(const PP* polygon, int n);
     bool IsBuilt() const { return !m_starts.empty(); }
 
-    /// The answer of PtInPolyEdge for a point in the polygon's box; false where it takes the plain function to tell.
+    /// The answer of PtInPolyEdge for a point in the polygon's box; false where only the plain function can say.
     bool Locate(const PP* polygon, int n, double px, double py, int& answer) const;
 
     /// The crossings of a segment with the edges, in the order of the edges; false where the plain order is to be
@@ -39,12 +40,8 @@ class PolygonIndex {
         double cellWidth = 1.0, cellHeight = 1.0;
         double perWidth = 1.0, perHeight = 1.0;  // reciprocals
         int columns = 0, rows = 0;
-        int Column(double x) const { return Clamped((x - left) * perWidth, columns); }
-        int Row(double y) const { return Clamped((y - bottom) * perHeight, rows); }
-        static int Clamped(double cell, int count) {
-            if (!(cell > 0.0)) return 0;
-            return cell >= count ? count - 1 : static_cast<int>(cell);
-        }
+        int Column(double x) const { return geometry::CellAt((x - left) * perWidth, columns); }
+        int Row(double y) const { return geometry::CellAt((y - bottom) * perHeight, rows); }
     };
     template <class Visit>
     void VisitCells(const PP& a, const PP& b, double margin, Visit visit) const;

@@ -136,20 +136,10 @@ fs::path MappedFile(const void* address) {
     return {};
 }
 
-// Empty: the system's own.
-fs::path& ConfigDirectoryInForce() {
-    static fs::path directory;
-    return directory;
-}
-
 }  // namespace
 
-fs::path PutConfigDirectory(fs::path directory) {
-    return std::exchange(ConfigDirectoryInForce(), std::move(directory));
-}
-
 fs::path ConfigDirectory() {
-    if (!ConfigDirectoryInForce().empty()) return ConfigDirectoryInForce();
+    if (!NamedConfigDirectory().empty()) return NamedConfigDirectory();
     // A relative path in the variable is to be taken as none.
     if (const char* config = std::getenv("XDG_CONFIG_HOME"); config != nullptr && *config == '/')
         return fs::path(config) / "zenromath";

@@ -96,20 +96,10 @@ bool Renamed(const fs::path& fresh, const fs::path& target, bool exists) {
     return false;
 }
 
-// Empty: the system's own.
-fs::path& ConfigDirectoryInForce() {
-    static fs::path directory;
-    return directory;
-}
-
 }  // namespace
 
-fs::path PutConfigDirectory(fs::path directory) {
-    return std::exchange(ConfigDirectoryInForce(), std::move(directory));
-}
-
 fs::path ConfigDirectory() {
-    if (!ConfigDirectoryInForce().empty()) return ConfigDirectoryInForce();
+    if (!NamedConfigDirectory().empty()) return NamedConfigDirectory();
     wchar_t directory[MAX_PATH];
     const UINT length = GetWindowsDirectoryW(directory, MAX_PATH);
     return length > 0 && length < MAX_PATH ? fs::path(directory) : fs::path();

@@ -10,12 +10,14 @@
 
 namespace zm::system {
 
-/// What stands for the Windows directory, as an absolute path; it need not exist. Empty where the system names none.
+/// What is in the place of the Windows directory, as an absolute path; it need not exist. Empty where the system names none.
 std::filesystem::path ConfigDirectory();
 
 /// Names another place for it from now on, the system's own if empty, and returns what was named before. By this tests
 /// keep away from the real one.
 std::filesystem::path PutConfigDirectory(std::filesystem::path directory);
+/// What was named so; empty: the system's own.
+const std::filesystem::path& NamedConfigDirectory();
 
 /// The file that this code was loaded from: the shared library, or the program where it is linked in.
 std::filesystem::path ModuleFile();
@@ -73,7 +75,7 @@ class WriteLock {
 
 /// Replaces the content of a file, or makes it, so that at every moment the old or the new one is there whole: a
 /// new file, synchronised, renamed to the old name. Mode and owner stay. The caller holds the lock of its directory.
-/// False where that failed; the old content stands then.
+/// False where that failed; the old content stays then.
 bool ReplaceContent(const std::filesystem::path& target, std::string_view bytes);
 
 /// The text of this number in the string table of the program's resources, in GBK; empty where there is none.

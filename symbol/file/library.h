@@ -51,7 +51,7 @@ struct ZM_API Library {
     bool IsAsLoaded(const SYMBODY* records, int size) const;
 };
 
-/// A run of records that belongs to one symbol, and the library that they stand in: a message may let the application
+/// A run of records that belongs to one symbol, and the library that they lie in: a message may let the application
 /// load another one meanwhile.
 struct Body {
     const SYMBODY* records = nullptr;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include "runtime/text/numbers.h"
 #include "runtime/text/scan.h"
@@ -13,7 +14,6 @@
 namespace zm::symbol {
 namespace {
 
-constexpr std::size_t kLineBytes = 179;  // what a line buffer of 180 bytes holds, the line feed included
 constexpr char kNoteMarks[] = "/\\;\"'";
 constexpr char kNoteOpeners[] = "\"'/\\";  // skipped before a note; a semicolon is not
 constexpr char kNoteEnds[] = "\\\n\r\"'/";
@@ -170,7 +170,8 @@ void SymbolFileReader::StoreHatchEntry(int type) {
     Put(PointRecord(static_cast<float>(type), 0.0F));
     switch (type) {
         case 1: {
-            float f[7] = {45.0F, 10.0F, 135.0F, 10.0F, 830.0F, 0.0F, 0.0F};
+            float f[7] = {};
+            std::copy(std::begin(kGridDefaults), std::end(kGridDefaults), f);
             ReadReals(f, 7);
             if (GridDividesByZero(f[0], f[2])) Note(Remark::kGridDividesByZero);
             Put(PointRecord(f[0], Paper(f[1])));
@@ -180,7 +181,7 @@ void SymbolFileReader::StoreHatchEntry(int type) {
             break;
         }
         case 2: {
-            float f[4] = {45.0F, 10.0F, 830.0F, 0.0F};
+            float f[4] = {kGridDefaults[0], kGridDefaults[1], kGridDefaults[4], 0.0F};
             ReadReals(f, 4);
             Put(PointRecord(f[0], Paper(f[1])));
             Put(PointRecord(f[2], Paper(f[3])));

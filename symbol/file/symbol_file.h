@@ -1,6 +1,7 @@
 // Reading of the symbol library file. The format is described in docs/symbol/symbol-file.md.
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -9,6 +10,11 @@
 #include "symbol/file/library.h"
 
 namespace zm::symbol {
+
+constexpr std::size_t kLineBytes = 179;  // what a line buffer of 180 bytes holds, the line feed included
+
+/// What an entry of a hatch has where its line ends early: angles and spacings of two families, and a code.
+constexpr float kGridDefaults[5] = {45.0F, 10.0F, 135.0F, 10.0F, 830.0F};
 
 /// What in a file may not come out as its author thinks. Reading goes on in every case.
 enum class Remark {
@@ -51,7 +57,7 @@ class ZM_API SymbolFileReader {
     /// \param remarks  receives what is noticed; null for none
     SymbolFileReader(std::FILE* file, Library& library, std::vector<RemarkAt>* remarks = nullptr);
 
-    /// Reads to the end of the file or its end line; messages as the exported interface tells.
+    /// Reads to the end of the file or its end line; messages as the exported interface has them.
     void Read();
 
  private:

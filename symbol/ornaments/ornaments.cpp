@@ -19,8 +19,6 @@ constexpr int kPost = 3;
 constexpr int kRailEnd = 42;
 constexpr int kSpanEnd = 90;
 constexpr int kSpanEndOther = 91;
-constexpr int kFirstEnd = 93;
-constexpr int kLastEnd = 95;
 
 // Of a ladder, of rungs, of a zigzag. Further ones are left out: a step so short is no drawing but a mistake.
 constexpr int kMostSteps = 100000;

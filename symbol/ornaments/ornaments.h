@@ -8,6 +8,10 @@ namespace zm::symbol {
 constexpr int kLeastControlPoints = 3;
 constexpr int kMostControlPoints = 120;
 
+// Codes of the symbols at both ends of a structure; the library has to define them.
+constexpr int kFirstEnd = 93;
+constexpr int kLastEnd = 95;
+
 /// The point reached from a by going d along the direction to b and o to the left of it. Where a and b are one place,
 /// or d and o are nothing, a message for each coordinate, and the result is b.
 Point AlongPoint(const Point& a, const Point& b, double d, double o);

@@ -10,8 +10,6 @@ constexpr int kOffsetLine = 981;
 constexpr int kVertexSymbol = 16;
 constexpr int kBeginSymbol = 54;
 constexpr int kEndSymbol = 984;
-constexpr int kFirstEnd = 93;
-constexpr int kLastEnd = 95;
 
 // One of the two lines: size points, at least 2.
 struct Half {

@@ -5,13 +5,12 @@
 #include <map>
 
 #include "runtime/text/gbk.h"
+#include "symbol/file/symbol_file.h"
 #include "tools/kit/translation.h"
 #include "tools/symbols/symbol_text.h"
 
 namespace zm::tool::symbols {
 namespace {
-
-constexpr std::size_t kLongestLine = 179;  // bytes that the reader takes as one
 
 std::vector<std::string> RawLines(const std::string& bytes) {
     std::vector<std::string> lines;
@@ -51,9 +50,9 @@ std::vector<std::string> FileLines(const Edit& edit, std::string& fault) {
             fault = Phrase("code {0}, line {1}: has characters that GBK has not; write others.", edit.code, i + 1);
         else if (lines[i].compare(0, 2, "*$") == 0)
             fault = Phrase("code {0}, line {1}: \"*$\" ends the library; take it out.", edit.code, i + 1);
-        else if (lines[i].size() > kLongestLine)
-            fault =
-                Phrase("code {0}, line {1}: longer than {2} bytes; make two of it.", edit.code, i + 1, kLongestLine);
+        else if (lines[i].size() > symbol::kLineBytes)
+            fault = Phrase("code {0}, line {1}: longer than {2} bytes; make two of it.", edit.code, i + 1,
+                           symbol::kLineBytes);
         if (!fault.empty()) return {};
     }
     return lines;

@@ -1,9 +1,12 @@
 // Lint of hatches: entries that place nothing, and entries that are never reached.
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <optional>
 #include <utility>
 
+#include "symbol/area/hatch_lines.h"
+#include "symbol/file/symbol_file.h"
 #include "tools/kit/translation.h"
 #include "tools/symbols/lint.h"
 
@@ -14,17 +17,11 @@ namespace {
 using zm::scan::Scanner;
 using zm::symbol::Remark;
 
-constexpr double kWholeTurn = 1e-6;  // how near a fraction of pi has to be to a whole number to count as one
-
-bool IsWhole(double value) {
-    return std::fabs(value - std::trunc(value)) < kWholeTurn;
-}
-
 /// The numbers of an entry, with the defaults of those that are missing.
 struct Entry {
     int line = 0;
     int type = 0;
-    float values[5] = {45.0F, 10.0F, 135.0F, 10.0F, 830.0F};
+    float values[5] = {};
 };
 
 /// The entries of a hatch with their lines, as the reader takes them.
@@ -33,6 +30,7 @@ std::vector<Entry> EntriesOf(const SymbolText& text, int code) {
     const int end = static_cast<int>(text.lines.size());
     for (int i = text.At(code).first + 1; i <= end && static_cast<int>(entries.size()) < text.Head(code).number; ++i) {
         Entry entry;
+        std::copy(std::begin(symbol::kGridDefaults), std::end(symbol::kGridDefaults), entry.values);
         entry.line = i;
         Scanner line(text.Line(i).c_str());
         if (!line.Int(entry.type)) break;
@@ -59,7 +57,7 @@ class HatchLint {
             Say(header, Weight::doubtful, Phrase("pen styles of the outline are 0 to 6, here {0}", style));
         for (std::size_t i = 0; i < entries.size(); ++i) {
             if (i > 0 && (entries[0].type == 3 || entries[0].type == 4)) {
-                Say(entries[i].line, Weight::lost, Phrase("entries behind a first brush or bitmap are not looked at"));
+                Say(entries[i].line, Weight::lost, Phrase("entries after a first brush or bitmap are not looked at"));
                 break;
             }
             LintEntry(entries[i], i == 0);
@@ -82,7 +80,7 @@ class HatchLint {
         else if (entry.type == 2 && !(entry.values[1] > 0.0F))
             Say(entry.line, Weight::lost, Phrase("a spacing of {0} draws no lines", Shown(entry.values[1])));
         else if ((entry.type == 3 || entry.type == 4) && !first)
-            Say(entry.line, Weight::lost, Phrase("a brush or bitmap behind another entry draws nothing; put it first"));
+            Say(entry.line, Weight::lost, Phrase("a brush or bitmap after another entry draws nothing; put it first"));
         else if (entry.type == 3 || entry.type == 4)
             LintFill(entry);
     }
@@ -94,7 +92,7 @@ class HatchLint {
                 Phrase("the angles {0} and {1} divide a step by zero, so the entry places nothing; an upright grid is "
                        "written 0 and 90",
                        Shown(a1), Shown(a2)));
-        } else if (IsWhole((a1 - a2) / 180.0)) {
+        } else if (symbol::IsWholeHalfTurn((a1 - a2) / 180.0)) {
             Say(entry.line, Weight::lost, Phrase("the two families are parallel, so the entry places nothing"));
         }
         if (!(d1 > 0.0F) || !(d2 > 0.0F))

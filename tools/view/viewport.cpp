@@ -1,5 +1,7 @@
 #include "tools/view/viewport.h"
 
+#include "tools/kit/angles.h"
+
 #include <QPolygonF>
 #include <algorithm>
 #include <cmath>
@@ -7,11 +9,10 @@
 namespace zm::view {
 namespace {
 
-constexpr double kDegree = 3.141592653589793 / 180.0;
 constexpr double kMetresPerInch = 0.0254;
 
 QPointF Turned(QPointF p, double degrees) {
-    const double s = std::sin(degrees * kDegree), c = std::cos(degrees * kDegree);
+    const double s = std::sin(degrees * tool::kDegree), c = std::cos(degrees * tool::kDegree);
     return {p.x() * c - p.y() * s, p.x() * s + p.y() * c};
 }
 

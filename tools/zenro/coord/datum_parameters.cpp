@@ -1,12 +1,13 @@
 #include "tools/zenro/coord/datum_parameters.h"
 
+#include "tools/kit/angles.h"
+
 #include <cmath>
 #include <utility>
 
 namespace zm::tool {
 namespace {
 
-constexpr double kDegree = 3.141592653589793 / 180.0;
 constexpr double kArcSecond = kDegree / 3600.0;
 
 using Triple = std::array<double, 3>;

@@ -2,17 +2,16 @@
 
 #include <map>
 
+#include "tools/kit/angles.h"
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
 #include "tools/zenro/coord/series_error.h"
+#include "tools/zenro/coord/zones.h"
 #include "zenromath/geodesy.h"
 
 namespace zm::tool {
 namespace {
 
-constexpr double kDegree = 3.141592653589793 / 180.0;
-constexpr double kFalseEasting = 500000.0;
-constexpr double kZone = 1000000.0;
 constexpr double kWidest = 1.2e6;  // metres; no place within 10 degrees of the meridian has a larger easting
 
 std::string BeyondTheSeries(double offset) {

@@ -65,7 +65,7 @@ std::string_view NextWord(std::string_view& text) {
     return word;
 }
 
-// Which axis a name stands for: 0 first, 1 second, -1 none of this kind.
+// Which axis a name means: 0 first, 1 second, -1 none of this kind.
 int AxisOf(std::string_view name, PointKind kind) {
     const bool plane = kind == PointKind::plane;
     if (name == (plane ? "north" : "lat")) return 0;
@@ -229,10 +229,11 @@ std::string OutOfRange(const PointLine& point, const PointFormat& format) {
         constexpr double kPole = 1.002e7;  // metres of the meridian from the equator to the pole, and some
         if (std::fabs(point.first) <= kPole) return {};
         if (std::fabs(point.second) <= kPole && point.first < 1.2e8)
-            return Phrase(columns ? N_("the axes are swapped: easting {0} stands for the northing; give --columns in "
-                                       "the order of the file")
-                                  : N_("the axes are swapped: easting {0} stands for the northing; give --order {1}"),
-                          Fixed(point.first, 3), format.firstAxisFirst ? "east,north" : "north,east");
+            return Phrase(
+                columns ? N_("the axes are swapped: the easting {0} is in the place of the northing; give --columns in "
+                             "the order of the file")
+                        : N_("the axes are swapped: the easting {0} is in the place of the northing; give --order {1}"),
+                Fixed(point.first, 3), format.firstAxisFirst ? "east,north" : "north,east");
         return Phrase("northing {0} is beyond the pole", Fixed(point.first, 3));
     }
     if (std::fabs(point.first) > 90.0 && std::fabs(point.first) <= 180.0 && std::fabs(point.second) <= 90.0)

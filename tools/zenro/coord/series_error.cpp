@@ -1,5 +1,7 @@
 #include "tools/zenro/coord/series_error.h"
 
+#include "tools/kit/angles.h"
+
 #include <proj.h>
 
 #include <cmath>
@@ -12,8 +14,6 @@
 
 namespace zm::tool {
 namespace {
-
-constexpr double kDegree = 3.141592653589793 / 180.0;
 
 struct Projection {
     explicit Projection(int selector) : context(proj_context_create()) {

@@ -3,13 +3,12 @@
 // 11 and 35; within ten degrees of the meridian it is good to nanometres.
 #include <cmath>
 
+#include "tools/kit/angles.h"
 #include "tools/zenro/coord/series_error.h"
 #include "zenromath/geodesy.h"
 
 namespace zm::tool {
 namespace {
-
-constexpr double kDegree = 3.141592653589793 / 180.0;
 
 struct Axes {
     double a, b;  // metres

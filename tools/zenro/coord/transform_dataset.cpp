@@ -7,6 +7,7 @@
 #include "tools/kit/text.h"
 #include "tools/kit/tool_host.h"
 #include "tools/kit/translation.h"
+#include "tools/zenro/coord/zones.h"
 #include "tools/zenro/map/dataset_copy.h"
 #include "tools/zenro/map/plane.h"
 
@@ -144,7 +145,7 @@ long TransformDataset(const DatasetTransform& options, Transformation transforma
         // One data set is one plane, also where it reaches into the next zone.
         if (zone != 0) own.to.plane.meridian = MeridianOfZone(zone, own.to.plane.zoneWidth);
         const double zoneNumber =
-            zone != 0 && own.to.plane.easting == Easting::standard && !own.four ? zone * 1000000.0 : 0.0;
+            zone != 0 && own.to.plane.easting == Easting::standard && !own.four ? zone * kZone : 0.0;
         OGRLayer& layer = copy.AddLayer(*reader, system.get());
         Way way(own, zoneNumber);
         reader->Rewind();

@@ -4,13 +4,12 @@
 #include <sstream>
 
 #include "runtime/text/numbers.h"
+#include "tools/kit/angles.h"
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
 
 namespace zm::tool {
 namespace {
-
-constexpr double kDegree = 3.141592653589793 / 180.0;
 
 std::string ToDegrees(const Side& side, double first, double second, double& latitude, double& longitude) {
     if (side.kind == PointKind::plane) return PlaneToDegrees(side.plane, first, second, latitude, longitude);

@@ -5,6 +5,7 @@
 #include <map>
 
 #include "draw/device.h"
+#include "tools/kit/angles.h"
 #include "tools/zenro/map/recording.h"
 #include "tools/zenro/map/symbol_extent.h"
 #include "tools/zenro/map/trapezoids.h"
@@ -17,7 +18,6 @@ namespace {
 
 constexpr int kDwg = 1, kMonochrome = 2, kRecording = 3;
 constexpr int kNullPen = 5;
-constexpr double kDegree = 3.141592653589793 / 180.0;
 constexpr double kClear = 0.5;         // millimetres between a symbol of a fill and the limit
 constexpr double kSmallest = 25.0;     // square millimetres; smaller areas have no symbol
 constexpr double kSmall = 100.0;       // square millimetres; smaller areas have one

@@ -6,11 +6,11 @@
 
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
+#include "tools/zenro/coord/zones.h"
 
 namespace zm::tool {
 namespace {
 
-constexpr double kZone = 1e6;
 constexpr double kZoneReach = 1e6;  // metres from the central meridian that no data of a zone reaches
 
 bool AreDegrees(double x, double y) {

@@ -15,6 +15,7 @@
 #include "tools/kit/text.h"
 #include "tools/kit/tool_host.h"
 #include "tools/kit/translation.h"
+#include "tools/zenro/coord/zones.h"
 #include "tools/zenro/map/explain.h"
 #include "tools/zenro/map/input_hash.h"
 #include "tools/zenro/map/margins.h"
@@ -80,7 +81,6 @@ Box SheetOf(const DrawJob& job) {
 
 // The zone that the eastings of the sheet name, 0 for none.
 int NamedZone(const DrawJob& job) {
-    constexpr double kZone = 1.0e6;
     constexpr int kZones = 120;
     if (job.sheet.empty() || job.source.plane.easting != "standard") return 0;
     const Box sheet = SheetOf(job);

@@ -4,13 +4,13 @@
 #include <cmath>
 
 #include "runtime/text/gbk.h"
+#include "tools/kit/angles.h"
 #include "tools/zenro/map/shapes.h"
 #include "tools/zenro/map/symbol_extent.h"
 
 namespace zm::tool {
 namespace {
 
-constexpr double kDegree = 3.141592653589793 / 180.0;
 constexpr double kPi = 3.141592653589793;
 constexpr double kGap = 0.9;              // millimetres between a symbol and its label
 constexpr double kTeeth = 1.4;            // millimetres that the teeth of a scarp reach
@@ -97,7 +97,7 @@ void LabelPlacer::BesideLine(const Shape& shape, const Text& text) {
     const Chain& chain = shape.chains.front();
     const double all = LengthOf(chain);
     const bool scarp = IsScarp(*text.use.rule);
-    // The teeth lie to the right of the course where the heights around do not tell otherwise.
+    // The teeth lie to the right of the course where the heights around do not say otherwise.
     const bool toTheFoot = !text.use.slope.empty();
     const double side = (scarp && m_sense.UpperSide(chain) < 0) != toTheFoot ? 1.0 : -1.0;
     std::vector<Candidate> candidates;

@@ -3,12 +3,11 @@
 #include <cmath>
 
 #include "draw/device.h"
+#include "tools/kit/angles.h"
 #include "tools/zenro/map/map_pen.h"
 
 namespace zm::tool {
 namespace {
-
-constexpr double kDegree = 3.141592653589793 / 180.0;
 
 // Two texts with a bar between, as control points have name over height.
 void DrawFraction(const PlacedLabel& label, const Lettering& lettering) {

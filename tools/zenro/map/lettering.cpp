@@ -6,6 +6,7 @@
 #include "draw/device.h"
 #include "platform/device/faces.h"
 #include "runtime/text/gbk.h"
+#include "tools/kit/angles.h"
 #include "tools/zenro/map/drawing_look.h"
 #include "tools/zenro/map/recording.h"
 
@@ -15,7 +16,6 @@ namespace {
 constexpr int kDwg = 1;
 constexpr int kMonochrome = 2;
 constexpr int kRecording = 3;
-constexpr double kDegree = 3.141592653589793 / 180.0;
 constexpr double kWideClass = 0.8;  // width to height from which a class's width is that of a Chinese character
 
 constexpr double kNarrow = 0.65;  // the width of a digit in a wide class, as a part of the class's

@@ -9,7 +9,7 @@ namespace {
 
 constexpr int kDwg = 1, kRecording = 3;
 
-// The code itself, after what the context's pen does not tell is reported.
+// The code itself, after what the context's pen cannot say is reported.
 int Announced(int code, int value) {
     if (TqDC->GetTqDCType() == kRecording)
         TellPenWidth(value != 0 ? value * 0.1 : GetPenWidth(code < 0 ? -code : code) * 0.01);

@@ -9,6 +9,7 @@
 #include "tools/kit/exit_codes.h"
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
+#include "tools/zenro/coord/zones.h"
 #include "tools/zenro/map/map_pen.h"
 #include "zenromath/draw.h"
 #include "zenromath/runtime.h"
@@ -375,7 +376,7 @@ std::string SheetNumber(const Page& page) {
         const std::string text = Kilometres(metres, decimals, true);
         return text.front() == '-' ? "(" + text + ")" : text;
     };
-    return part(page.sheet.y1) + "-" + part(std::fmod(page.sheet.x1, 1e6));
+    return part(page.sheet.y1) + "-" + part(std::fmod(page.sheet.x1, kZone));
 }
 
 void DrawMargins(const Page& page, const FrameTexts& texts, TqNoteLayBase& notes) {

@@ -22,7 +22,7 @@ namespace zm::tool {
 namespace {
 
 constexpr int kDwg = 1;
-// Millimetres of paper that a pattern is laid along: as the line stands, and at all.
+// Millimetres of paper that a pattern is laid along: as the line is, and at all.
 constexpr double kLongestWhole = 1e5, kLongest = 1e8;
 constexpr std::size_t kCurveRoom = 4000;  // PROCESSALL's curves take no more
 constexpr std::size_t kMaxOrnament = 120;

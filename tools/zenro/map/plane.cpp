@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 
+#include "tools/kit/angles.h"
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
 #include "tools/zenro/coord/series_error.h"
@@ -16,9 +17,6 @@
 namespace zm::tool {
 namespace {
 
-constexpr double kDegree = 3.141592653589793 / 180.0;
-constexpr double kFalseEasting = 500000.0;
-constexpr double kZone = 1000000.0;
 constexpr double kAxisTolerance = 0.5;         // metres: tells the families' semi-major axes apart
 constexpr double kFlatteningTolerance = 1e-4;  // of the inverse flattening; GRS 80 and WGS 84 are one family
 constexpr double kFarthestDrawn = 30.0;        // degrees from the meridian; beyond it the series runs off altogether
@@ -48,7 +46,7 @@ bool IsOfTheWorld(const std::string& name) {
     return false;
 }
 
-// The geographic system that the family's name stands for.
+// The geographic system that the family's name means.
 std::string OwnName(int selector) {
     return selector == 54 ? "Beijing 1954" : selector == 80 ? "Xian 1980" : "China Geodetic Coordinate System 2000";
 }
@@ -309,8 +307,7 @@ void PlaneChooser::ChooseZone(double longitude) {
     m_target.zone = ZoneNumber(zone.getL0(), m_target.zoneWidth);
     if (longitude >= 0.0) return;
     // The library's zone rule truncates towards zero and serves eastern longitudes only.
-    m_target.meridian =
-        m_target.zoneWidth == 3 ? 3.0 * std::round(longitude / 3.0) : 6.0 * std::floor(longitude / 6.0) + 3.0;
+    m_target.meridian = MeridianOfZone(ZoneOfLongitude(longitude, m_target.zoneWidth), m_target.zoneWidth);
     m_target.zone = 0;
 }
 
@@ -378,7 +375,7 @@ void PlaneChooser::Settle(double scale) {
     if (StaysInItsPlane(source)) {
         IsGaussKrueger(source, m_target.meridian, m_target.eastOffset);
         m_target.zone = static_cast<int>(m_target.eastOffset / kZone);
-        if (m_target.zone != 0) m_target.zoneWidth = m_target.zone * 3 == m_target.meridian ? 3 : 6;
+        if (m_target.zone != 0) m_target.zoneWidth = MeridianOfZone(m_target.zone, 3) == m_target.meridian ? 3 : 6;
         TakeAreaOfSheet();
         return;
     }
@@ -466,9 +463,10 @@ PlaneMap PlaneChooser::MapOf(const OGRSpatialReference* system, const std::strin
     if (source->IsProjected() != FALSE) {
         map.m_body->toGeographic.reset(OGRCreateCoordinateTransformation(source.get(), geographic.get()));
         if (map.m_body->toGeographic == nullptr)
-            throw Failure(kNoInput, Phrase("{0}: no way is known from {1} to its own longitude and latitude; give "
-                                           "--source with a system that PROJ knows.",
-                                           file, NameOf(*source)));
+            throw Failure(kNoInput,
+                          Phrase("{0}: no operation is known from {1} to its own longitude and latitude; give "
+                                 "--source with a system that PROJ knows.",
+                                 file, NameOf(*source)));
     }
     return map;
 }

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "draw/device.h"
+#include "tools/kit/angles.h"
 #include "tools/kit/process.h"
 #include "tools/kit/tool_host.h"
 #include "tools/kit/translation.h"
@@ -16,7 +17,6 @@ namespace zm::tool {
 namespace {
 
 constexpr int kDwg = 1, kMonochrome = 2, kRecording = 3;
-constexpr double kDegree = 3.141592653589793 / 180.0;
 constexpr std::size_t kMaxLine = 1u << 20;
 
 struct FileCloser {

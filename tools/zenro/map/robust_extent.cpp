@@ -80,7 +80,7 @@ void RobustExtent::Settle(double limitX, double limitY, double grain) {
 }
 
 bool RobustExtent::IsStray(double x, double y) const {
-    return !(x >= m_lowX && x <= m_highX && y >= m_lowY && y <= m_highY);  // true also for what is no number
+    return !(x >= m_lowX && x <= m_highX && y >= m_lowY && y <= m_highY);  // true also for NaN
 }
 
 }  // namespace zm::tool

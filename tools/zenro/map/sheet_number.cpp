@@ -4,6 +4,7 @@
 #include <cctype>
 #include <cmath>
 
+#include "tools/kit/angles.h"
 #include "tools/kit/exit_codes.h"
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
@@ -13,10 +14,8 @@
 namespace zm::tool {
 namespace {
 
-constexpr double kDegree = 3.141592653589793 / 180.0;
 constexpr double kLargeScale = 10000.0;  // down to it maps are made in 3-degree zones, below in 6-degree zones
-constexpr double kZone = 1000000.0;
-constexpr int kSteps = 32;  // pieces of a side
+constexpr int kSteps = 32;               // pieces of a side
 
 // A letter and two digits begin every number of the graticule and no corner number.
 bool LooksLikeGraticule(const std::string& text) {
@@ -72,8 +71,7 @@ void TakeZoneOf(const NamedSheet& sheet, PlaneOptions& plane) {
     plane.area.Add(sheet.degrees.east, sheet.degrees.north);
     const double middle = (sheet.degrees.west + sheet.degrees.east) / 2.0;
     if (plane.zoneWidth == 0) plane.zoneWidth = sheet.scale <= kLargeScale ? 3 : 6;
-    const int zone = plane.zoneWidth == 3 ? static_cast<int>(std::floor((middle + 1.5) / 3.0))
-                                          : static_cast<int>(std::floor(middle / 6.0)) + 1;
+    const int zone = ZoneOfLongitude(middle, plane.zoneWidth);
     if (zone > 0)
         plane.zone = zone;
     else if (!plane.meridian)

@@ -9,7 +9,7 @@ namespace zm::tool {
 namespace {
 
 constexpr double kLowest = 1e-7;  // metres; lower slabs are not cut again, and their trapezoids are left out
-// By which two edges must change sides to cross: metres, and parts of the largest coordinate. It is more than what
+// How far two edges must change sides to count as crossing: metres, and parts of the largest coordinate. It is more than what
 // coordinates are rounded by, which would else cut edges that lie on each other into slabs without end.
 constexpr double kApart = 1e-6, kApartParts = 1e-14;
 constexpr std::size_t kLimit = 1;  // the mark of the limit's edges; those of the area have 0

@@ -4,17 +4,17 @@
 #include <cmath>
 #include <numeric>
 
+#include "tools/kit/angles.h"
 #include "tools/kit/text.h"
 #include "tools/kit/tool_host.h"
 #include "tools/kit/translation.h"
+#include "tools/zenro/coord/zones.h"
 #include "tools/zenro/store/box_tree.h"
 #include "zenromath/geodesy.h"
 
 namespace zm::tool {
 namespace {
 
-constexpr double kDegree = 3.141592653589793 / 180.0;
-constexpr double kZone = 1000000.0;
 constexpr double kMostPlanned = 2.0e6;  // sheets of a plan
 constexpr double kTouch = 1e-4;         // metres: sheets that share no more than their border do not share ground
 constexpr double kTouchDegrees = 1e-9;

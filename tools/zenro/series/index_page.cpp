@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "runtime/text/markup.h"
+#include "tools/kit/angles.h"
 #include "tools/kit/text.h"
 #include "tools/zenro/series/record.h"
 
@@ -19,7 +20,6 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr double kPicture = 900.0;  // pixels of the longer side
-constexpr double kDegree = 3.141592653589793 / 180.0;
 
 const char* ColourOf(SheetState state) {
     switch (state) {

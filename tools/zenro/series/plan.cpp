@@ -222,7 +222,7 @@ Plan ReadPlan(const std::string& path) {
                                  path, number));
     }
     if (!doubled.empty())
-        throw Failure(kNoInput, Phrase("{0}: {1} numbers stand twice in the plan, such as {2}; a sheet is drawn once. "
+        throw Failure(kNoInput, Phrase("{0}: {1} numbers are in the plan twice, such as {2}; a sheet is drawn once. "
                                        "Remove the rows, or plan anew.",
                                        path, doubled.size(), *doubled.begin()));
     return plan;

@@ -133,7 +133,7 @@ void Contour(const ContoursOptions& options, Context& context) {
     const Terrain terrain = Triangulate(survey.points, survey.breakLines);
     if (terrain.duplicates > 0)
         context.report.Note(
-            Phrase("{0} points stand where another one does; the first of them counts.", terrain.duplicates));
+            Phrase("{0} points lie where another one does; the first of them counts.", terrain.duplicates));
     const std::vector<ContourLine> lines = ContoursOf(terrain, options.interval);
     if (lines.empty())
         throw Failure(kFailed, Phrase("no contours: the heights lie between two of them. Take a smaller --interval."));

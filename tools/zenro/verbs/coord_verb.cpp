@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "runtime/text/numbers.h"
+#include "tools/kit/angles.h"
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
 #include "tools/zenro/coord/plane_system.h"
@@ -16,7 +17,6 @@
 namespace zm::tool {
 namespace {
 
-constexpr double kDegree = 3.141592653589793 / 180.0;
 constexpr double kMetresPerRadian = 6371000.0;  // for differences shown in millimetres only
 constexpr double kSeriesTolerance = 0.001;      // metres; a larger error of the series is reported
 

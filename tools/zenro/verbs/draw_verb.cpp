@@ -66,7 +66,7 @@ void Draw(DrawJob job, Context& context) {
     context.status = context.report.status();
 }
 
-// Commas stand between the names: eight, with nothing where no sheet is.
+// Eight names with commas between; an empty one where there is no sheet.
 void TakeAdjoining(const std::string& list, FrameTexts& texts) {
     std::size_t cell = 0, from = 0;
     for (std::size_t comma = 0; comma != std::string::npos && cell < texts.neighbours.size(); from = comma + 1) {
@@ -113,7 +113,7 @@ void AddDrawVerb(Verb app, Context& context) {
         .Excludes(asCopied)
         .Default("strokes");
     verb.AddOption("--encoding", job->source.encoding,
-                   "Encoding of attributes where the data tells it wrong or not: GBK, GB18030, UTF-8 ...");
+                   "Encoding of attributes where the data names it wrongly or not at all: GBK, GB18030, UTF-8 ...");
     AddSelectionOptions(verb, job->source.selection);
     verb.AddOption("--replace", *replacement, "Stands for characters that GBK lacks").Default("?");
     verb.AddOption("--title", job->texts.title, "Title of the sheet").Default("the first input's name");

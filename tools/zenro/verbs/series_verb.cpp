@@ -20,6 +20,7 @@
 #include "tools/kit/text.h"
 #include "tools/kit/tool_host.h"
 #include "tools/kit/translation.h"
+#include "tools/zenro/coord/zones.h"
 #include "tools/zenro/map/draw_job.h"
 #include "tools/zenro/map/shapes.h"
 #include "tools/zenro/series/division.h"
@@ -33,8 +34,6 @@ namespace zm::tool {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-constexpr double kZone = 1.0e6;  // metres of an easting for each zone
 
 // ---- plan ----
 
@@ -291,7 +290,7 @@ std::set<std::string> ChangedSince(const DrawOptions& o, const Plan& plan, Conte
     }
     std::vector<Box> boxes;
     for (const PlanSheet& s : plan.sheets) boxes.push_back(s.box);
-    source.plane.zone = boxes.empty() ? 0 : static_cast<int>(std::max(boxes.front().x1, 0.0) / 1.0e6);
+    source.plane.zone = boxes.empty() ? 0 : static_cast<int>(std::max(boxes.front().x1, 0.0) / kZone);
     source.windowed = true;
     Source data(source, rules, context.report);
     data.Settle(std::stod(plan.settings.at("scale")));
@@ -402,7 +401,7 @@ void PrintStatus(const Plan& plan, const std::string& path, int jobs, Context& c
         context.report.Warn(
             N_("sources that changed"),
             Phrase("the source changed during the last run: its sheets do not all show the same data. zenro "
-                   "series draw --changed draws what is behind."));
+                   "series draw --changed draws those that are out of date."));
     context.status = tally.states.at(SheetState::failed) > 0                                           ? kFailed
                      : tally.states.at(SheetState::partly) > 0 || tally.states.at(SheetState::due) > 0 ? kPartly
                                                                                                        : kDone;

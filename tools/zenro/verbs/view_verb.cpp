@@ -37,7 +37,7 @@ void AddViewVerb(Verb app, Context& context) {
     verb.AddOption("--notes", job.library.notes, "Note classes").Default("Orvnote.cod");
     verb.AddOption("--project", job.library.project, "Project file with the layers");
     verb.AddOption("--encoding", job.source.encoding,
-                   "Encoding of attributes where the data tells it wrong or not: GBK, GB18030, UTF-8 ...");
+                   "Encoding of attributes where the data names it wrongly or not at all: GBK, GB18030, UTF-8 ...");
     AddSelectionOptions(verb, job.source.selection);
     AddPlaneOptions(verb, job.source.plane);
     verb.AddOption("--picture", view->picture, "Write what the window shows once it is whole, a PNG file, and end");

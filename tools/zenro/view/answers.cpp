@@ -23,7 +23,7 @@ const char* NameOf(GeometryKind kind) {
     return kind == GeometryKind::point ? "point" : kind == GeometryKind::line ? "line" : "area";
 }
 
-// Where a hit stands in the list: points first, then lines, then areas by their size.
+// Where a hit comes in the list: points first, then lines, then areas by their size.
 double RankOf(const Shape& shape) {
     return shape.kind == GeometryKind::point  ? -2.0
            : shape.kind == GeometryKind::line ? -1.0

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <set>
 
+#include "tools/kit/angles.h"
 #include "tools/kit/text.h"
 #include "tools/zenro/map/symbol_extent.h"
 #include "zenromath/geodesy.h"
@@ -12,8 +13,6 @@ namespace fs = std::filesystem;
 
 namespace zm::tool {
 namespace {
-
-constexpr double kDegree = 3.141592653589793 / 180.0;
 
 double ScaleOf(const OpenedMap& map) {
     if (map.job.scale > 0.0) return map.job.scale;

@@ -9,17 +9,17 @@
 
 #include "tools/kit/text.h"
 #include "tools/zenro/coord/plane_system.h"
+#include "tools/zenro/coord/zones.h"
 
 namespace zm::tool {
 namespace {
 
-constexpr double kFalseEasting = 500000.0;
-constexpr double kZone = 1000000.0;   // metres of an easting for each zone number
 constexpr double kNear = 1000.0;      // metres around the data, and half of their size
 constexpr double kSame = 0.001;       // metres between two readings that are one position
 constexpr double kOfAnAngle = 400.0;  // a number below is one of degrees
 
-/// A line of points as coord has it without columns, and with them: 1 and 2 are the axes.
+// How a line of the clipboard may name a point: two bare numbers, or columns as `coord --columns` names them, with 1 and
+// 2 for the two axes.
 constexpr const char* kColumns[] = {"", "1,2,h", "no,1,2", "no,1,2,h", "no,code,1,2", "no,code,1,2,h"};
 
 struct Position {

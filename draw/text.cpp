@@ -1,4 +1,4 @@
-// Text: where it stands, how long it is, and how it goes to a sink.
+// Text: where it lies, how long it is, and how it goes to a sink.
 #include <cmath>
 #include <cstring>
 
@@ -19,7 +19,7 @@ constexpr double kLevel = 1e-5;              // radians; below it a direction ru
 constexpr double kUpright = 0.999;           // a greater sine advances by height
 constexpr double kNoRun = 0.001;             // a smaller cosine gives no advance in x
 constexpr double kLeastShift = 1e-6;         // survey units; a smaller vertical shift is left out
-constexpr double kDotHeight = 0.8;           // of the text height: where the middle of a decimal point stands
+constexpr double kDotHeight = 0.8;           // of the text height: where the middle of a decimal point is
 constexpr double kFrameMargin = 0.2;         // survey units that textRout keeps from the clip rectangle
 constexpr double kLevelSine = 0.001;         // textRout on a turned view
 

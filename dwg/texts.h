@@ -56,7 +56,7 @@ inline constexpr char kLongBlockName[] =
     "A block name is longer than 31 bytes. The block is left out; rename its file.";
 inline constexpr char kLongFont[] = "A font file name is longer than 63 bytes. It is cut there; choose a shorter name.";
 inline constexpr char kLongPattern[] =
-    "A linetype of ACAD.LIN has more than 12 elements. The elements behind the twelfth are left out.";
+    "A linetype of ACAD.LIN has more than 12 elements. The elements after the twelfth are left out.";
 inline constexpr char kLongText[] = "A text is longer than 32697 bytes. It is cut there.";
 inline constexpr char kLongFile[] =
     "The drawing has reached 4 GiB, the most its offsets can tell. Everything further is left out.";

@@ -6,7 +6,7 @@
 
 namespace zm {
 
-/// Truncates toward zero. What an int cannot hold becomes the nearest value it can, what is no number 0.
+/// Truncates toward zero. What an int cannot hold becomes the nearest value it can, NaN 0.
 inline int Truncated(double value) {
     if (std::isnan(value)) return 0;
     if (value >= static_cast<double>(INT_MAX)) return INT_MAX;

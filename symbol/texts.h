@@ -32,13 +32,13 @@ inline constexpr char kSamePoint[] = "yacc_change two p same";
 
 // Texts of our own, for what the tables cannot hold.
 inline constexpr char kTooManyTokens[] =
-    "symbol.dat code=%d: a line pattern has at most 16 tokens; those behind are left out. Shorten the pattern.";
+    "symbol.dat code=%d: a line pattern has at most 16 tokens; those after them are left out. Shorten the pattern.";
 inline constexpr char kLongToken[] =
     "symbol.dat code=%d: a token of the line pattern is longer than 19 characters and is left out. Shorten it.";
 inline constexpr char kCurveCut[] =
-    "A curve has more than 4000 points; what lies behind them is not drawn. Split the line.";
+    "A curve has more than 4000 points; what comes after them is not drawn. Split the line.";
 inline constexpr char kArcPolylineCut[] =
-    "symbol.dat code=%d: an arc polyline has more than 4000 points; what lies behind them is not drawn. Split it.";
+    "symbol.dat code=%d: an arc polyline has more than 4000 points; what comes after them is not drawn. Split it.";
 inline constexpr char kPatternStuck[] =
     "symbol.dat code=%d: the lengths of the line pattern never come forward; the rest of the line is not drawn.";
 

@@ -9,7 +9,7 @@ namespace {
 constexpr int kLeftJustified = 1;
 }  // namespace
 
-// The writer itself tells about coordinates that are no finite numbers.
+// The writer itself reports coordinates that are not finite.
 int Line(double x1, double y1, double x2, double y2) {
     _LDBline(x1, y1, x2, y2);
     return 1;

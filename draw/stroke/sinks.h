@@ -1,6 +1,6 @@
 // The three sinks of a stroke: free functions of the same shape for each. The fork is one switch in each primitive.
 //
-// Coordinates are survey coordinates, rotated and clipped. What holds a number that is no finite one is not drawn.
+// Coordinates are survey coordinates, rotated and clipped. What has a number that is not finite is not drawn.
 #pragma once
 
 #include "geometry/exact/pair.h"

@@ -119,7 +119,7 @@ void ViewBox::ShrinkTo(const CTqDraw& dc) {
     const geometry::Pair low = b < a ? b : a;
     const geometry::Pair high = a < b ? b : a;
     m_low = m_low < low ? low : m_low;
-    // An edge that is no number leaves nothing.
+    // An edge that is NaN leaves nothing.
     m_high = low <= high ? (high < m_high ? high : m_high) : m_low;
 }
 

@@ -18,12 +18,12 @@ struct Pixel {
 };
 
 /// Truncated within what 16-bit device coordinates can take, with room for a flip: far-off points keep a direction
-/// instead of wrapping. What is no number goes to the lower limit.
+/// instead of wrapping. NaN goes to the lower limit.
 inline int PixelCoordinate(double value) {
     return static_cast<int>(value > -kFarthestPixel ? std::min(value, kFarthestPixel) : -kFarthestPixel);
 }
 
-/// The pixel of a survey position, as GetViewPos tells.
+/// The pixel of a survey position, as GetViewPos gives it.
 inline Pixel PixelOf(const CTqDraw& dc, double x, double y) {
     const int width = Access::ViewWidth(dc);
     const int height = Access::ViewHeight(dc);

@@ -323,7 +323,7 @@ const char* BlockCopier::RuinOf(const Record& record) {
         case kinds::kDimension:
             return "a dimension keeps the block number of its own file";
         case kinds::kJump:
-            return "a polyline stands behind a jump, which leads nowhere in the copy";
+            return "a polyline comes after a jump, which leads nowhere in the copy";
         default:
             break;
     }
@@ -347,7 +347,7 @@ bool BlockCopier::ProveCopy(const Record& record) {
     const RecordProof proof = ProveRecord(copied, {false, true}, m_source.StyleCount());
     if (proof.fault != nullptr) return Fail(proof.fault);
     if (record.kind == kinds::kInsert && proof.block != m_mapped)
-        return Fail("the block number of a reference does not stand where its flags say");
+        return Fail("the block number of a reference is not where its flags say");
     return true;
 }
 

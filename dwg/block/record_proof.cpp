@@ -104,10 +104,10 @@ const char* SequenceProof::Take(const std::uint8_t* header) {
         if (m_open != 0) return "a polyline or reference begins inside another that has no end";
         m_open = kind;
     } else if (kind == kinds::kSeqEnd) {
-        if (m_open == 0) return "an end of a polyline or reference stands where none is open";
+        if (m_open == 0) return "an end of a polyline or reference is where none is open";
         m_open = 0;
     } else if (kind == kinds::kVertex) {
-        if (m_open == 0) return "a vertex stands outside a polyline";
+        if (m_open == 0) return "a vertex is outside a polyline";
     } else if (kind == kinds::kEndBlock) {
         return End();
     } else if (m_open != 0 && m_open != kinds::kInsert) {

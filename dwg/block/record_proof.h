@@ -12,7 +12,7 @@ namespace zm::dwg {
 /// What a record announces, as far as copying looks at it.
 struct RecordProof {
     const char* fault = nullptr;  // a part of a sentence; null: nothing is wrong
-    std::uint32_t block = 0;      // of a reference: the number where its flags say that it stands
+    std::uint32_t block = 0;      // of a reference: the number where its flags say that it is
 };
 
 /// Whether nothing is asked of a record: it is erased, or of a kind that copying does not know and takes over whole.

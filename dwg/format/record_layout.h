@@ -205,7 +205,7 @@ inline constexpr FieldLayout kVertex[] = {{"start_width", f64, 1}, {"end_width",
                                           {"vertex_flags", u8, 8}, {"tangent", f64, 16},   {"corner_1", u16, 32},
                                           {"corner_2", u16, 64},   {"corner_3", u16, 128}, {"corner_4", u16, 256}};
 inline constexpr FieldLayout kFace[] = {{"invisible", u16, 1}};
-// Behind the point of the dimension line. The options from 512 on are rare and not proven by any drawing at hand.
+// After the point of the dimension line. The options from 512 on are rare and not proven by any drawing at hand.
 constexpr unsigned kProvenDimensionOptions = 0x1FF;
 inline constexpr FieldLayout kDimension[] = {{"text_x", f64, 0, FieldRole::movedX},
                                              {"text_y", f64, 0, FieldRole::movedY},

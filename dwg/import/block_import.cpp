@@ -141,11 +141,10 @@ bool Importer::Prove(const Record& record) {
 bool Importer::TakeInSequence(const Record& record) {
     const bool opens =
         record.kind == kinds::kPolyline || (record.kind == kinds::kInsert && (record.flags & kHasFollowers) != 0);
-    if (record.kind == kinds::kVertex && m_open != kinds::kPolyline) return Fail("a vertex stands outside a polyline");
-    if (record.kind == kinds::kAttrib && m_open != kinds::kInsert)
-        return Fail("an attribute stands outside a reference");
+    if (record.kind == kinds::kVertex && m_open != kinds::kPolyline) return Fail("a vertex is outside a polyline");
+    if (record.kind == kinds::kAttrib && m_open != kinds::kInsert) return Fail("an attribute is outside a reference");
     if (record.kind == kinds::kSeqEnd && m_open == 0)
-        return Fail("an end of a polyline or reference stands where none is open");
+        return Fail("an end of a polyline or reference is where none is open");
     if (m_open != 0 && record.kind != kinds::kSeqEnd && record.kind != kinds::kVertex && record.kind != kinds::kAttrib)
         return Fail("a polyline or reference has no end");
     if (opens) {

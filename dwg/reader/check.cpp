@@ -83,17 +83,17 @@ class Checker {
                         Worded("%u header variables; a 1006 drawing has 158 or 160", m_header.variables));
             if (m_header.entityStart != firstEntity)
                 Problem(kFieldEntityStart,
-                        Worded("the entity section begins at %u, not behind the header variables at %zu",
+                        Worded("the entity section begins at %u, not after the header variables at %zu",
                                m_header.entityStart, firstEntity));
         }
         if (m_header.entityEnd < m_header.entityStart)
             Problem(kFieldEntityEnd, Worded("the entity section ends at %u, before its start at %u", m_header.entityEnd,
                                             m_header.entityStart));
         if (m_header.entityEnd > size)
-            Problem(kFieldEntityEnd, Worded("the entity section ends at %u, behind the end of the file at %llu",
+            Problem(kFieldEntityEnd, Worded("the entity section ends at %u, beyond the end of the file at %llu",
                                             m_header.entityEnd, static_cast<ull>(size)));
         if (m_header.blockStart > size)
-            Problem(kFieldBlockStart, Worded("the block section begins at %u, behind the end of the file at %llu",
+            Problem(kFieldBlockStart, Worded("the block section begins at %u, beyond the end of the file at %llu",
                                              m_header.blockStart, static_cast<ull>(size)));
         return m_report.problems.empty();
     }
@@ -119,12 +119,12 @@ class Checker {
                 if (!right)
                     Problem(field, Worded("a %s record has %u bytes; 1006 has other sizes", name, table.recordSize));
                 if (table.address != behind && table.count > 0)
-                    Problem(field + 6, Worded("the %s table begins at %u; what stands before it ends at %llu", name,
+                    Problem(field + 6, Worded("the %s table begins at %u; what is before it ends at %llu", name,
                                               table.address, static_cast<ull>(behind)));
                 behind = end;
             }
             if (table.count > 0 && end > size)
-                Problem(field + 2, Worded("the %s table of %u records ends at %llu, behind the end of the file at %llu",
+                Problem(field + 2, Worded("the %s table of %u records ends at %llu, beyond the end of the file at %llu",
                                           name, table.count, static_cast<ull>(end), static_cast<ull>(size)));
         }
         CheckViewports();
@@ -203,7 +203,7 @@ class Checker {
                     Worded("linetype %zu has the length %g; its elements add up to %g", index, type.length, sum));
     }
 
-    // What holds for a record wherever it stands.
+    // What holds for a record of either section.
     void CheckRecord(const Record& record) {
         const ull at = record.offset;
         if (record.kind > kinds::kLast) {
@@ -403,8 +403,8 @@ class Checker {
                 break;
             }
             if (first && record.kind != kBlock) {
-                Problem(entry + 33,
-                        Worded("block %zu points to %llu, where no BLOCK record stands", index, static_cast<ull>(at)));
+                Problem(entry + 33, Worded("block %zu points to %llu, where there is no BLOCK record", index,
+                                           static_cast<ull>(at)));
                 break;
             }
             first = false;
@@ -474,7 +474,7 @@ class Checker {
         const std::uint64_t size = m_drawing.bytes().size();
         const std::uint64_t wanted = m_header.extraSize & kSectionSizeMask;
         if (m_header.extraStart > size) {
-            const std::string text = Worded("the extra section begins at %u, behind the end of the file at %llu",
+            const std::string text = Worded("the extra section begins at %u, beyond the end of the file at %llu",
                                             m_header.extraStart, static_cast<ull>(size));
             if (wanted != 0)
                 Problem(kFieldExtraStart, text);
@@ -483,7 +483,7 @@ class Checker {
             return;
         }
         if (m_header.extraStart + wanted > size)
-            Problem(kFieldExtraSize, Worded("the extra section ends at %llu, behind the end of the file at %llu",
+            Problem(kFieldExtraSize, Worded("the extra section ends at %llu, beyond the end of the file at %llu",
                                             ull{m_header.extraStart} + wanted, static_cast<ull>(size)));
         const std::uint64_t end = m_drawing.ExtraEnd();
         std::uint64_t at = m_header.extraStart;

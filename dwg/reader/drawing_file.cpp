@@ -1,4 +1,4 @@
-// The public face of the reader: its records with every number that stands for a name replaced by the name.
+// The public face of the reader: its records with the names of what the file numbers: layers, linetypes, blocks.
 #include <algorithm>
 #include <cstdio>
 

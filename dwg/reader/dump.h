@@ -11,7 +11,7 @@ namespace zm::dwg::reader {
 /// Version, counts, tables with their entries, extents. UTF-8, lines ended by a line feed; json: one object.
 ZM_API std::string Info(const Drawing& drawing, bool json);
 
-/// Where a record of a dump stands.
+/// Where a record of a dump lies.
 struct Place {
     Section section = Section::entities;
     const BlockEntry* block = nullptr;  // in the block section: the definition that it belongs to

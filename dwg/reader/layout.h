@@ -1,5 +1,5 @@
 // The layout of drawings of version digits 1006 and 1009, as data: header fields here, record kinds and their fields in
-// dwg/format/record_layout.h. docs/dwg/writer.md and docs/dwg/template.md tell what the fields mean.
+// dwg/format/record_layout.h. docs/dwg/writer.md and docs/dwg/template.md say what the fields mean.
 #pragma once
 
 #include <array>

@@ -26,7 +26,7 @@ std::string ProblemOfHeader(const std::uint8_t* header) {
     const std::uint32_t end = Load32(header + kEntitiesEnd);
     const std::uint32_t blockTable = Load32(header + LayoutOf(Table::block).addressField);
     if (start < kOldVariablesEnd || start > kFarthestEntities)
-        return Text("its entity section begins at %lu, which is not behind the header variables", Shown(start));
+        return Text("its entity section begins at %lu, which is not after the header variables", Shown(start));
     if (blockTable < start || blockTable - start > kTemplateEntities || end < start || end > blockTable ||
         (end != start && end - start != kEntityHeaderSize))
         return Text("its entity section, from %lu to %lu, is not empty; erase what is drawn in it", Shown(start),
@@ -39,8 +39,8 @@ std::string ProblemOfHeader(const std::uint8_t* header) {
         if (count > static_cast<std::uint32_t>(most))
             return Text("its %s table has %lu records, %d are the most", kTableNames[i], Shown(count), most);
         if (address != place)
-            return Text("its %s table is at offset %lu, not directly behind the table before it, at %lu",
-                        kTableNames[i], Shown(address), static_cast<unsigned long>(place));
+            return Text("its %s table is at offset %lu, not directly after the table before it, at %lu", kTableNames[i],
+                        Shown(address), static_cast<unsigned long>(place));
         place += count * kTables[i].recordSize;
     }
     if (Load32(header + LayoutOf(Table::style).countField) == 0) return "it has no text style";

@@ -14,7 +14,7 @@ inline double ElevationAt(double x, double y) {
     return state().now.elevation;
 }
 
-/// True if the numbers behind a sum of products with zero are all finite; if not, the limit is reported.
+/// True if the numbers of a sum of products with zero are all finite; if not, the limit is reported.
 inline bool Finite(double zeroSum) {
     if (zeroSum == 0.0) [[likely]]
         return true;

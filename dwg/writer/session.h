@@ -78,7 +78,7 @@ class Session {
     std::string m_gap;  // what the template has between its last entity and its tables
 };
 
-/// The open session; null, after the message that tells so, if there is none.
+/// The open session; null, after a message, if there is none.
 inline Session* OpenSession() {
     Session* session = state().session.get();
     if (session == nullptr) [[unlikely]]

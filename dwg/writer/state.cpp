@@ -26,7 +26,7 @@ bool zm::dwg::LastFileComplete() {
 
 namespace {
 
-// Sets an attribute that entities carry; one that is no number would spoil every entity after it.
+// Sets an attribute that entities carry; NaN would spoil every entity after it.
 void SetFinite(double& attribute, double value) {
     if (std::isfinite(value))
         attribute = value;

@@ -84,7 +84,7 @@ TextStart StartOf(const Session& session, const Style& style, const TextLine& li
     return session.textStart;
 }
 
-// The last height of all styles; nothing else in the file tells it.
+// The last height of all styles; nothing else in the file says it.
 void RememberHeight(Session& session, double height) {
     const int count = session.tables().Count(Table::style);
     for (int i = 0; i < count; ++i) Store(session.tables().Slot(Table::style, i) + style_record::kLastHeight, height);

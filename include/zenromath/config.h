@@ -112,7 +112,7 @@ class ZM_API TqNoteLayBase {
     static constexpr int kValueSize = 128;  ///< bytes of a value that is read, its end byte included
     static constexpr int kLineSize = 160;   ///< bytes that the longest class line needs, its end byte included
 
-    /// Reads classes and fonts. The object becomes the global one if both were found; a message tells if no class was.
+    /// Reads classes and fonts. The object becomes the global one if both were found; a message says if no class was.
     TqNoteLayBase();
     /// The same from another file. path: whole, GBK, at most 255 bytes; null or a longer one is no file.
     explicit TqNoteLayBase(const char* path);

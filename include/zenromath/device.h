@@ -117,7 +117,7 @@ class ZM_API Region {
     /// from left to right.
     const std::vector<RECT>& Rectangles() const;
     /// The outlines whose common part the region is, for devices that draw figures and not pixels; null where it was
-    /// combined in another way, then only the rectangles tell it.
+    /// combined in another way, then it is known by its rectangles alone.
     const std::vector<Outline>* Outlines() const;
 
  private:
@@ -187,7 +187,7 @@ class ZM_API Device : public DeviceContext {
     std::unique_ptr<Selection> m_selection;
 };
 
-/// Tells whether a device context still exists.
+/// Whether a device context still exists.
 ZM_API bool IsDevice(const Device* device);
 
 }  // namespace zm

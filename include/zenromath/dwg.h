@@ -19,7 +19,7 @@
 ///
 /// \param path  the output; with a backslash it is taken as it is, without one it is made in the project directory.
 ///              An existing file is overwritten. Where the folder is missing or refuses writing the file goes by its
-///              bare name to the first of the project, the module and the ini directory that takes it, and close tells
+///              bare name to the first of the project, the module and the ini directory that takes it, and close says
 ///              so.
 ///
 /// Errors: "cannot open acad.dwg!", a template that cannot be used (the message says why), "cannot write dwg!" and
@@ -46,7 +46,7 @@ ZM_API void SetDwgElevation(double elevation);
 
 /// Makes a layer current, and makes it first if the file has none of that name.
 ///
-/// The layer's record takes the current colour and the current linetype, each time, also where the layer stood in the
+/// The layer's record takes the current colour and the current linetype, each time, also where the layer was in the
 /// template: the last selection wins.
 ///
 /// \param[in,out] name  upper-cased in place, a to z, byte by byte: the second byte of a Chinese character changes too

@@ -17,7 +17,7 @@ ZM_API std::string ToUtf8(std::string_view gbk, int* invalid = nullptr);
 
 /// Converts UTF-8 to GBK.
 /// \param[out] lost    if not null: how many characters the code page lacks, bytes that are no UTF-8 included
-/// \param replacement  what stands for each of them
+/// \param replacement  what is put for each of them
 ZM_API std::string FromUtf8(std::string_view utf8, int* lost = nullptr, char replacement = '?');
 
 /// True for the first byte of a two-byte character.

@@ -122,7 +122,7 @@ enum znAreaUnitConstants : std::int32_t {
 };
 
 /// Converts a length, through metres even where both units are equal.
-/// \param from, to     units; a value that is no unit (14 to 29, above 32, negative) stands for metres
+/// \param from, to     units; a value that is no unit (14 to 29, above 32, negative) counts as metres
 /// \param value        the length in from
 /// \param[out] result  the length in to
 /// \return             always 1
@@ -132,7 +132,7 @@ ZM_API int ScaleUnitConvert(znCoordUnitConstants from, znCoordUnitConstants to, 
 ZM_API double ScaleUnitCase(int from, int to, double value);
 
 /// Converts an area, through square metres even where both units are equal.
-/// \param from, to     units; a value that is no unit (below 14, 30 to 32, above 38) stands for square metres
+/// \param from, to     units; a value that is no unit (below 14, 30 to 32, above 38) counts as square metres
 /// \param value        the area in from
 /// \param[out] result  the area in to
 /// \return             always 1
@@ -196,7 +196,7 @@ enum znCoordSysTypeConstants : std::int32_t {
 ///
 /// Usual order: setEllipse; setBL or setL; UTMtoGS; getGX, getStandardGY. Or the other way: setGX, setStandardGY;
 /// GStoUTM; getB, getL. No range is checked. The scale on the central meridian is 1, also for members with UTM in
-/// their names. docs/geodesy/departures.md tells how far results are from the truth.
+/// their names. docs/geodesy/departures.md says how far results are from the truth.
 class ZM_API Coordinate_2Dsys {
  public:
     /// All zero, on the system 10184.

@@ -1,4 +1,4 @@
-// The platform types that stand in the signatures of the exported interface.
+// The platform types in the signatures of the exported interface.
 //
 // On Windows the handles and records are the system's own. Elsewhere they are defined here, with the same names,
 // field names, field order and widths, so that code written against the interface compiles on both. The framework's

@@ -18,7 +18,7 @@ enum CLMsgOutTo : int {
 /// A message that is built item by item and shown when "endl" is fed.
 ///
 /// Every item is followed by the delimiter, the last one included: "a", 1, "endl" shows a:1: with the default.
-/// What is fed behind the last "endl" is never shown.
+/// What is fed after the last "endl" is never shown.
 class ZM_API CLMsg {
  public:
     /// \param target  where "endl" sends the message
@@ -55,7 +55,7 @@ class ZM_API CLMsg {
     /// Boxes have name as title, "Zenro Info" if it is empty. The status bar and the title fall back to the box where
     /// there is no main window; a file that cannot be opened is left out in silence.
     int OutMsg(CLMsgOutTo target, int ask);
-    /// What stands behind each item from now on; null is an empty text.
+    /// What is put after each item from now on; null is an empty text.
     void SetDelimiter(const char* text);
     /// Leaves the file named at construction empty; without a name, or where it cannot be opened, nothing happens.
     void ResetFile();
@@ -102,7 +102,7 @@ ZM_API int WindowSendMeassage(CWnd* wnd, unsigned int msg, zm::UInt64 wparam, zm
 /// Sets the callback of WindowSendMeassage; null restores the default.
 ZM_API void Set_WindowSendMeassageEx(int (*process)(CWnd*, unsigned int, zm::UInt64, zm::Int64));
 
-/// The library's application object, built at load behind the project file state. It adds nothing to its base and has
+/// The library's application object, built at load after the project file state. It adds nothing to its base and has
 /// no name.
 class ZM_API CZenroMathApp : public CWinApp {
  public:
@@ -119,7 +119,7 @@ class ZM_API CZenroMathApp : public CWinApp {
 ///
 /// \param name   a path is returned unchanged: a name whose first backslash, or for want of one first forward slash, is
 ///               not its first byte, and a name that begins with two backslashes or two forward slashes. So
-///               `sub\a.ini` stays relative to the current directory of the process. Any other name goes behind the
+///               `sub\a.ini` stays relative to the current directory of the process. Any other name is put after the
 ///               directory of where and a backslash, `\a.ini` with its own leading backslash too.
 /// \param where  0 project directory, 2 ini directory below the module directory, 3 configuration directory of the
 ///               machine, any other value (1 and -1 included) the module directory. Not the table of _LFWholeName.
@@ -134,7 +134,7 @@ ZM_API CString GetZenroINIPath(const char* name, int where);
 ///             bases), 0 where it begins with none; numbers beyond 32 bits are taken modulo 2 to the 32nd
 ZM_API unsigned int GetZenroProfileInt(const char* section, const char* key, int def, const char* file, int where);
 
-/// Reads all lines of a section, each with an end byte, and one end byte more behind the last.
+/// Reads all lines of a section, each with an end byte, and one end byte more after the last.
 ///
 /// \param[out] buf  lines without comments; key and value without the blanks around them, quotes kept
 /// \param size      bytes of buf
@@ -144,7 +144,7 @@ ZM_API unsigned long GetZenroProfileSection(const char* section, char* buf, unsi
 
 /// Reads a value as text.
 ///
-/// \param section   null: the names of all sections are listed, each with an end byte and one more behind the last
+/// \param section   null: the names of all sections are listed, each with an end byte and one more after the last
 /// \param key       null: the names of all keys of the section are listed in the same way
 /// \param def       used where file, section or key are missing; its trailing blanks are dropped; null is empty
 /// \param[out] buf  the value without the blanks around it and without one pair of equal quotes; always terminated if
@@ -163,13 +163,13 @@ ZM_API int GetZenroProfileStruct(const char* section, const char* key, void* dat
 
 /// Replaces the whole text of a section, making file and section where they do not exist.
 ///
-/// \param text  lines, each with an end byte, and one more behind the last; an empty text removes the section's keys
+/// \param text  lines, each with an end byte, and one more after the last; an empty text removes the section's keys
 ///              and leaves its header; null removes the section
 /// \return      1, or 0 where the file could not be written; what it held before is kept then
 ZM_API int WriteZenroProfileSection(const char* section, const char* text, const char* file, int where);
 
 /// Writes a value, making file, section and key where they do not exist. A changed key keeps its place, a new one goes
-/// behind the last of its section. Comments and everything else in the file stay.
+/// after the last of its section. Comments and everything else in the file stay.
 ///
 /// \param key    null removes the section
 /// \param value  null removes the key
@@ -287,7 +287,7 @@ ZM_API int _LWaitReMsgEsc2(int total, int current, const char* format, ...);
 
 /// Names the project, moves the process to its directory and makes that the project directory.
 ///
-/// \param name      path of the project; what follows its last "." is cut if that stands behind the last backslash.
+/// \param name      path of the project; what follows its last "." is cut if that comes after the last backslash.
 ///                  Without a backslash it lies in the current directory. The text is changed during the call and put
 ///                  back, so it can't be a constant.
 /// \param ext       extension of the current file
@@ -325,7 +325,7 @@ ZM_API const char* _LFWndDir();
 /// Writes directory and file name into buf and returns it.
 ///
 /// \param[out] buf  256 bytes; an empty text after a message where the path would not fit
-/// \param name      only what stands behind its last backslash counts
+/// \param name      only what comes after its last backslash counts
 /// \param ext       null keeps the extension, else it replaces what follows the last "."
 /// \param where     1 module, 2 ini, 3 machine directory, any other value the project directory
 ZM_API const char* _LFWholeName(char* buf, char* name, char* ext, int where);

@@ -110,7 +110,7 @@ struct PlaneBox {
 
 /// The number of the sheet that holds a point: kilometres of its south-west corner, north first, with the decimals of the
 /// scale: "4845.50-614.75".
-/// \return  none, scale, size, origin, outside (no number, or beyond 1e9 m), negative
+/// \return  none, scale, size, origin, outside (not a number, or beyond 1e9 m), negative
 /// Source: GB/T 20257.1
 ZM_API Refusal CornerNumber(const Division& division, double x, double y, std::string& number);
 /// The box of a sheet by its corner number.

@@ -83,7 +83,7 @@ ZM_API extern LCBODY TheLCBody;
 /// not define is a plain line with number 0. Messages, all through _LMsg, and reading goes on where not said otherwise:
 /// "symbol.dat code=%d err" for an operator outside 1 to 9, with the symbol's code;
 /// a text that the library is too large, with 8000 or more body records, 1000 or more L, E and Y headers or 300 or more
-/// line-class symbols in use at a header; reading stops and what was read stands, the last symbol whole;
+/// line-class symbols in use at a header; reading stops and what was read stays, the last symbol whole;
 /// a pattern of more than 16 tokens or with a token of more than 19 characters; what is beyond is left out.
 ZM_API int TsymbolInit(const char* path);
 /// Frees the library. TheBody, nBody and TheLCBody are not cleared, and what TheBody points to is gone.

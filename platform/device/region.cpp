@@ -153,7 +153,7 @@ Band BandAt(const RectList& list, std::size_t begin) {
     return band;
 }
 
-// Combines the spans of two bands; an empty band stands for no pixels.
+// Combines the spans of two bands; an empty band has no pixels.
 void CombineSpans(const RectList& a, Band bandA, const RectList& b, Band bandB, int mode, std::vector<int>& spans) {
     spans.clear();
     std::size_t i = 2 * bandA.begin;

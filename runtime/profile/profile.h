@@ -23,7 +23,7 @@ bool WriteSection(const char* section, const char* text, const char* file);
 bool WriteStruct(const char* section, const char* key, const void* data, unsigned int size, const char* file);
 
 /// While one lives, writes are collected, and each file is written once, at the end or before the next read of it. What
-/// other processes write meanwhile is kept. A write that is collected counts as done; Commit tells of failures.
+/// other processes write meanwhile is kept. A write that is collected counts as done; Commit reports failures.
 class Batch {
  public:
     [[nodiscard]] Batch();

@@ -48,7 +48,7 @@ class ZM_API Scanner : public Fields {
 
     /// %d, limited to 32 bits: no code beyond the range becomes one within it.
     bool Int(int& value);
-    /// %f: false where no number follows; words like "inf" are none. Limited to the range of a float.
+    /// %f: false where none follows; words like "inf" are none. Limited to the range of a float.
     bool Real(float& value);
     /// %lf, with the rules of Real and the range of a double.
     bool Number(double& value);

@@ -142,7 +142,7 @@ int Hatch::Fill(int type) const {
                               static_cast<std::uint32_t>(rows.second));
 }
 
-// False where the body ends before the entries that the head tells of.
+// False where the body ends before the entries that the head counts.
 bool Hatch::DrawEntries(double* out) const {
     int at = 1;
     for (int left = m_entries; left > 0; --left) {

@@ -1,4 +1,4 @@
-// What the hatch caps left out, for programs that want to tell: 18 crossings of a line, 494 lines of a family, 495
+// What the hatch caps left out, for programs that report it: 18 crossings of a line, 494 lines of a family, 495
 // segments of a family, 4000 points of an entry. No message is shown for it.
 #pragma once
 

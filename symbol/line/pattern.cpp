@@ -91,7 +91,7 @@ class PatternWalk {
     } m_progress;
 
     int m_flip = 0;
-    draw::StrokeStream m_stream;  // whatever else draws or tells something flushes it first
+    draw::StrokeStream m_stream;  // whatever else draws, or shows a message, flushes it first
     RepeatedSymbol m_symbol{m_stream};
 };
 
@@ -167,7 +167,7 @@ int PatternWalk::Walk() {
     while (halt == Halt::kNone && m_at < m_n - 1) halt = GoSegment();
     if (halt == Halt::kBadSymbol) return TellBadSymbol();
     if (halt == Halt::kStuck) return TellStuck();
-    // The last step left the place at which it stood, so the bearing is still that of the last leg.
+    // The last step left the place where it was, so the bearing is still that of the last leg.
     if (m_letters[0] == 'G' && m_width > kLeastWidth) {
         const int last = m_n - 1;
         const geometry::Leg leg(m_x[last] - m_x[last - 1], m_y[last] - m_y[last - 1]);

@@ -1,4 +1,4 @@
-// A symbol that stands again and again on a device, along a line or in a grid, turned the same way.
+// A symbol that is placed again and again on a device, along a line or in a grid, turned the same way.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@ namespace zm::symbol {
 /// Parts of a pixel in whole numbers.
 typedef std::uint64_t FixedPair __attribute__((vector_size(16)));
 
-/// Where a symbol stands, and the vertex that it is turned to.
+/// Where a symbol is placed, and the vertex that it is turned to.
 struct Standing {
     geometry::Pair at, to;
     bool hasDirection;  // whether cosine and sine of the bearing, as XYSA gives it, are the direction within 1e-7

@@ -202,8 +202,8 @@ TEST_F(Insert, ArcPolylineIsCutAt4000PointsAndToldOnce) {
     EXPECT_EQ(1, insert(0.0, 0.0, 0.0, 12));
     EXPECT_EQ(3999U, Count("Line2"));
     EXPECT_EQ(1, insert(0.0, 0.0, 0.0, 12));
-    EXPECT_THAT(Messages(), ElementsAre("symbol.dat code=12: an arc polyline has more than 4000 points; what lies "
-                                        "behind them is not drawn. Split it."));
+    EXPECT_THAT(Messages(), ElementsAre("symbol.dat code=12: an arc polyline has more than 4000 points; what comes "
+                                        "after them is not drawn. Split it."));
 }
 
 TEST_F(Insert, BodyThatEndsEarlyIsToldAndWhatStandsIsDrawn) {

@@ -169,7 +169,7 @@ TEST_F(ProcessAll, ChainThatNeedsMoreThan4000PointsIsCutAndToldOnce) {
     EXPECT_EQ(1, Draw(xy, 3, 13));
     EXPECT_EQ(3999U, Count("Line2"));
     EXPECT_EQ(1, Draw(xy, 3, 13));
-    EXPECT_THAT(Messages(), ElementsAre("A curve has more than 4000 points; what lies behind them is not drawn. Split "
+    EXPECT_THAT(Messages(), ElementsAre("A curve has more than 4000 points; what comes after them is not drawn. Split "
                                         "the line."));
 }
 

@@ -261,8 +261,9 @@ TEST_F(SymbolFile, SeventeenthTokenIsLeftOutAndReported) {
     EXPECT_EQ(16.0, TheLCBody.value[15]);
     EXPECT_EQ(0, TheLCBody.code[16]);
     EXPECT_EQ(0.0, TheLCBody.value[16]);
-    EXPECT_THAT(Messages(), ElementsAre("symbol.dat code=12: a line pattern has at most 16 tokens; those behind are "
-                                        "left out. Shorten the pattern."));
+    EXPECT_THAT(Messages(),
+                ElementsAre("symbol.dat code=12: a line pattern has at most 16 tokens; those after them are "
+                            "left out. Shorten the pattern."));
 }
 
 TEST_F(SymbolFile, TokenOfMoreThan19CharactersIsLeftOutAndReported) {

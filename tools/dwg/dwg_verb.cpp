@@ -174,7 +174,7 @@ void AddDwgVerb(Verb app, Context& context) {
     add("dump", N_("Each record as a line, the blocks' indented"), Dump);
     add("check", N_("Proves every offset, length, index, count and link; exit status 1 where there are problems"),
         CheckFile)
-        .AddFlag("--remarks", options->remarks, "Also tells what a reader may stumble over in a sound drawing");
+        .AddFlag("--remarks", options->remarks, "Also reports what a program may not take of a sound drawing");
     const Verb dxf = add("to-dxf", N_("The drawing as DXF, R12 in ASCII"), ToDxf);
     dxf.AddOption("OUT", options->output, "The DXF file; - is stdout").Required();
     dxf.AddFlag("--utf8", options->sink.utf8, "Texts in UTF-8, for programs that want it; else GBK");

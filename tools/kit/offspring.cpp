@@ -20,7 +20,7 @@ namespace {
 
 constexpr int kPatience = 100;  // milliseconds between looks at the stop signal
 
-// How a piece ended, as its process tells it.
+// How a piece ended, as its process reports it.
 enum class End : char { done = 'd', failure = 'f', stopped = 's', libraryStop = 'l', unexpected = 'u' };
 
 void PutText(std::string& bytes, const std::string& text) {

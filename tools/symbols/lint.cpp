@@ -22,13 +22,13 @@ struct Words {
 Words WordsOf(Remark what) {
     switch (what) {
         case Remark::kHeaderWithoutCode:
-            return {Weight::lost, N_("this header has no code, so it is skipped with the lines behind it")};
+            return {Weight::lost, N_("this header has no code, so it is skipped with the lines after it")};
         case Remark::kCodeOutOfRange:
-            return {Weight::lost, N_("codes are 1 to 999; this header is skipped with the lines behind it")};
+            return {Weight::lost, N_("codes are 1 to 999; this header is skipped with the lines after it")};
         case Remark::kUnknownKind:
             return {Weight::lost, N_("the kind is none of G, H, L, LC, E, Y; the code draws as a plain line")};
         case Remark::kKindOfHeaderBefore:
-            return {Weight::doubtful, N_("no kind stands here, so that of the header before is taken; write it")};
+            return {Weight::doubtful, N_("the header has no kind, so that of the one before is taken; write it")};
         case Remark::kCodeTwice:
             return {Weight::lost, N_("the code was defined above; this definition counts, that one is out of reach")};
         case Remark::kLineSplit:
@@ -48,19 +48,19 @@ Words WordsOf(Remark what) {
         case Remark::kPolylineIndented:
             return {Weight::lost, N_("a blank before the operator of a polyline: its points are not read")};
         case Remark::kPairTwice:
-            return {Weight::doubtful, N_("a doubled blank in a polyline: the point behind it is read twice")};
+            return {Weight::doubtful, N_("a doubled blank in a polyline: the point after it is read twice")};
         case Remark::kSweepEndsBody:
             return {Weight::lost, N_("an arc of -100 degrees or less is taken for the end of a record")};
         case Remark::kUnknownHatchEntry:
             return {Weight::lost, N_("hatch entries are of type 1 to 4; this one draws nothing")};
         case Remark::kHeaderTakenAsPattern:
-            return {Weight::lost, N_("a header stands where the pattern of the LC symbol above belongs")};
+            return {Weight::lost, N_("there is a header where the pattern of the LC symbol above belongs")};
         case Remark::kPatternEmpty:
             return {Weight::doubtful, N_("the pattern has no tokens; it draws as a plain line")};
         case Remark::kPatternEndedByBlank:
-            return {Weight::lost, N_("a leading or doubled blank ends the pattern; the tokens behind it are lost")};
+            return {Weight::lost, N_("a leading or doubled blank ends the pattern; the tokens after it are lost")};
         case Remark::kTooManyTokens:
-            return {Weight::lost, N_("a pattern has at most 16 tokens; those behind are lost")};
+            return {Weight::lost, N_("a pattern has at most 16 tokens; those after them are lost")};
         case Remark::kTokenTooLong:
             return {Weight::lost, N_("a token has at most 19 characters; this one is lost")};
         case Remark::kTooManyLineClasses:

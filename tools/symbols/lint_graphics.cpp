@@ -14,7 +14,7 @@ constexpr double kLargeSymbol = 60.0;  // millimetres; none of the field's point
 constexpr double kMarkerSize = 1e6;    // beyond it the size is that of an arc polyline's marker, which counts in it
 constexpr float kArcMarkerInFile = 1000.0F * zm::symbol::kArcMarker;
 
-// A sweep below 0 appends no arc: only the chord stands.
+// A sweep below 0 appends no arc: only the chord is drawn.
 void LintSweeps(const SymbolText& text, int code, std::vector<Finding>& findings) {
     for (int i = text.At(code).first + 1; i <= text.At(code).last; ++i) {
         Scanner record(text.Line(i).c_str());

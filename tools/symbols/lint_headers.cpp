@@ -46,7 +46,7 @@ void LintOrnament(const SymbolText& text, int code, std::vector<Finding>& findin
                             ? N_("the ornament draws with code {0}, which is no line symbol: these strokes "
                                  "are missing")
                             : N_("the ornament draws with code {0}, which the file does not have: a plain "
-                                 "line stands for it"),
+                                 "line is drawn instead"),
                         leaned)});
     for (const int leaned : ornament.points)
         if (!text.Is(leaned, SymbolStatusG))

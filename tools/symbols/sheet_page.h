@@ -17,7 +17,7 @@ class PageText {
     /// The pen width that the next symbols are labelled with, millimetres; 0: none.
     void SetPenWidth(double millimetres) { m_penWidth = millimetres; }
     void BeginOrnaments();
-    /// One ornament with its pictures at all map scales; name is what it stands for, empty if the file does not tell.
+    /// One ornament with its pictures at all map scales; name is what it means, empty if the file does not say.
     void AddOrnament(int number, const std::string& name, bool draws, const std::string& pictures);
     std::string Finish();
 

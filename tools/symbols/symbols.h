@@ -14,7 +14,7 @@ namespace zm::tool::symbols {
 
 /// How much a finding matters.
 enum class Weight {
-    lost,     ///< something in the file is not drawn at all, or not where or how it stands there
+    lost,     ///< something in the file is not drawn at all, or not where or how the file has it
     doubtful  ///< it draws, but perhaps not what its author thinks
 };
 
@@ -26,7 +26,7 @@ struct Finding {
     std::string text;  ///< one sentence: what is wrong and what to do
 };
 
-/// One symbol of a file, as it is after reading: of a code that stands twice, the later one.
+/// One symbol of a file, as it is after reading: of a code that is there twice, the later one.
 struct Symbol {
     int code = 0;
     std::string kind;  ///< "G", "LC", "L", "E", "H" or "Y"
@@ -46,7 +46,7 @@ std::vector<Symbol> ReadSymbols(const char* path);
 
 /// What in a file will not draw as its author thinks, by line. Nothing is shown while the file is read.
 std::vector<Finding> Lint(const char* path);
-/// "path:line: code: text", the form that editors jump by; "doubtful: " stands before the text of such a finding.
+/// "path:line: code: text", the form that editors jump by; "doubtful: " comes before the text of such a finding.
 std::string FindingText(const std::string& path, const Finding& finding);
 
 /// A table of all symbols: code, kind, size or number, note, lines; one line each, with a head line and a line of
@@ -88,7 +88,7 @@ struct SheetOptions {
 };
 
 /// One self-contained HTML page: every code drawn as inline SVG at paper size with its note, kind and source lines, a
-/// filter box, a choice of enlargement and of the map scale of the ornaments; behind them all 39 ornaments with their
+/// filter box, a choice of enlargement and of the map scale of the ornaments; after them all 39 ornaments with their
 /// control points numbered.
 ///
 /// The pictures are drawn by the library itself: it loads the file (TsymbolInit), draws through a context of its own,

@@ -31,7 +31,7 @@ class SymbolWindow : public JobWindow {
     /// The symbol that is shown, 0 before there is one.
     int code() const { return m_code; }
     void ShowCode(int code);
-    /// The map behind this window draws with what is saved here, where the reader leaves that on.
+    /// The map of the window that opened this one draws with what is saved here, where the reader leaves that on.
     void ServeMap();
     bool servesMap() const { return m_forMap != nullptr && m_forMap->isChecked(); }
     /// What one sees is there; pictures of rows that are scrolled away may still be drawn.

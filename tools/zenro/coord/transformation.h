@@ -24,7 +24,7 @@ struct Transformation {
 
     /// Throws Failure (kUsage) where the parts do not fit: a change of family needs seven or four parameters.
     void Check() const;
-    /// first is the northing or latitude, second the easting or longitude; a height that is no number counts as 0 and
+    /// first is the northing or latitude, second the easting or longitude; a height that is NaN counts as 0 and
     /// stays none. \return what is wrong, or empty
     std::string Apply(double& first, double& second, double& height) const;
 };

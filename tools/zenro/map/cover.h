@@ -20,7 +20,7 @@ class Cover {
     enum Weight : std::uint8_t { stroke = 1, symbol = 4, label = 255 };
     /// Covers a box turned about its lower left corner by an angle in radians.
     void MarkBox(double x, double y, double length, double height, double radians, Weight weight);
-    /// How far such a box is covered, 0 to 1 by strokes, more by symbols; 2 and above where a label stands, too much
+    /// How far such a box is covered, 0 to 1 by strokes, more by symbols; 2 and above where a label lies, too much
     /// of symbols, or the box leaves the sheet.
     double Covered(double x, double y, double length, double height, double radians) const;
 

@@ -64,7 +64,7 @@ class LayerReader {
     OGRwkbGeometryType geometryType() const { return m_layer.GetGeomType(); }
     /// The fields under their names in UTF-8; indexes are those of the features.
     OGRFeatureDefn& fields() const { return *m_fields; }
-    /// -1 where the data does not tell it cheaply, or a filter decides.
+    /// -1 where the data cannot say it cheaply, or a filter decides.
     long long count() const;
 
     /// The layer itself, for its index and its extent.

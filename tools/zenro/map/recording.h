@@ -58,7 +58,7 @@ struct RecordingHead {
 /// Takes up what a comment line says.
 void ReadHeadLine(const std::string& line, RecordingHead& head);
 
-/// What the commands themselves lose; comment lines among them tell it, so that a recording is drawn again exactly.
+/// What the commands themselves lose; comment lines among them say it, so that a recording is drawn again exactly.
 struct Exactly {
     std::optional<double> penWidth;  // of the next pen, millimetres of paper
     struct Text {
@@ -72,7 +72,7 @@ struct Exactly {
     };
     std::optional<Area> area;  // to be filled now
 };
-/// Takes up what a comment line tells. False if it tells nothing of the kind.
+/// Takes what a comment line says of the commands; false where it says nothing of them.
 bool ReadExactly(const std::string& line, Exactly& exactly);
 
 /// Writes such lines into the recording that the working context makes.

@@ -39,7 +39,7 @@ class RecordingPlayer {
     ~RecordingPlayer();
     RecordingPlayer(const RecordingPlayer&) = delete;
     RecordingPlayer& operator=(const RecordingPlayer&) = delete;
-    /// A comment line, which may tell what the next command loses.
+    /// A comment line, which may say what the next command loses.
     void Tell(const std::string& line);
     void Play(const Command& c);
     /// Ends a polyline that has no end.

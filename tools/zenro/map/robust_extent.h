@@ -6,7 +6,7 @@
 
 namespace zm::tool {
 
-/// Collects the vertices of a layer, tells the few that lie far from all the rest, and gives the extent of the rest.
+/// Collects the vertices of a layer, finds the few that lie far from all the rest, and gives the extent of the rest.
 ///
 /// A stray is a vertex that is no finite number, that lies beyond the limits of the layer's numbers, or that is one of
 /// few (at most a thousandth of all, at least one) and farther from the rest than 20 times the width of the rest; among

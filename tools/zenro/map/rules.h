@@ -11,7 +11,7 @@ namespace zm::tool {
 /// What a feature is, as far as rules ask.
 enum class GeometryKind { any, point, line, area };
 
-/// Where a label stands.
+/// Where a label lies.
 enum class LabelPlace {
     byKind,   // point: beside; line: along; area: centre
     beside,   // right of the point, else left, above, below

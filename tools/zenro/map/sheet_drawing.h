@@ -16,7 +16,7 @@
 
 namespace zm::tool {
 
-/// What one look at the features tells: the levels in use, and where the labels stand.
+/// What one look at the features finds: the levels in use, and where the labels lie.
 struct Survey {
     std::set<int> levels;
     std::set<GeometryKind> labelled;

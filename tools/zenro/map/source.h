@@ -20,7 +20,7 @@ namespace zm::tool {
 struct SourceOptions {
     std::vector<std::string> inputs;
     Selection selection;
-    std::string encoding;    // of attributes, where the data does not tell or tells wrong
+    std::string encoding;    // of attributes, where the data names none or a wrong one
     char replacement = '?';  // for characters that GBK lacks
     PlaneOptions plane;
     bool windowed = false;  // a sheet is all that will be asked for: no extent is read where the plane follows from it
@@ -52,7 +52,7 @@ class Source {
     /// The box of all data in the plane without what strays; of layers that were not looked at what their sources know
     /// without a look, or what was read of them, which may be nothing. Empty where there is none.
     Box DataBox() const;
-    /// The number of features, -1 where the data does not tell it. A database counts its rows for it.
+    /// The number of features, -1 where the data does not say it. A database counts its rows for it.
     long long Count() const;
     /// How many features were taken from the inputs so far, for extents and for the store.
     long long taken() const { return m_looked + m_read; }

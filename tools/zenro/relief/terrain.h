@@ -15,7 +15,7 @@ using BreakLine = std::vector<TerrainPoint>;
 struct Terrain {
     std::vector<TerrainPoint> points;
     std::vector<std::array<int, 3>> triangles;
-    long duplicates = 0;  // points that stood where another one was; the first counts
+    long duplicates = 0;  // points that lie where another one does; the first counts
     long added = 0;       // points added on break lines so that all of them are edges
 };
 

@@ -237,7 +237,8 @@ TEST_F(WindowFiles, TheStatusLineHasHowMuchOfAFileIsRead) {
                text + "'\n";
     };
     const auto await = [&](const char* name) {
-        return "until [ -e '" + (zenro / name).string() + "' ]; do sleep 0.02; done\n";
+        return "until [ -e '" + (zenro / name).string() + "' ] || [ ! -d '" + zenro.folder().string() +
+               "' ]; do sleep 0.02; done\n";
     };
     program = QString::fromStdString(
         zenro.File("zenro", "#!/bin/sh\n" + word(R"({"is":"reading","done":1280,"total":5000})") + await("first") +

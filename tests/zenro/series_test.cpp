@@ -221,7 +221,7 @@ TEST_F(Series, PlansThatAreWrongAreRefused) {
     tool::WritePlan(m_zenro / "plan.gpkg", plan, true);
     const Outcome r = m_zenro.Run({"series", "draw", "plan.gpkg"});
     EXPECT_EQ(r.status, 3);
-    EXPECT_NE(r.err.find("numbers stand twice in the plan, such as " + plan.sheets.front().number), std::string::npos)
+    EXPECT_NE(r.err.find("numbers are in the plan twice, such as " + plan.sheets.front().number), std::string::npos)
         << r.err;
     EXPECT_EQ(m_zenro.Run({"series", "work", "none.jsonl", "--chunk", "1"}).status, 3);
 }

@@ -241,9 +241,9 @@ TEST_F(WindowFiles, TheStatusLineHasHowMuchOfAFileIsRead) {
                "' ]; do sleep 0.02; done\n";
     };
     program = QString::fromStdString(
-        zenro.File("zenro", "#!/bin/sh\n" + word(R"({"is":"reading","done":1280,"total":5000})") + await("first") +
-                                word(R"({"is":"reading","done":1536,"total":0})") + await("second") + "exec '" +
-                                std::string(ZENRO_PROGRAM) + "' \"$@\"\n"));
+        zenro.File("zenro", "#!/bin/sh\n" + await("begun") + word(R"({"is":"reading","done":1280,"total":5000})") +
+                                await("first") + word(R"({"is":"reading","done":1536,"total":0})") + await("second") +
+                                "exec '" + std::string(ZENRO_PROGRAM) + "' \"$@\"\n"));
     fs::permissions(program.toStdString(), fs::perms::owner_all);
     bool begun = false, ofAll = false, alone = false;
     QTimer look;
@@ -252,6 +252,7 @@ TEST_F(WindowFiles, TheStatusLineHasHowMuchOfAFileIsRead) {
         begun = begun || said == "reading";
         ofAll = ofAll || said == "reading 1,280 / 5,000";
         alone = alone || said == "reading 1,536";
+        if (begun) zenro.File("begun", "");
         if (ofAll) zenro.File("first", "");
         if (alone) zenro.File("second", "");
     });

@@ -5,6 +5,7 @@
 #include <QDropEvent>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QLocale>
 #include <QMimeData>
 #include <QProcess>
 #include <QTreeWidget>
@@ -245,13 +246,14 @@ TEST_F(WindowFiles, TheStatusLineHasHowMuchOfAFileIsRead) {
                                 await("first") + word(R"({"is":"reading","done":1536,"total":0})") + await("second") +
                                 "exec '" + std::string(ZENRO_PROGRAM) + "' \"$@\"\n"));
     fs::permissions(program.toStdString(), fs::perms::owner_all);
+    const auto number = [](int value) { return QLocale().toString(value); };
     bool begun = false, ofAll = false, alone = false;
     QTimer look;
     QObject::connect(&look, &QTimer::timeout, &look, [&] {
         const QString said = Said("doing");
         begun = begun || said == "reading";
-        ofAll = ofAll || said == "reading 1,280 / 5,000";
-        alone = alone || said == "reading 1,536";
+        ofAll = ofAll || said == "reading " + number(1280) + " / " + number(5000);
+        alone = alone || said == "reading " + number(1536);
         if (begun) zenro.File("begun", "");
         if (ofAll) zenro.File("first", "");
         if (alone) zenro.File("second", "");

@@ -60,6 +60,29 @@ TEST_P(EachOutput, ThatDoesNotFitLeavesTheOldFileAndSaysSo) {
 INSTANTIATE_TEST_SUITE_P(Format, EachOutput, testing::Values("svg", "png", "pdf", "dwg", "rec"),
                          [](const auto& info) { return std::string(info.param); });
 
+// Drivers of several formats do not look whether their writes succeed.
+class EachDataFormat : public testing::TestWithParam<const char*> {};
+
+TEST_P(EachDataFormat, ThatDoesNotFitLeavesTheOldFileAndSaysSo) {
+    const Program zenro;
+    Prepare(zenro);
+    const std::string name = std::string("out.") + GetParam();
+    zenro.File(name, "precious");
+    const std::string measure = "exec \"$ZENRO\" measure layer in.geojson -o " + name + " --overwrite 2>said.txt";
+    EXPECT_EQ(Shell(zenro, "ulimit -f 4\n" + measure), 5);
+    EXPECT_EQ(ReadFile(zenro / name), "precious");
+    EXPECT_NE(ReadFile(zenro / "said.txt").find(name + ": cannot be written"), std::string::npos)
+        << ReadFile(zenro / "said.txt");
+    EXPECT_TRUE(zenro.Unfinished().empty());
+    EXPECT_EQ(Shell(zenro, measure), 0) << ReadFile(zenro / "said.txt");
+    EXPECT_GT(fs::file_size(zenro / name), 100u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Format, EachDataFormat,
+                         testing::Values("geojson", "geojsonl", "gpkg", "fgb", "csv", "kml", "gml", "mif", "jml", "ods",
+                                         "xlsx"),
+                         [](const auto& info) { return std::string(info.param); });
+
 TEST(Outputs, ALinkStaysALinkAndWhatItLeadsToIsReplaced) {
     const Program zenro;
     Prepare(zenro);

@@ -8,6 +8,7 @@
 #include "tools/kit/exit_codes.h"
 #include "tools/kit/standard_streams.h"
 #include "tools/kit/translation.h"
+#include "tools/zenro/map/watched_files.h"
 
 namespace fs = std::filesystem;
 
@@ -30,18 +31,29 @@ GDALDriver& DriverFor(const std::string& output) {
     throw Failure(kUsage, Phrase("{0}: no format for map data has this extension; use .gpkg or .geojson.", output));
 }
 
+// SQLite looks at each of its writes itself, and does without locks on files that are not the system's own. So does
+// FlatGeobuf, which else leaves the file that it works in.
+bool WatchesItself(GDALDriver& driver) {
+    const std::string name = driver.GetDescription();
+    return name == "GPKG" || name == "SQLite" || name == "FlatGeobuf";
+}
+
 }  // namespace
 
 OutputDataset::OutputDataset(const std::string& output, bool overwrite)
     : m_output(output), m_overwrite(overwrite), m_out((DriverFor(output), output), overwrite) {
     m_made = m_folder.path() / fs::path(output).filename();
+    GDALDriver& driver = DriverFor(output);
+    const std::string name = WatchesItself(driver) ? m_made.string() : WatchedName(m_made);
     CPLErrorReset();
-    m_dataset.reset(DriverFor(output).Create(m_made.c_str(), 0, 0, 0, GDT_Unknown, nullptr));
+    ForgetFault();
+    m_dataset.reset(driver.Create(name.c_str(), 0, 0, 0, GDT_Unknown, nullptr));
     if (m_dataset == nullptr) CannotWrite();
 }
 
 void OutputDataset::CannotWrite() const {
-    throw Failure(kNoOutput, Phrase("{0}: cannot be written: {1}.", m_output, LastReason()));
+    const std::string fault = WriteFault();
+    throw Failure(kNoOutput, Phrase("{0}: cannot be written: {1}.", m_output, fault.empty() ? LastReason() : fault));
 }
 
 OGRLayer& OutputDataset::AddLayer(const std::string& name, const OGRSpatialReference* system, OGRwkbGeometryType type) {
@@ -53,13 +65,13 @@ OGRLayer& OutputDataset::AddLayer(const std::string& name, const OGRSpatialRefer
 
 void OutputDataset::Write(OGRLayer& layer, OGRFeature& feature) {
     CPLErrorReset();
-    if (layer.CreateFeature(&feature) != OGRERR_NONE) CannotWrite();
+    if (layer.CreateFeature(&feature) != OGRERR_NONE || !WriteFault().empty()) CannotWrite();
 }
 
 void OutputDataset::Finish() {
     CPLErrorReset();
     m_dataset.reset();
-    if (CPLGetLastErrorType() >= CE_Failure) CannotWrite();
+    if (CPLGetLastErrorType() >= CE_Failure || !WriteFault().empty()) CannotWrite();
     std::error_code error;
     std::vector<fs::path> others;
     for (const auto& file : fs::directory_iterator(m_folder.path()))

@@ -1,0 +1,111 @@
+#include "tools/zenro/map/watched_files.h"
+
+#include <cpl_vsi.h>
+
+#include <cerrno>
+#include <mutex>
+#include <string_view>
+#include <system_error>
+
+namespace zm::tool {
+namespace {
+
+constexpr char kPrefix[] = "/zenro-watched/";
+
+std::mutex theLock;  // drivers may write on threads of their own
+std::string theFault;
+
+void NoteFault() {
+    const std::string reason = errno != 0 ? std::generic_category().message(errno) : "input/output error";
+    const std::lock_guard guard(theLock);
+    if (theFault.empty()) theFault = reason;
+}
+
+// GDAL takes the prefix off some of the names that it hands over.
+std::string PathOf(const char* name) {
+    const std::string_view whole = name;
+    return std::string("/").append(whole.starts_with(kPrefix) ? whole.substr(sizeof(kPrefix) - 1) : whole);
+}
+
+VSILFILE* FileOf(void* file) {
+    return static_cast<VSILFILE*>(file);
+}
+
+void* Open(void*, const char* name, const char* access) {
+    return VSIFOpenL(PathOf(name).c_str(), access);
+}
+
+size_t Write(void* file, const void* bytes, size_t size, size_t count) {
+    errno = 0;
+    const size_t written = VSIFWriteL(bytes, size, count, FileOf(file));
+    if (written != count) NoteFault();
+    return written;
+}
+
+int Done(int result) {
+    if (result != 0) NoteFault();
+    return result;
+}
+
+int Flush(void* file) {
+    errno = 0;
+    return Done(VSIFFlushL(FileOf(file)));
+}
+
+int Truncate(void* file, vsi_l_offset size) {
+    errno = 0;
+    return Done(VSIFTruncateL(FileOf(file), size));
+}
+
+int Close(void* file) {
+    errno = 0;
+    return Done(VSIFCloseL(FileOf(file)));
+}
+
+// GDAL's own files, with what may fail in a write looked at.
+void Install() {
+    VSIFilesystemPluginCallbacksStruct* calls = VSIAllocFilesystemPluginCallbacksStruct();
+    calls->stat = [](void*, const char* name, VSIStatBufL* stat, int flags) {
+        return VSIStatExL(PathOf(name).c_str(), stat, flags);
+    };
+    calls->unlink = [](void*, const char* name) { return VSIUnlink(PathOf(name).c_str()); };
+    calls->rename = [](void*, const char* from, const char* to) {
+        return VSIRename(PathOf(from).c_str(), PathOf(to).c_str());
+    };
+    calls->mkdir = [](void*, const char* name, long mode) { return VSIMkdir(PathOf(name).c_str(), mode); };
+    calls->rmdir = [](void*, const char* name) { return VSIRmdir(PathOf(name).c_str()); };
+    calls->read_dir = [](void*, const char* name, int most) { return VSIReadDirEx(PathOf(name).c_str(), most); };
+    calls->open = Open;
+    calls->tell = [](void* file) { return VSIFTellL(FileOf(file)); };
+    calls->seek = [](void* file, vsi_l_offset offset, int whence) { return VSIFSeekL(FileOf(file), offset, whence); };
+    calls->read = [](void* file, void* bytes, size_t size, size_t count) {
+        return VSIFReadL(bytes, size, count, FileOf(file));
+    };
+    calls->eof = [](void* file) { return VSIFEofL(FileOf(file)); };
+    calls->write = Write;
+    calls->flush = Flush;
+    calls->truncate = Truncate;
+    calls->close = Close;
+    VSIInstallPluginHandler(kPrefix, calls);
+    VSIFreeFilesystemPluginCallbacksStruct(calls);
+}
+
+}  // namespace
+
+std::string WatchedName(const std::filesystem::path& path) {
+    static std::once_flag once;
+    std::call_once(once, Install);
+    return kPrefix + path.string().substr(1);
+}
+
+std::string WriteFault() {
+    const std::lock_guard guard(theLock);
+    return theFault;
+}
+
+void ForgetFault() {
+    const std::lock_guard guard(theLock);
+    theFault.clear();
+}
+
+}  // namespace zm::tool

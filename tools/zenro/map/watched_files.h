@@ -1,0 +1,16 @@
+// Files that a driver of GDAL writes, watched: some drivers do not look whether a write succeeded, and leave a cut file.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace zm::tool {
+
+/// The name under which a driver finds a file so that its writes are watched. \param path  absolute
+std::string WatchedName(const std::filesystem::path& path);
+
+/// Why the first write to a watched file failed since the last call of ForgetFault; empty where none did.
+std::string WriteFault();
+void ForgetFault();
+
+}  // namespace zm::tool

@@ -16,7 +16,7 @@ std::mutex theLock;  // drivers may write on threads of their own
 std::string theFault;
 
 void NoteFault() {
-    const std::string reason = errno != 0 ? std::generic_category().message(errno) : "input/output error";
+    const std::string reason = std::generic_category().message(errno != 0 ? errno : EIO);
     const std::lock_guard guard(theLock);
     if (theFault.empty()) theFault = reason;
 }

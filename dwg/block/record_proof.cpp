@@ -97,7 +97,7 @@ RecordProof ProveRecord(Bytes record, RecordShape shape, unsigned styles) {
 
 const char* SequenceProof::Take(const std::uint8_t* header) {
     const std::uint8_t kind = header[0];
-    if (Unproven(header)) return nullptr;
+    if (KindLayoutOf(kind) == nullptr || kind == kinds::kAttrib) return nullptr;
     const bool opens =
         kind == kinds::kPolyline || kind == kinds::kJump || (kind == kinds::kInsert && (header[1] & kHasFollowers));
     if (opens) {

@@ -213,6 +213,8 @@ INSTANTIATE_TEST_SUITE_P(
         FaultCase{"a_polyline_inside_a_polyline", kPolyline + kPolyline, "begins inside another", 1342},
         FaultCase{"a_point_inside_a_polyline", kPolyline + FromHex("0204180000000000") + kPoint,
                   "holds a record that is no vertex", 1342},
+        FaultCase{"a_viewport_inside_a_polyline", kPolyline + FromHex("1800080000000000"),
+                  "holds a record that is no vertex", 1342},
         FaultCase{"an_erased_end_of_a_polyline", kPolyline + FromHex("91000c0000000000 00000000"), "has no end", 1342},
         FaultCase{"a_reference_with_attributes_without_an_end", FromHex("0e801a0000000000") + U32(0) + kPoint,
                   "has no end"},

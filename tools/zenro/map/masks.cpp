@@ -7,6 +7,9 @@
 namespace zm::tool {
 namespace {
 
+constexpr double kMostCells = 250000.0;  // of one box; what is larger is looked at in every place
+constexpr double kFarthestCell = 1e9;
+
 std::uint64_t KeyOf(long long column, long long row) {
     return static_cast<std::uint64_t>(column) << 32 ^ (static_cast<std::uint64_t>(row) & 0xFFFFFFFFU);
 }
@@ -21,25 +24,44 @@ double CrossingOf(double x1, double y1, double dx, double dy, double u1, double 
 
 }  // namespace
 
+// False, with nothing done, where they are too many.
 template <class Work>
-void Masks::ForCells(const Box& box, const Work& work) const {
-    const auto cell = [this](double v) { return static_cast<long long>(std::floor(v / m_cell)); };
-    for (long long c = cell(box.x1); c <= cell(box.x2); ++c)
-        for (long long r = cell(box.y1); r <= cell(box.y2); ++r) work(KeyOf(c, r));
+bool Masks::ForCells(const Box& box, const Work& work) const {
+    const double c1 = std::floor(box.x1 / m_cell), c2 = std::floor(box.x2 / m_cell);
+    const double r1 = std::floor(box.y1 / m_cell), r2 = std::floor(box.y2 / m_cell);
+    const double farthest = std::max({std::fabs(c1), std::fabs(c2), std::fabs(r1), std::fabs(r2)});
+    if (!(farthest < kFarthestCell && (c2 - c1 + 1.0) * (r2 - r1 + 1.0) <= kMostCells)) return false;
+    for (auto c = static_cast<long long>(c1); c <= static_cast<long long>(c2); ++c)
+        for (auto r = static_cast<long long>(r1); r <= static_cast<long long>(r2); ++r) work(KeyOf(c, r));
+    return true;
+}
+
+// The buckets that have what lies in a box.
+template <class Work>
+void Masks::ForBuckets(const Box& box, const Work& work) const {
+    work(m_wide);
+    const bool few = ForCells(box, [&](std::uint64_t key) {
+        const auto found = m_buckets.find(key);
+        if (found != m_buckets.end()) work(found->second);
+    });
+    if (few) return;
+    for (const auto& [key, bucket] : m_buckets) work(bucket);
 }
 
 void Masks::Add(const Shape& area) {
     if (area.chains.empty() || area.chains.front().size() < 4) return;
     const auto number = static_cast<std::uint32_t>(m_areas.size());
     m_areas.push_back(area);
-    ForCells(BoxOf(area.chains.front()), [&](std::uint64_t key) { m_buckets[key].areas.push_back(number); });
+    if (!ForCells(BoxOf(area.chains.front()), [&](std::uint64_t key) { m_buckets[key].areas.push_back(number); }))
+        m_wide.areas.push_back(number);
     for (const Chain& ring : area.chains)
         for (std::size_t i = 0; i + 1 < ring.size(); ++i) {
             const Edge edge{ring.x[i], ring.y[i], ring.x[i + 1], ring.y[i + 1]};
             zm::tool::Box box;
             box.Add(edge.x1, edge.y1);
             box.Add(edge.x2, edge.y2);
-            ForCells(box, [&](std::uint64_t key) { m_buckets[key].edges.push_back(edge); });
+            if (!ForCells(box, [&](std::uint64_t key) { m_buckets[key].edges.push_back(edge); }))
+                m_wide.edges.push_back(edge);
         }
 }
 
@@ -62,11 +84,12 @@ void Masks::Add(const Box& box) {
 }
 
 bool Masks::Covers(double x, double y) const {
-    const auto found = m_buckets.find(
-        KeyOf(static_cast<long long>(std::floor(x / m_cell)), static_cast<long long>(std::floor(y / m_cell))));
-    if (found == m_buckets.end()) return false;
-    return std::any_of(found->second.areas.begin(), found->second.areas.end(),
-                       [&](std::uint32_t number) { return zm::tool::Inside(m_areas[number], x, y); });
+    bool covers = false;
+    ForBuckets({x, y, x, y}, [&](const Bucket& bucket) {
+        covers = covers || std::any_of(bucket.areas.begin(), bucket.areas.end(),
+                                       [&](std::uint32_t number) { return zm::tool::Inside(m_areas[number], x, y); });
+    });
+    return covers;
 }
 
 bool Masks::Meets(const Box& box) const {
@@ -75,11 +98,9 @@ bool Masks::Meets(const Box& box) const {
 
 bool Masks::LimitMeets(const Box& box) const {
     bool meets = false;
-    ForCells(box, [&](std::uint64_t key) {
+    ForBuckets(box, [&](const Bucket& bucket) {
         if (meets) return;
-        const auto found = m_buckets.find(key);
-        if (found == m_buckets.end()) return;
-        for (const Edge& e : found->second.edges) {
+        for (const Edge& e : bucket.edges) {
             if (std::max(e.x1, e.x2) < box.x1 || std::min(e.x1, e.x2) > box.x2 || std::max(e.y1, e.y2) < box.y1 ||
                 std::min(e.y1, e.y2) > box.y2)
                 continue;
@@ -99,10 +120,8 @@ void Masks::Crossings(double x1, double y1, double x2, double y2, std::vector<do
     Box box;
     box.Add(x1, y1);
     box.Add(x2, y2);
-    ForCells(box, [&](std::uint64_t key) {
-        const auto found = m_buckets.find(key);
-        if (found == m_buckets.end()) return;
-        for (const Edge& e : found->second.edges) {
+    ForBuckets(box, [&](const Bucket& bucket) {
+        for (const Edge& e : bucket.edges) {
             const double t = CrossingOf(x1, y1, x2 - x1, y2 - y1, e.x1, e.y1, e.x2, e.y2);
             if (t >= 0.0) at.push_back(t);
         }

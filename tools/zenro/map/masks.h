@@ -51,12 +51,15 @@ class Masks {
         std::vector<std::uint32_t> areas;
     };
     template <class Work>
-    void ForCells(const Box& box, const Work& work) const;
+    bool ForCells(const Box& box, const Work& work) const;
+    template <class Work>
+    void ForBuckets(const Box& box, const Work& work) const;
     void Crossings(double x1, double y1, double x2, double y2, std::vector<double>& at) const;
 
     double m_cell;
     std::vector<Shape> m_areas;
     std::unordered_map<std::uint64_t, Bucket> m_buckets;
+    Bucket m_wide;  // areas and edges of too many cells
 };
 
 }  // namespace zm::tool

@@ -9,7 +9,11 @@ namespace zm::tool {
 namespace {
 
 constexpr char kHidden[] = "***";
-constexpr const char* kSecretKeys[] = {"password", "pwd", "pass", "passwd", "token", "secret"};
+constexpr const char* kSecretKeys[] = {"password",      "pwd",          "pass",      "passwd",          "userpwd",
+                                       "token",         "access_token", "sas_token", "secret",          "secret_key",
+                                       "client_secret", "key",          "api_key",   "apikey",          "api-key",
+                                       "access_key",    "sig",          "signature", "X-Amz-Signature", "auth",
+                                       "credentials"};
 constexpr std::size_t kLeastSecret = 3;  // bytes; a shorter word would be taken out of other texts too
 
 std::map<std::string, std::string, std::greater<>>& Secrets() {
@@ -65,6 +69,43 @@ bool HasUser(const std::string& input, std::size_t& from, std::size_t& at) {
     return at != std::string::npos && (path == std::string::npos || at < path);
 }
 
+bool HasSecretKey(const std::string& input) {
+    return std::any_of(std::begin(kSecretKeys), std::end(kSecretKeys),
+                       [&](const char* key) { return !ValueOf(input, key).empty(); });
+}
+
+// KIND:key=value,key=value of any other driver with a secret in it: the kind; empty for others.
+std::string KindOfService(const std::string& input) {
+    const std::size_t colon = input.find(':');
+    if (colon == std::string::npos || colon < 2 || input.compare(colon, 3, "://") == 0) return {};
+    const auto isWord = [](unsigned char c) { return std::isalnum(c) != 0 || c == '_'; };
+    if (!std::all_of(input.begin(), input.begin() + static_cast<std::ptrdiff_t>(colon), isWord)) return {};
+    return HasSecretKey(input.substr(colon + 1)) ? input.substr(0, colon) : std::string();
+}
+
+// %3A and the like as the characters that they are.
+std::string Decoded(const std::string& text) {
+    std::string decoded;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto isDigit = [&](std::size_t at) {
+            return at < text.size() && std::isxdigit(static_cast<unsigned char>(text[at])) != 0;
+        };
+        if (text[i] == '%' && isDigit(i + 1) && isDigit(i + 2)) {
+            decoded += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
+            i += 2;
+        } else {
+            decoded += text[i];
+        }
+    }
+    return decoded;
+}
+
+// An address, also one that GDAL is to read by /vsicurl/ and the like.
+bool IsAddress(const std::string& input) {
+    return input.find("://") != std::string::npos ||
+           (StartsWith(input, "/vsi") && input.find('?') != std::string::npos);
+}
+
 bool IsData(const std::string& input) {
     const std::size_t first = input.find_first_not_of(" \t\r\n");
     if (first == std::string::npos) return false;
@@ -113,12 +154,13 @@ std::string ShownInput(const std::string& input) {
         return kind + ":a database";
     }
     if (IsData(input)) return "data on the command line";
-    if (input.find("://") != std::string::npos) {
+    if (IsAddress(input)) {
         std::string shown = input.substr(0, input.find_first_of("?#"));
         std::size_t from = 0, at = 0;
         if (HasUser(shown, from, at)) shown.erase(from, at + 1 - from);
         return shown;
     }
+    if (const std::string kind = KindOfService(input); !kind.empty()) return kind + ":a database";
     return input;
 }
 
@@ -126,21 +168,27 @@ void RememberSecrets(const std::string& input) {
     const std::string shown = ShownInput(input);
     if (shown == input) return;
     Secrets()[input] = shown;
-    for (const char* key : kSecretKeys)
-        if (const std::string value = ValueOf(input, key); value.size() >= kLeastSecret) Secrets()[value] = kHidden;
-    std::size_t from = 0, at = 0;
-    if (!HasUser(input, from, at)) return;
-    const std::string user = input.substr(from, at - from);
-    const std::size_t colon = user.find(':');
-    if (colon != std::string::npos && user.size() - colon > kLeastSecret) Secrets()[user.substr(colon + 1)] = kHidden;
+    // GDAL repeats parts of an address, with its characters written out.
+    for (const std::string& form : {input, Decoded(input)}) {
+        for (const char* key : kSecretKeys)
+            if (const std::string value = ValueOf(form, key); value.size() >= kLeastSecret) Secrets()[value] = kHidden;
+        const std::size_t query = form.find('?');
+        if (IsAddress(form) && query != std::string::npos && form.size() - query > kLeastSecret)
+            Secrets()[form.substr(query + 1)] = kHidden;
+        std::size_t from = 0, at = 0;
+        if (!HasUser(form, from, at)) continue;
+        const std::string user = form.substr(from, at - from);
+        const std::size_t colon = user.find(':');
+        if (colon != std::string::npos && user.size() - colon > kLeastSecret)
+            Secrets()[user.substr(colon + 1)] = kHidden;
+    }
 }
 
 bool HoldsPassword(const std::string& input) {
     if (ShownInput(input) == input || IsData(input)) return false;
     std::size_t from = 0, at = 0;
     if (HasUser(input, from, at) && input.substr(from, at - from).find(':') != std::string::npos) return true;
-    return std::any_of(std::begin(kSecretKeys), std::end(kSecretKeys),
-                       [&](const char* key) { return !ValueOf(input, key).empty(); });
+    return HasSecretKey(input) || HasSecretKey(Decoded(input));
 }
 
 std::string WithoutSecrets(std::string text) {

@@ -122,6 +122,16 @@ TEST(Terminal, GetsNoControlCharactersFromData) {
     EXPECT_EQ(r.err.find('\x1B'), std::string::npos) << r.err;
 }
 
+TEST(Numbers, ThatFitNoTypeAreRefused) {
+    const Program zenro;
+    for (const std::string& number : {std::string(400, '9'), std::string("18446744073709551616")}) {
+        const Outcome r = zenro.Run({"demo", "made", "--seed", number});
+        EXPECT_EQ(r.status, 2) << r.err;
+        EXPECT_NE(r.err.find("--seed"), std::string::npos) << r.err;
+        EXPECT_FALSE(zenro.Has("made"));
+    }
+}
+
 TEST(Numbers, ThatAreNoneAreRefusedByEveryOption) {
     const Program zenro;
     zenro.File("in.geojson", zm::test::Collection(zm::test::PointFeature(40512010, 3456010, "\"a\":1")));

@@ -76,16 +76,26 @@ void TranslateHelp(CLI::App& command) {
 }
 
 std::string ParserMessage(const std::string& english) {
-    return Rephrased(english, {N_("A subcommand"), N_("A subcommand is required"),
+    return Rephrased(english, {N_("A subcommand"),
+                               N_("A subcommand is required"),
                                N_("The following argument was not expected: {0}"),
-                               N_("The following arguments were not expected: {0}"), N_("Could not convert: {0} = {1}"),
+                               N_("The following arguments were not expected: {0}"),
+                               N_("Could not convert: {0} = {1}"),
                                N_("{0}: At least {1} required but received {2}"),
-                               N_("{0}: At Most {1} required but received {2}"), N_("{0}: {1} required {2} missing"),
-                               N_("{0}: too many inputs for a flag"), N_("{0}: Should be true/false or a number"),
-                               N_("{0}: Value {1} not in range {2} to {3}"), N_("{0}: \"{1}\" is no finite number"),
-                               N_("{0}: Number less than 0: ({1})"), N_("{0}: Number less or equal to 0: ({1})"),
-                               N_("{0}: {1} not in {2}"), N_("{0} was given a disallowed flag override"),
-                               N_("{0} requires {1}"), N_("{0} excludes {1}"), N_("{0} is required")});
+                               N_("{0}: At Most {1} required but received {2}"),
+                               N_("{0}: {1} required {2} missing"),
+                               N_("{0}: too many inputs for a flag"),
+                               N_("{0}: Should be true/false or a number"),
+                               N_("{0}: Value {1} not in range {2} to {3}"),
+                               N_("{0}: \"{1}\" is no finite number"),
+                               N_("{0}: \"{1}\" is no number of this size"),
+                               N_("{0}: Number less than 0: ({1})"),
+                               N_("{0}: Number less or equal to 0: ({1})"),
+                               N_("{0}: {1} not in {2}"),
+                               N_("{0} was given a disallowed flag override"),
+                               N_("{0} requires {1}"),
+                               N_("{0} excludes {1}"),
+                               N_("{0} is required")});
 }
 
 }  // namespace zm::tool

@@ -1,6 +1,8 @@
 #include "tools/kit/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <cerrno>
+#include <cstdlib>
 #include <map>
 #include <optional>
 
@@ -19,13 +21,28 @@ CLI::Validator Finite() {
             "", "finite"};
 }
 
-bool IsReal(const CLI::Option& option) {
-    return option.get_type_name().find("FLOAT") != std::string::npos;
+// The parser takes the greatest number of a type for one that is too large for it.
+CLI::Validator Fitting() {
+    return {[](std::string& text) {
+                errno = 0;
+                if (!text.empty() && text[0] == '-')
+                    std::strtoll(text.c_str(), nullptr, 10);
+                else
+                    std::strtoull(text.c_str(), nullptr, 10);
+                return errno != ERANGE ? std::string() : "\"" + text.substr(0, 40) + "\" is no number of this size";
+            },
+            "", "fitting"};
+}
+
+bool IsOf(const CLI::Option& option, const char* type) {
+    return option.get_type_name().find(type) != std::string::npos;
 }
 
 void RequireFiniteNumbers(CLI::App& app) {
-    for (CLI::Option* option : app.get_options())
-        if (IsReal(*option)) option->check(Finite());
+    for (CLI::Option* option : app.get_options()) {
+        if (IsOf(*option, "FLOAT")) option->check(Finite());
+        if (IsOf(*option, "INT")) option->check(Fitting());
+    }
     for (CLI::App* verb : app.get_subcommands({})) RequireFiniteNumbers(*verb);
 }
 

@@ -43,7 +43,9 @@ TEST(PublicReader, NamesEachKindAndEachOfItsFields) {
         const auto& words = documented[layout.name];
         EXPECT_EQ(words.count(std::to_string(layout.points)), 1u);
         for (const auto& field : layout.fields) EXPECT_EQ(words.count(field.name), 1u) << field.name;
-        if (zm::dwg::RefersToBlock(layout.kind)) EXPECT_EQ(words.count("block"), 1u);
+        if (zm::dwg::RefersToBlock(layout.kind)) {
+            EXPECT_EQ(words.count("block"), 1u);
+        }
     }
 }
 

@@ -27,7 +27,7 @@ class SymbolFigure {
         if (!m_turned) return m_exact.Unturned(onPaper);
         return m_isExact ? m_exact.Of(onPaper) : m_figure.Of(onPaper[0], onPaper[1]);
     }
-    /// Gives the points that At gives, but for the sign of a zero and for numbers without end. Null where the turn is
+    /// Gives the points that At gives, but for the sign of a zero and for infinite numbers. Null where the turn is
     /// that of a leg, for whose points no bearing is taken.
     const geometry::ExactFigure* Exact() const { return m_isExact ? &m_exact : nullptr; }
 

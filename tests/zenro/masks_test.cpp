@@ -3,8 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <utility>
 #include <vector>
 
+#include "tools/zenro/map/cells.h"
 #include "tools/zenro/map/page.h"
 
 namespace {
@@ -63,6 +66,15 @@ TEST_F(WideMasks, OfNumbersBeyondSenseEndAtOnce) {
     masks.Covers(1.0, 1.0);
     masks.Outside(ChainOf({-8.8e300, 5.0}, {3.0, 8.8e300}));
     EXPECT_FALSE(masks.empty());
+}
+
+TEST(Cells, OfPlacesBeyondSenseAreTheLast) {
+    EXPECT_EQ(CellOf(-0.5, 8.0), -1);
+    EXPECT_EQ(CellOf(16.0, 8.0), 2);
+    EXPECT_EQ(CellOf(8.8e300, 8.0), 1000000000000000);
+    EXPECT_EQ(CellOf(-8.8e300, 8.0), -1000000000000000);
+    EXPECT_EQ(CellOf(std::nan(""), 8.0), -1000000000000000);
+    EXPECT_NE(KeyOfCell(1, -1), KeyOfCell(-1, 1));
 }
 
 }  // namespace

@@ -83,6 +83,9 @@ TEST(Secrets, OfServicesOfAnyKindAreTakenOut) {
     EXPECT_TRUE(HoldsPassword(service));
     RememberSecrets(service);
     EXPECT_EQ(WithoutSecrets("no key tok5nABC"), "no key ***");
+    RememberSecrets("ANY:version=2,Api_Token = 'tok 6 ABC', rows=7");
+    EXPECT_EQ(WithoutSecrets("7 rows, tok 6 ABC"), "7 rows, ***");
+    EXPECT_FALSE(HoldsPassword("PG:dbname=town sslkey=/home/me/my.key"));  // a file, not a secret
     // Files whose names look like it.
     for (const char* file : {"data/key=5/x.shp", "town.gpkg:roads", "C:\\key\\x.shp", "/vsizip/a.zip/b.shp", "a?b.shp"})
         EXPECT_EQ(ShownInput(file), file);
@@ -124,7 +127,8 @@ TEST(Terminal, GetsNoControlCharactersFromData) {
 
 TEST(Numbers, ThatFitNoTypeAreRefused) {
     const Program zenro;
-    for (const std::string& number : {std::string(400, '9'), std::string("18446744073709551616")}) {
+    for (const std::string& number :
+         {std::string(400, '9'), std::string("18446744073709551616"), "0x" + std::string(20, 'f')}) {
         const Outcome r = zenro.Run({"demo", "made", "--seed", number});
         EXPECT_EQ(r.status, 2) << r.err;
         EXPECT_NE(r.err.find("--seed"), std::string::npos) << r.err;

@@ -21,14 +21,14 @@ CLI::Validator Finite() {
             "", "finite"};
 }
 
-// The parser takes the greatest number of a type for one that is too large for it.
+// The parser takes the greatest number of 64 bits for a larger one. It reads hexadecimal numbers too.
 CLI::Validator Fitting() {
     return {[](std::string& text) {
                 errno = 0;
                 if (!text.empty() && text[0] == '-')
-                    std::strtoll(text.c_str(), nullptr, 10);
+                    std::strtoll(text.c_str(), nullptr, 0);
                 else
-                    std::strtoull(text.c_str(), nullptr, 10);
+                    std::strtoull(text.c_str(), nullptr, 0);
                 return errno != ERANGE ? std::string() : "\"" + text.substr(0, 40) + "\" is no number of this size";
             },
             "", "fitting"};

@@ -2,18 +2,17 @@
 
 #include <algorithm>
 #include <cctype>
-#include <iterator>
 #include <map>
+#include <vector>
 
 namespace zm::tool {
 namespace {
 
 constexpr char kHidden[] = "***";
-constexpr const char* kSecretKeys[] = {"password",      "pwd",          "pass",      "passwd",          "userpwd",
-                                       "token",         "access_token", "sas_token", "secret",          "secret_key",
-                                       "client_secret", "key",          "api_key",   "apikey",          "api-key",
-                                       "access_key",    "sig",          "signature", "X-Amz-Signature", "auth",
-                                       "credentials"};
+// A key with one of these words in it has a secret for its value: api_key, X-Amz-Signature.
+constexpr const char* kSecretWords[] = {"password",  "pwd",    "pass",       "passwd",     "userpwd",
+                                        "token",     "secret", "key",        "apikey",     "sig",
+                                        "signature", "auth",   "credential", "credentials"};
 constexpr std::size_t kLeastSecret = 3;  // bytes; a shorter word would be taken out of other texts too
 
 std::map<std::string, std::string, std::greater<>>& Secrets() {
@@ -35,28 +34,58 @@ std::string KindOfDatabase(const std::string& input) {
     return {};
 }
 
-// The value of a key of a connection string: key=value, value in quotes where it has blanks.
-std::string ValueOf(const std::string& connection, std::string_view key) {
-    for (std::size_t at = 0; at < connection.size(); ++at) {
-        const bool first = at == 0 || std::string_view(" \t,;:&?").find(connection[at - 1]) != std::string_view::npos;
-        if (!first || !StartsWith(connection.substr(at), key)) continue;
-        std::size_t from = at + key.size();
-        while (from < connection.size() && connection[from] == ' ') ++from;
-        if (from >= connection.size() || connection[from] != '=') continue;
-        ++from;
-        while (from < connection.size() && connection[from] == ' ') ++from;
-        const char quote = from < connection.size() ? connection[from] : '\0';
+struct Setting {
+    std::string key, value;
+};
+
+// What a connection string, the query of an address or a list of KIND:key=value,key=value sets; values with blanks are in
+// quotes.
+std::vector<Setting> SettingsOf(const std::string& text) {
+    constexpr std::string_view kBetween = " \t,;:&?";
+    std::vector<Setting> settings;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (at > 0 && kBetween.find(text[at - 1]) == std::string_view::npos) continue;
+        const std::size_t end = text.find_first_of(" \t,;:&?=", at);
+        std::size_t from = text.find_first_not_of(' ', end);
+        if (end == at || end == std::string::npos || from == std::string::npos || text[from] != '=') continue;
+        from = std::min(text.find_first_not_of(' ', from + 1), text.size());
+        Setting setting{text.substr(at, end - at), {}};
+        const char quote = from < text.size() ? text[from] : '\0';
         if (quote == '\'' || quote == '"') {
-            std::string value;
-            for (std::size_t i = from + 1; i < connection.size() && connection[i] != quote; ++i) {
-                if (connection[i] == '\\' && i + 1 < connection.size()) ++i;
-                value += connection[i];
+            for (std::size_t i = from + 1; i < text.size() && text[i] != quote; ++i) {
+                if (text[i] == '\\' && i + 1 < text.size()) ++i;
+                setting.value += text[i];
             }
-            return value;
+        } else {
+            setting.value = text.substr(from, text.find_first_of(" \t,;&", from) - from);
         }
-        return connection.substr(from, connection.find_first_of(" \t,;&", from) - from);
+        settings.push_back(setting);
     }
+    return settings;
+}
+
+std::string ValueOf(const std::string& connection, std::string_view key) {
+    for (const Setting& setting : SettingsOf(connection))
+        if (setting.key.size() == key.size() && StartsWith(setting.key, key)) return setting.value;
     return {};
+}
+
+bool IsSecret(const std::string& key) {
+    for (std::size_t at = 0, end = 0; end != std::string::npos; at = end + 1) {
+        end = key.find_first_of("_-", at);
+        const std::string word = key.substr(at, end - at);
+        for (const std::string_view secret : kSecretWords)
+            if (word.size() == secret.size() && StartsWith(word, secret)) return true;
+    }
+    return false;
+}
+
+// The values in a text that are secrets.
+std::vector<std::string> SecretsIn(const std::string& text) {
+    std::vector<std::string> secrets;
+    for (const Setting& setting : SettingsOf(text))
+        if (IsSecret(setting.key) && !setting.value.empty()) secrets.push_back(setting.value);
+    return secrets;
 }
 
 // The place of "//" of an address with user or password in it; npos where there are none.
@@ -69,18 +98,13 @@ bool HasUser(const std::string& input, std::size_t& from, std::size_t& at) {
     return at != std::string::npos && (path == std::string::npos || at < path);
 }
 
-bool HasSecretKey(const std::string& input) {
-    return std::any_of(std::begin(kSecretKeys), std::end(kSecretKeys),
-                       [&](const char* key) { return !ValueOf(input, key).empty(); });
-}
-
 // KIND:key=value,key=value of any other driver with a secret in it: the kind; empty for others.
 std::string KindOfService(const std::string& input) {
     const std::size_t colon = input.find(':');
     if (colon == std::string::npos || colon < 2 || input.compare(colon, 3, "://") == 0) return {};
     const auto isWord = [](unsigned char c) { return std::isalnum(c) != 0 || c == '_'; };
     if (!std::all_of(input.begin(), input.begin() + static_cast<std::ptrdiff_t>(colon), isWord)) return {};
-    return HasSecretKey(input.substr(colon + 1)) ? input.substr(0, colon) : std::string();
+    return SecretsIn(input.substr(colon + 1)).empty() ? std::string() : input.substr(0, colon);
 }
 
 // %3A and the like as the characters that they are.
@@ -170,8 +194,8 @@ void RememberSecrets(const std::string& input) {
     Secrets()[input] = shown;
     // GDAL repeats parts of an address, with its characters written out.
     for (const std::string& form : {input, Decoded(input)}) {
-        for (const char* key : kSecretKeys)
-            if (const std::string value = ValueOf(form, key); value.size() >= kLeastSecret) Secrets()[value] = kHidden;
+        for (const std::string& value : SecretsIn(form))
+            if (value.size() >= kLeastSecret) Secrets()[value] = kHidden;
         const std::size_t query = form.find('?');
         if (IsAddress(form) && query != std::string::npos && form.size() - query > kLeastSecret)
             Secrets()[form.substr(query + 1)] = kHidden;
@@ -188,7 +212,7 @@ bool HoldsPassword(const std::string& input) {
     if (ShownInput(input) == input || IsData(input)) return false;
     std::size_t from = 0, at = 0;
     if (HasUser(input, from, at) && input.substr(from, at - from).find(':') != std::string::npos) return true;
-    return HasSecretKey(input) || HasSecretKey(Decoded(input));
+    return !SecretsIn(input).empty() || !SecretsIn(Decoded(input)).empty();
 }
 
 std::string WithoutSecrets(std::string text) {

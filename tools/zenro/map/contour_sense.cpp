@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "tools/zenro/map/cells.h"
+
 namespace zm::tool {
 namespace {
 
@@ -18,14 +20,9 @@ bool IsScarp(const Rule& rule) {
     return (rule.symbol >= 385 && rule.symbol <= 390) || rule.symbol == 392 || rule.symbol == 398;
 }
 
-std::uint64_t ContourSense::KeyOf(long long column, long long row) {
-    return static_cast<std::uint64_t>(column) << 32 ^ (static_cast<std::uint64_t>(row) & 0xFFFFFFFFU);
-}
-
 void ContourSense::Add(double x, double y, double height) {
-    const auto column = static_cast<long long>(std::floor(x / m_cell)),
-               row = static_cast<long long>(std::floor(y / m_cell));
-    m_known[KeyOf(column, row)].push_back({x, y, height});
+    const long long column = CellOf(x, m_cell), row = CellOf(y, m_cell);
+    m_known[KeyOfCell(column, row)].push_back({x, y, height});
 }
 
 void ContourSense::Add(const Chain& chain, double height) {
@@ -33,18 +30,17 @@ void ContourSense::Add(const Chain& chain, double height) {
     constexpr int kMostSteps = 1000;
     for (std::size_t i = 0; i + 1 < chain.size(); ++i) {
         const double dx = chain.x[i + 1] - chain.x[i], dy = chain.y[i + 1] - chain.y[i];
-        const int steps = std::min(kMostSteps, static_cast<int>(std::hypot(dx, dy) / m_cell * 4.0) + 1);
+        const int steps = static_cast<int>(std::min(kMostSteps - 1.0, std::hypot(dx, dy) / m_cell * 4.0)) + 1;
         for (int k = 1; k <= steps; ++k) Add(chain.x[i] + dx * k / steps, chain.y[i] + dy * k / steps, height);
     }
 }
 
 bool ContourSense::Rise(double x, double y, double& gx, double& gy) const {
-    const auto column = static_cast<long long>(std::floor(x / m_cell)),
-               row = static_cast<long long>(std::floor(y / m_cell));
+    const long long column = CellOf(x, m_cell), row = CellOf(y, m_cell);
     double w = 0, sx = 0, sy = 0, sh = 0, xx = 0, xy = 0, yy = 0, xh = 0, yh = 0;
     for (long long c = column - kReach; c <= column + kReach; ++c)
         for (long long r = row - kReach; r <= row + kReach; ++r) {
-            const auto found = m_known.find(KeyOf(c, r));
+            const auto found = m_known.find(KeyOfCell(c, r));
             if (found == m_known.end()) continue;
             for (const Known& known : found->second) {
                 const double dx = known.x - x, dy = known.y - y, p = 1.0 / (dx * dx + dy * dy + m_cell * m_cell / 4);
@@ -84,12 +80,11 @@ int ContourSense::UpperSide(const Chain& chain) const {
 // Higher ground on a side speaks for it, lower ground for the other, the nearer the louder.
 int ContourSense::Uphill(double x, double y, double direction, double height) const {
     const double nx = -std::sin(direction), ny = std::cos(direction);
-    const auto column = static_cast<long long>(std::floor(x / m_cell)),
-               row = static_cast<long long>(std::floor(y / m_cell));
+    const long long column = CellOf(x, m_cell), row = CellOf(y, m_cell);
     double left = 0.0;
     for (long long c = column - kReach; c <= column + kReach; ++c)
         for (long long r = row - kReach; r <= row + kReach; ++r) {
-            const auto found = m_known.find(KeyOf(c, r));
+            const auto found = m_known.find(KeyOfCell(c, r));
             if (found == m_known.end()) continue;
             for (const Known& known : found->second) {
                 if (std::fabs(known.height - height) < 1e-6) continue;

@@ -30,7 +30,6 @@ class ContourSense {
     struct Known {
         double x, y, height;
     };
-    static std::uint64_t KeyOf(long long column, long long row);
     void Add(double x, double y, double height);
     /// The direction in which the ground rises about a point, by the plane that fits best; false if unknown.
     bool Rise(double x, double y, double& gx, double& gy) const;

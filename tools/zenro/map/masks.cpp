@@ -4,15 +4,13 @@
 #include <cmath>
 #include <utility>
 
+#include "tools/zenro/map/cells.h"
+
 namespace zm::tool {
 namespace {
 
 constexpr double kMostCells = 250000.0;  // of one box; what is larger is looked at in every place
 constexpr double kFarthestCell = 1e9;
-
-std::uint64_t KeyOf(long long column, long long row) {
-    return static_cast<std::uint64_t>(column) << 32 ^ (static_cast<std::uint64_t>(row) & 0xFFFFFFFFU);
-}
 
 // The part of the first segment at which the second crosses it; below 0 if it does not.
 double CrossingOf(double x1, double y1, double dx, double dy, double u1, double v1, double u2, double v2) {
@@ -32,7 +30,7 @@ bool Masks::ForCells(const Box& box, const Work& work) const {
     const double farthest = std::max({std::fabs(c1), std::fabs(c2), std::fabs(r1), std::fabs(r2)});
     if (!(farthest < kFarthestCell && (c2 - c1 + 1.0) * (r2 - r1 + 1.0) <= kMostCells)) return false;
     for (auto c = static_cast<long long>(c1); c <= static_cast<long long>(c2); ++c)
-        for (auto r = static_cast<long long>(r1); r <= static_cast<long long>(r2); ++r) work(KeyOf(c, r));
+        for (auto r = static_cast<long long>(r1); r <= static_cast<long long>(r2); ++r) work(KeyOfCell(c, r));
     return true;
 }
 

@@ -31,8 +31,8 @@ GDALDriver& DriverFor(const std::string& output) {
     throw Failure(kUsage, Phrase("{0}: no format for map data has this extension; use .gpkg or .geojson.", output));
 }
 
-// SQLite looks at each of its writes itself, and does without locks on files that are not the system's own. So does
-// FlatGeobuf, which else leaves the file that it works in.
+// Drivers that look at each of their writes themselves and need files of the system: SQLite for its locks, FlatGeobuf to
+// remove the file that it works in.
 bool WatchesItself(GDALDriver& driver) {
     const std::string name = driver.GetDescription();
     return name == "GPKG" || name == "SQLite" || name == "FlatGeobuf";

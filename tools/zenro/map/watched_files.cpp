@@ -4,7 +4,6 @@
 
 #include <cerrno>
 #include <mutex>
-#include <string_view>
 #include <system_error>
 
 namespace zm::tool {
@@ -21,10 +20,9 @@ void NoteFault() {
     if (theFault.empty()) theFault = reason;
 }
 
-// GDAL takes the prefix off some of the names that it hands over.
+// GDAL hands names over without the prefix.
 std::string PathOf(const char* name) {
-    const std::string_view whole = name;
-    return std::string("/").append(whole.starts_with(kPrefix) ? whole.substr(sizeof(kPrefix) - 1) : whole);
+    return std::string("/").append(name);
 }
 
 VSILFILE* FileOf(void* file) {

@@ -6,10 +6,13 @@
 
 namespace zm::tool {
 
-/// The name under which a driver finds a file so that its writes are watched. \param path  absolute
+/// The name under which a driver finds a file so that its writes are watched. The watched files of a process share one
+/// fault: one data set is written at a time.
+/// \param path  absolute
 std::string WatchedName(const std::filesystem::path& path);
 
-/// Why the first write to a watched file failed since the last call of ForgetFault; empty where none did.
+/// The system's reason for which the first write to a watched file failed since the last call of ForgetFault; empty where
+/// none did.
 std::string WriteFault();
 void ForgetFault();
 

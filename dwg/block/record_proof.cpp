@@ -81,8 +81,6 @@ RecordProof ProveRecord(Bytes record, RecordShape shape, unsigned styles) {
     const std::uint8_t flags = record[1];
     const KindLayout* layout = KindLayoutOf(record[0]);
     if (Unproven(record.data())) return {};
-    // The BLOCK record of a later version has fields of its own.
-    if (shape.later && layout->kind == kinds::kBlock) return {};
     const std::size_t end = record.size() - (shape.later ? kLaterEndSize : 0);
     // A jump has no fields, whatever its flags say, but for the marker that our writer makes.
     if (layout->kind == kinds::kJump) {
@@ -91,7 +89,9 @@ RecordProof ProveRecord(Bytes record, RecordShape shape, unsigned styles) {
     }
     Walk walk(record, styles);
     ForEachField(*layout, flags, Load16(record.data() + 6), shape, [&](const FieldLayout& field) { walk.Take(field); });
-    if (walk.at() != end) walk.proof.fault = kOtherFields;
+    // The BLOCK record of a later version has fields of its own after these.
+    const bool more = shape.later && layout->kind == kinds::kBlock && walk.at() < end;
+    if (walk.at() != end && !more) walk.proof.fault = kOtherFields;
     return walk.proof;
 }
 

@@ -315,9 +315,27 @@ TEST_F(DrawingTest, ANestedBlockWhoseNameHasNoEndIsLeftOut) {
     EXPECT_EQ(Close().bytes(), drawingTemplate);
 }
 
-TEST_F(DrawingTest, ANestedBlockThatIsNoWholeBlockIsLeftOut) {
+class NestedFaults : public DrawingTest {
+ protected:
+    // Each of these as the nested block of the file: a message, and the drawing stays.
+    void ExpectLeftOut(BlockFile file, const std::vector<std::pair<const char*, std::string>>& leaves) {
+        std::size_t shown = 0;
+        for (const auto& [name, leaf] : leaves) {
+            SCOPED_TRACE(name);
+            file.blocks = {{"LEAF", leaf}};
+            file.entities = file.Reference(0, 1, 2);
+            Write("BAD.dwg", file.Bytes());
+            Open();
+            _LDBinsert(1, 2, 1, 1, 0, "BAD");
+            EXPECT_EQ(Messages().size(), ++shown);
+            EXPECT_EQ(Close().bytes(), drawingTemplate);
+        }
+    }
+};
+
+TEST_F(NestedFaults, ANestedBlockThatIsNoWholeBlockIsLeftOut) {
     BlockFile file;
-    const std::pair<const char*, std::string> leaves[] = {
+    const std::vector<std::pair<const char*, std::string>> leaves = {
         {"without its BLOCK record", file.Record(2, 4, kPoint) + file.Record(13, 0, "")},
         {"without an end", file.Record(12, 0, kPoint)},
         {"with a body in its end", file.Record(12, 0, kPoint) + file.Record(13, 0, "body")},
@@ -326,17 +344,20 @@ TEST_F(DrawingTest, ANestedBlockThatIsNoWholeBlockIsLeftOut) {
         {"with a coordinate that is no number", file.Definition(file.Record(2, 4, F64(1) + F64(std::nan(""))))},
         {"with a reference outside the table", file.Definition(file.Reference(1, 1, 2))},
     };
-    int shown = 0;
-    for (const auto& [name, leaf] : leaves) {
-        SCOPED_TRACE(name);
-        file.blocks = {{"LEAF", leaf}};
-        file.entities = file.Reference(0, 1, 2);
-        Write("BAD.dwg", file.Bytes());
-        Open();
-        _LDBinsert(1, 2, 1, 1, 0, "BAD");
-        EXPECT_EQ(Messages().size(), static_cast<std::size_t>(++shown));
-        EXPECT_EQ(Close().bytes(), drawingTemplate);
-    }
+    ExpectLeftOut(file, leaves);
+}
+
+// The BLOCK record of later files holds more than its base point, and that must be a number all the same.
+TEST_F(NestedFaults, ANestedBlockOfALaterFileWithoutAUsableBasePointIsLeftOut) {
+    BlockFile file;
+    file.version = 1009;
+    const std::string surplus(6, '\x11'), end = file.Record(13, 0, "");
+    const std::vector<std::pair<const char*, std::string>> leaves = {
+        {"x is no number", file.Record(12, 0, F64(std::nan("")) + F64(0) + surplus) + end},
+        {"y is infinite", file.Record(12, 0, F64(0) + F64(HUGE_VAL) + surplus) + end},
+        {"cut short", file.Record(12, 0, F64(0)) + end},
+    };
+    ExpectLeftOut(file, leaves);
 }
 
 TEST_F(DrawingTest, AnEntitySectionThatEndsBeforeItBeginsIsLeftOut) {

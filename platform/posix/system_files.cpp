@@ -138,8 +138,7 @@ fs::path MappedFile(const void* address) {
 
 }  // namespace
 
-fs::path ConfigDirectory() {
-    if (!NamedConfigDirectory().empty()) return NamedConfigDirectory();
+fs::path UsersConfigDirectory() {
     // A relative path in the variable is to be taken as none.
     if (const char* config = std::getenv("XDG_CONFIG_HOME"); config != nullptr && *config == '/')
         return fs::path(config) / "zenromath";

@@ -98,8 +98,7 @@ bool Renamed(const fs::path& fresh, const fs::path& target, bool exists) {
 
 }  // namespace
 
-fs::path ConfigDirectory() {
-    if (!NamedConfigDirectory().empty()) return NamedConfigDirectory();
+fs::path UsersConfigDirectory() {
     wchar_t directory[MAX_PATH];
     const UINT length = GetWindowsDirectoryW(directory, MAX_PATH);
     return length > 0 && length < MAX_PATH ? fs::path(directory) : fs::path();

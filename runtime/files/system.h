@@ -11,13 +11,9 @@
 namespace zm::system {
 
 /// What is in the place of the Windows directory, as an absolute path; it need not exist. Empty where the system names none.
+std::filesystem::path UsersConfigDirectory();
+/// Where the library reads and writes the settings of the user: UsersConfigDirectory. Test programs link another.
 std::filesystem::path ConfigDirectory();
-
-/// Names another place for it from now on, the system's own if empty, and returns what was named before. By this tests
-/// keep away from the real one.
-std::filesystem::path PutConfigDirectory(std::filesystem::path directory);
-/// What was named so; empty: the system's own.
-const std::filesystem::path& NamedConfigDirectory();
 
 /// The file that this code was loaded from: the shared library, or the program where it is linked in.
 std::filesystem::path ModuleFile();

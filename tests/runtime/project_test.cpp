@@ -145,7 +145,7 @@ TEST_F(ProjectFiles, FindTheModuleDirectoryOfTheCodeItself) {
     EXPECT_THAT(_LFIniDir(), StrEq(FamilyDirs::Text(program.parent_path()) + "\\ZenroIni"));
 }
 
-TEST(ConfigDirectory, MayBeNamed) {
+TEST(ConfigDirectory, OfTestsIsNotTheUsers) {
     const FamilyDirs dirs;
     {
         const zm::test::OwnConfigDirectory config(dirs.Project("other"));

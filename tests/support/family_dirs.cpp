@@ -1,7 +1,5 @@
 #include "tests/support/family_dirs.h"
 
-#include <utility>
-
 #include "runtime/files/files.h"
 #include "runtime/files/system.h"
 #include "runtime/profile/project.h"
@@ -12,13 +10,6 @@
 namespace fs = std::filesystem;
 
 namespace zm::test {
-
-OwnConfigDirectory::OwnConfigDirectory(fs::path directory)
-    : m_previous(system::PutConfigDirectory(std::move(directory))) {}
-
-OwnConfigDirectory::~OwnConfigDirectory() {
-    system::PutConfigDirectory(m_previous);
-}
 
 FamilyDirs::FamilyDirs() : m_current((fs::create_directories(Project()), Project())) {
     fs::create_directories(Ini());

@@ -60,18 +60,36 @@ constexpr char kLibrary[] =
     "*80 LC\n+0.6 -0.2 G42 -0.2\n*$\n";
 constexpr double kScale = 10.0;  // pixels for a survey unit
 
-void DrawFigure(Work work, int i) {
-    const double x = zm::bench::kEasting + 15.0 + i % 67;
-    const double y = zm::bench::kNorthing + 15.0 + i % 71;
-    const double a = i * 0.1;
-    double xs[] = {x, x + 10.0 * std::cos(a)};
-    double ys[] = {y, y + 10.0 * std::sin(a)};
-    if (work == kLines)
-        TqDC->line(xs[0], ys[0], x + std::cos(a), y + std::sin(a));
-    else if (work == kSymbols)
+// Where figure number i is and how it is turned. Both forms have their inputs ready.
+struct Figure {
+    double x, y, a;
+    double dx, dy;  // a unit in that direction
+};
+
+const std::vector<Figure>& Figures() {
+    static const std::vector<Figure> figures = [] {
+        std::vector<Figure> made;
+        for (int i = 0; i < kFigures; ++i) {
+            const double a = i * 0.1;
+            made.push_back({zm::bench::kEasting + 15.0 + i % 67, zm::bench::kNorthing + 15.0 + i % 71, a, std::cos(a),
+                            std::sin(a)});
+        }
+        return made;
+    }();
+    return figures;
+}
+
+void DrawFigure(Work work, const Figure& figure) {
+    const auto& [x, y, a, dx, dy] = figure;
+    if (work == kLines) {
+        TqDC->line(x, y, x + dx, y + dy);
+    } else if (work == kSymbols) {
         insert(x, y, a, 12);
-    else
+    } else {
+        double xs[] = {x, x + 10.0 * dx};
+        double ys[] = {y, y + 10.0 * dy};
         PROCESSALL(2, xs, ys, 1, 80);
+    }
 }
 
 // Lines of 10 px, symbols of ten strokes, patterned lines of 100 px; every other one in another colour. Clipped to the
@@ -85,7 +103,7 @@ void DrawFigures(zm::bench::Stage& stage, zm::Device* device, const Units& units
     for (int i = 0; i < kFigures; ++i) {
         next(i);
         const CTQPen pen(PS_SOLID, units.pen(), static_cast<DWORD>(i % 2 == 0 ? 0x000000 : 0x0000C0));
-        DrawFigure(work, i);
+        DrawFigure(work, Figures()[static_cast<std::size_t>(i)]);
     }
 }
 

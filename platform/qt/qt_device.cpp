@@ -172,8 +172,8 @@ void QtDevice::TakePen(const Stroke& stroke) {
     m_ink = pen.ink;
     m_pen = pen.pen;
     m_outlinePen = pen.outline;
-    m_filling = true;
     Stroking();
+    m_painter.setPen(m_pen);
 }
 
 // Figures take turns with a few pens, and a QPen costs as much to make as a short line to draw.

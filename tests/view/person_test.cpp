@@ -1,8 +1,11 @@
 // A person before the window of the map: what mouse and keys do, screens large and small, what ends and comes back.
 #include "tests/view/person.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cmath>
 #include <fstream>
@@ -25,6 +28,25 @@ TEST_F(ViewPerson, APictureIsWrittenAndTheWindowEnds) {
     for (int x = image.width() / 3; x < image.width(); ++x)
         for (int y = 100; y < image.height() - 60; ++y) dark += qGray(image.pixel(x, y)) < 200 ? 1 : 0;
     EXPECT_GT(dark, 5000);
+}
+
+// The old one stays until the new one is whole.
+TEST_F(ViewPerson, APictureTakesThePlaceOfTheOldOneAndAPipeInItsPlaceIsRefused) {
+    zenro.File("real.png", "old");
+    fs::create_symlink("real.png", zenro / "out.png");
+    fs::create_hard_link(zenro / "real.png", zenro / "other name");
+    EXPECT_EQ(View({"--picture", (zenro / "out.png").string()}, [](int) {}).status, 0);
+    EXPECT_TRUE(fs::is_symlink(zenro / "out.png"));
+    EXPECT_FALSE(QImage(QString::fromStdString((zenro / "real.png").string())).isNull());
+    EXPECT_EQ(ReadFile(zenro / "other name"), "old");
+    const std::string pipe = (zenro / "pipe.png").string();
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const int reader = open(pipe.c_str(), O_RDWR | O_NONBLOCK);
+    const Outcome r = View({"--picture", pipe}, [](int) {});
+    close(reader);
+    EXPECT_EQ(r.status, 5);
+    EXPECT_THAT(r.err, HasSubstr("cannot be written"));
+    EXPECT_TRUE(fs::is_fifo(pipe));
 }
 
 TEST_F(ViewPerson, WithoutADisplayItSaysSoWithStatus1) {

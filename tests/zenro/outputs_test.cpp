@@ -1,16 +1,21 @@
 // Outputs that meet a full disk, files of others, links, pipes, and what a killed run left.
+#include <cpl_vsi.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
+#include <thread>
 
 #include "tests/zenro/program.h"
+#include "tools/zenro/map/watched_files.h"
 
 namespace {
 
 using namespace zm::test;
+using namespace zm::tool;
 namespace fs = std::filesystem;
 
 constexpr char kRules[] = "* -> symbol 250\n";
@@ -57,8 +62,38 @@ TEST_P(EachOutput, ThatDoesNotFitLeavesTheOldFileAndSaysSo) {
     EXPECT_TRUE(zenro.Unfinished().empty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Format, EachOutput, testing::Values("svg", "png", "pdf", "dwg", "rec"),
+INSTANTIATE_TEST_SUITE_P(Format, EachOutput, testing::Values("svg", "png", "pdf", "dwg", "dxf", "rec"),
                          [](const auto& info) { return std::string(info.param); });
+
+// A long piece of a page of which only a part fits.
+TEST(Outputs, AFullPageThatDoesNotFitLeavesTheOldFileAndSaysSo) {
+#if !ZENRO_HAS_QT
+    GTEST_SKIP() << "this build has no Qt";
+#endif
+    const Program zenro;
+    std::string features;
+    for (int i = 0; i < 9000; ++i) {
+        char line[128];
+        std::snprintf(line, sizeof line, "[%d.%03d,%d],[%d,%d.%03d]", 40512010 + i % 83, i * 7919 % 1000,
+                      3456010 + i % 71, 40512090 - i % 79, 3456080 - i % 61, i * 6007 % 1000);
+        features += (i > 0 ? "," : "") + LineFeature(line, "\"a\":1");
+    }
+    zenro.File("in.geojson", Collection(features));
+    zenro.File("r.rules", kRules);
+    ASSERT_EQ(zenro.Run(Draw("whole.pdf")).status, 0);
+    const auto kilobytes = static_cast<int>(fs::file_size(zenro / "whole.pdf") / 1024);
+    ASSERT_GT(kilobytes, 64);
+    const std::string draw =
+        "exec \"$ZENRO\" draw in.geojson --rules ./r.rules --scale 1000 -o out.pdf --overwrite 2>said.txt";
+    for (const int limit : {1, kilobytes / 3, kilobytes / 2, kilobytes - 2, kilobytes}) {
+        zenro.File("out.pdf", "precious");
+        EXPECT_EQ(Shell(zenro, "ulimit -f " + std::to_string(limit) + "\n" + draw), 5) << limit << " KB";
+        EXPECT_TRUE(ReadFile(zenro / "out.pdf") == "precious") << limit << " KB";
+        EXPECT_NE(ReadFile(zenro / "said.txt").find("out.pdf: cannot be written: "), std::string::npos)
+            << ReadFile(zenro / "said.txt");
+        EXPECT_TRUE(zenro.Unfinished().empty());
+    }
+}
 
 // Drivers of several formats do not look whether their writes succeed.
 class EachDataFormat : public testing::TestWithParam<const char*> {};
@@ -82,6 +117,39 @@ INSTANTIATE_TEST_SUITE_P(Format, EachDataFormat,
                          testing::Values("geojson", "geojsonl", "gpkg", "fgb", "csv", "kml", "gml", "mif", "jml", "ods",
                                          "xlsx"),
                          [](const auto& info) { return std::string(info.param); });
+
+// The driver of DXF reads what it could not write, looks for a line end in it and writes there, beyond its buffer.
+TEST(Outputs, ADriverThatReadsWhatWasNotWrittenFindsLineEnds) {
+    VSILFILE* file = VSIFOpenL(WatchedName("/dev/full").c_str(), "w+b");
+    ASSERT_NE(file, nullptr);
+    ForgetFault();
+    VSIFWriteL("0123456789", 1, 10, file);
+    VSIFFlushL(file);
+    EXPECT_FALSE(WriteFault().empty());
+    VSIFCloseL(file);
+    file = VSIFOpenL(WatchedName("/dev/null").c_str(), "rb");
+    ASSERT_NE(file, nullptr);
+    std::string there(6, '?');
+    EXPECT_EQ(VSIFReadL(there.data(), 2, 3, file), 0u);
+    EXPECT_EQ(there, "\n\n\n\n\n\n");
+    ForgetFault();
+    there.assign(6, '?');
+    EXPECT_EQ(VSIFReadL(there.data(), 2, 3, file), 0u);
+    EXPECT_EQ(there, "??????");
+    VSIFCloseL(file);
+}
+
+TEST(Outputs, ADxfOfMapDataThatDoesNotFitLeavesTheOldFile) {
+    const Program zenro;
+    Prepare(zenro);
+    zenro.File("out.dxf", "precious");
+    for (const int blocks : {1, 15, 22, 23, 29, 40, 47})
+        EXPECT_EQ(Shell(zenro, "ulimit -f " + std::to_string(blocks) +
+                                   "\nexec \"$ZENRO\" coord transform in.geojson -o out.dxf --overwrite 2>said.txt"),
+                  5)
+            << blocks << ReadFile(zenro / "said.txt");
+    EXPECT_EQ(ReadFile(zenro / "out.dxf"), "precious");
+}
 
 TEST(Outputs, ALinkStaysALinkAndWhatItLeadsToIsReplaced) {
     const Program zenro;
@@ -162,12 +230,60 @@ TEST(Outputs, WhatAKilledRunLeftIsRemovedByTheNext) {
     EXPECT_FALSE(zenro.Has("killed.svg"));
 }
 
+// A DXF is made from a drawing in a folder of its own in the temporary folder.
+TEST(Outputs, TheTemporaryFolderOfAKilledRunIsRemovedByTheNextAndThatOfALivingOneStays) {
+    const Program zenro;
+    Prepare(zenro);
+    std::string features;
+    for (int i = 0; i < 20000; ++i)
+        features += (i > 0 ? "," : "") + LineFeature("[40512010,3456010],[40512090,3456080]", "\"a\":1");
+    zenro.File("many.geojson", Collection(features));
+    const fs::path temporary = zenro / "temporary";
+    fs::create_directory(temporary);
+    fs::create_directory(zenro / "precious");
+    zenro.File("precious/file", "mine");
+    const fs::path link = temporary / ".zenro.0123456789abcdef.part";
+    fs::create_directory_symlink(zenro / "precious", link);
+    const std::vector<std::string> environment{"TMPDIR=" + temporary.string()};
+    const auto folders = [&] {
+        std::vector<fs::path> found;
+        for (const auto& entry : fs::directory_iterator(temporary))
+            if (entry.is_directory() && !entry.is_symlink()) found.push_back(entry.path());
+        return found;
+    };
+    const auto nothing = [](int) {};
+    const std::vector<std::string> many{"draw",    "many.geojson", "--rules", "./r.rules",
+                                        "--scale", "1000",         "-o",      "killed.dxf"};
+    const auto stopped = [&](int process) {
+        const auto made = [&] { return !folders().empty() && fs::exists(folders()[0] / "sheet.dwg"); };
+        for (int i = 0; i < 3000 && !made(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        ASSERT_TRUE(made());
+        kill(process, SIGSTOP);
+        EXPECT_EQ(zenro.RunBeside(Draw("beside.dxf"), environment, nothing).status, 0);
+        EXPECT_EQ(folders().size(), 1u);
+        EXPECT_TRUE(made());
+        kill(process, SIGKILL);
+    };
+    EXPECT_NE(zenro.RunBeside(many, environment, stopped).status, 0);
+    ASSERT_EQ(folders().size(), 1u);
+    EXPECT_EQ(zenro.RunBeside(Draw("next.dxf"), environment, nothing).status, 0);
+    EXPECT_TRUE(folders().empty());
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(ReadFile(zenro / "precious" / "file"), "mine");
+}
+
 TEST(Outputs, AFileThatOnlyLooksUnfinishedStays) {
     const Program zenro;
     Prepare(zenro);
     zenro.File(".draft.part.svg", "mine");
     zenro.File(".a.0123456789abcdeg.part.svg", "mine");
+    for (const char* folder : {".a.0123456789abcdef.part", ".zenro.0123456789abcdef.part.svg"}) {
+        fs::create_directory(zenro / folder);
+        zenro.File(std::string(folder) + "/file", "mine");
+    }
     EXPECT_EQ(zenro.Run(Draw("out.svg")).status, 0);
+    EXPECT_EQ(ReadFile(zenro / ".a.0123456789abcdef.part" / "file"), "mine");
+    EXPECT_EQ(ReadFile(zenro / ".zenro.0123456789abcdef.part.svg" / "file"), "mine");
     EXPECT_EQ(ReadFile(zenro / ".draft.part.svg"), "mine");
     EXPECT_EQ(ReadFile(zenro / ".a.0123456789abcdeg.part.svg"), "mine");
 }

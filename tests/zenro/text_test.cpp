@@ -16,11 +16,13 @@ TEST(Numbers, AreReadWholeAndWithAPointOnly) {
     EXPECT_EQ(value, -1000.0);
     for (const char* wrong : {"", "1,5", "12 ", "nan", "inf", "0x10", "1.5m"})
         EXPECT_FALSE(ReadReal(wrong, value)) << wrong;
+    EXPECT_EQ(value, -1000.0) << "half a number was taken";
     int whole = 0;
     EXPECT_TRUE(ReadWhole("-7", whole));
     EXPECT_EQ(whole, -7);
     EXPECT_FALSE(ReadWhole("7.0", whole));
     EXPECT_FALSE(ReadWhole("99999999999", whole));
+    EXPECT_EQ(whole, -7);
 }
 
 TEST(Numbers, ANegativeZeroIsShownWithoutItsSign) {

@@ -10,6 +10,7 @@
 #include "tools/dwg/open_drawing.h"
 #include "tools/dwg/paint.h"
 #include "tools/kit/output_file.h"
+#include "tools/kit/report.h"
 #include "tools/kit/standard_streams.h"
 #include "tools/kit/text.h"
 #include "tools/kit/tool_host.h"
@@ -35,15 +36,14 @@ struct DwgOptions {
 
 void Info(const DwgOptions& options, Context& context) {
     const reader::Drawing drawing = OpenKnown(options.file, context);
-    std::fputs(reader::Info(drawing, context.json).c_str(), stdout);
+    WriteLines(reader::Info(drawing, context.json));
 }
 
 void PrintRecord(const reader::Drawing& drawing, const reader::Record& record, const Context& context,
                  const reader::Place& place) {
     CheckStop();
     const char* indent = context.json || place.section == reader::Section::entities ? "" : "  ";
-    std::printf("%s%s\n", indent,
-                reader::Line(drawing, record, context.json, context.json || *indent != 0 ? &place : nullptr).c_str());
+    WriteLine(indent + reader::Line(drawing, record, context.json, context.json || *indent != 0 ? &place : nullptr));
 }
 
 void Dump(const DwgOptions& options, Context& context) {
@@ -137,7 +137,7 @@ void Draw(const DwgOptions& options, Context& context) {
             N_("inserts without end"),
             Phrase("{0}: its blocks contain each other so often that the rest is left out.", options.file));
     sink->Finish();
-    std::printf("%s\n", options.output.c_str());
+    WriteLine(options.output);
     context.status = context.report.status();
 }
 
@@ -153,7 +153,7 @@ void ToDxf(const DwgOptions& options, Context& context) {
             Phrase("{0}: {1} records are damaged, out of place or of kinds that DXF R12 lacks; see zenro dwg check.",
                    options.file, count.leftOut));
     file.Commit();
-    std::printf("%s\n", options.output.c_str());
+    WriteLine(options.output);
     context.status = context.report.status();
 }
 

@@ -21,15 +21,17 @@ CLI::Validator Finite() {
             "", "finite"};
 }
 
-// The parser takes the greatest number of 64 bits for a larger one. It reads hexadecimal numbers too.
-CLI::Validator Fitting() {
-    return {[](std::string& text) {
+// The parser takes the greatest number of 64 bits for a larger one, and a negative number for a large one where it needs
+// one without sign. It reads hexadecimal numbers too.
+CLI::Validator Fitting(bool isSigned) {
+    return {[isSigned](std::string& text) {
                 errno = 0;
-                if (!text.empty() && text[0] == '-')
+                if (isSigned)
                     std::strtoll(text.c_str(), nullptr, 0);
                 else
                     std::strtoull(text.c_str(), nullptr, 0);
-                return errno != ERANGE ? std::string() : "\"" + text.substr(0, 40) + "\" is no number of this size";
+                const bool fits = errno != ERANGE && (isSigned || text.find('-') == std::string::npos);
+                return fits ? std::string() : "\"" + text.substr(0, 40) + "\" is no number of this size";
             },
             "", "fitting"};
 }
@@ -41,7 +43,7 @@ bool IsOf(const CLI::Option& option, const char* type) {
 void RequireFiniteNumbers(CLI::App& app) {
     for (CLI::Option* option : app.get_options()) {
         if (IsOf(*option, "FLOAT")) option->check(Finite());
-        if (IsOf(*option, "INT")) option->check(Fitting());
+        if (IsOf(*option, "INT")) option->check(Fitting(!IsOf(*option, "UINT")));
     }
     for (CLI::App* verb : app.get_subcommands({})) RequireFiniteNumbers(*verb);
 }

@@ -30,9 +30,4 @@ void WriteOutput(const fs::path& target, bool overwrite, const std::string& byte
     out.Commit();
 }
 
-PrivateFolder::~PrivateFolder() {
-    std::error_code ignored;
-    fs::remove_all(m_path, ignored);
-}
-
 }  // namespace zm::tool

@@ -22,9 +22,11 @@ namespace fs = std::filesystem;
 namespace zm::tool {
 namespace {
 
-constexpr int kAttempts = 100;     // at a name that nobody has
-constexpr int kLongestName = 255;  // bytes of a file name
-constexpr char kPart[] = ".part";  // in the name of each unfinished file, before its extension
+constexpr int kAttempts = 100;            // at a name that nobody has
+constexpr int kLongestName = 255;         // bytes of a file name
+constexpr char kPart[] = ".part";         // in the name of each unfinished file, before its extension
+constexpr char kPrivateName[] = "zenro";  // private folders are ".zenro.0123456789abcdef.part"
+constexpr char kPrivateStem[] = ".zenro";
 constexpr std::size_t kChanceDigits = 16;
 
 // The names of unfinished files, in plain memory so that a signal handler may read them.
@@ -82,6 +84,12 @@ bool IsStill(const fs::path& path, int file) {
            named.st_ino == opened.st_ino;
 }
 
+// Locks what was just made: 0 where another process took it for a leftover before that. File systems without locks lose
+// no leftovers, since nobody can lock these either.
+bool Lock(const fs::path& made, int file) {
+    return (::flock(file, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) && IsStill(made, file);
+}
+
 // Makes and locks a new file; -1 with errno where that fails.
 int MakeNew(const fs::path& folder, const fs::path& target, fs::path& made) {
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
@@ -89,15 +97,14 @@ int MakeNew(const fs::path& folder, const fs::path& target, fs::path& made) {
         const int file = ::open(made.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
         if (file < 0 && errno == EEXIST) continue;
         if (file < 0) return -1;
-        // Between its making and its lock another process may have taken it for a leftover.
-        if ((::flock(file, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) && IsStill(made, file)) return file;
+        if (Lock(made, file)) return file;
         ::close(file);
     }
     return -1;
 }
 
-// Removes the unfinished files of this user in a folder that no living process holds. Once for each folder: a folder
-// may have a hundred thousand sheets in it.
+// Removes the unfinished files and private folders of this user in a folder that no living process holds. Once for each
+// folder: a folder may have a hundred thousand sheets in it.
 void RemoveLeftovers(const fs::path& folder) {
     static std::set<fs::path> done;
     if (!done.insert(folder).second) return;
@@ -107,9 +114,12 @@ void RemoveLeftovers(const fs::path& folder) {
         const int file = ::open(entry->path().c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
         if (file < 0) continue;
         struct stat found {};
-        if (::fstat(file, &found) == 0 && S_ISREG(found.st_mode) && found.st_uid == ::geteuid() &&
-            ::flock(file, LOCK_EX | LOCK_NB) == 0 && IsStill(entry->path(), file))
-            ::unlink(entry->path().c_str());
+        std::error_code ignored;
+        // Of folders those of PrivateFolder alone: other programs have folders whose names end so.
+        const bool isPrivate = entry->path().stem().stem() == kPrivateStem && entry->path().extension() == kPart;
+        if (::fstat(file, &found) == 0 && (S_ISREG(found.st_mode) || (isPrivate && S_ISDIR(found.st_mode))) &&
+            found.st_uid == ::geteuid() && ::flock(file, LOCK_EX | LOCK_NB) == 0 && IsStill(entry->path(), file))
+            fs::remove_all(entry->path(), ignored);
         ::close(file);
     }
 }
@@ -228,9 +238,25 @@ void OutputFile::Commit() {
 }
 
 PrivateFolder::PrivateFolder() {
-    std::string name = (TemporaryPlace() / "zenro-XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr) CannotWrite(name, SystemError(errno));
-    m_path = name;
+    const fs::path place = TemporaryPlace();
+    RemoveLeftovers(place);
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        m_path = place / UnfinishedName(kPrivateName);
+        if (::mkdir(m_path.c_str(), 0700) != 0) {
+            if (errno == EEXIST) continue;
+            break;
+        }
+        m_lock = ::open(m_path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+        if (m_lock >= 0 && Lock(m_path, m_lock)) return;
+        if (m_lock >= 0) ::close(m_lock);
+    }
+    CannotWrite(m_path, SystemError(errno));
+}
+
+PrivateFolder::~PrivateFolder() {
+    std::error_code ignored;
+    fs::remove_all(m_path, ignored);
+    ::close(m_lock);
 }
 
 }  // namespace zm::tool

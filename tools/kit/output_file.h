@@ -44,7 +44,8 @@ void CheckOutput(const std::filesystem::path& target, bool overwrite);
 /// Writes bytes to a file and puts it in its place. Throws as OutputFile does.
 void WriteOutput(const std::filesystem::path& target, bool overwrite, const std::string& bytes);
 
-/// A folder that only this user can enter, under a name drawn by chance, removed with all that is in it.
+/// A folder that only this user can enter, under a name drawn by chance, removed with all that is in it; that of a killed
+/// process is removed by the next that makes one.
 class PrivateFolder {
  public:
     /// Throws Failure (kNoOutput) where none can be made.
@@ -56,6 +57,7 @@ class PrivateFolder {
 
  private:
     std::filesystem::path m_path;
+    int m_lock = -1;  // held while this process lives
 };
 
 /// Removes what is not finished. Safe in a signal handler.

@@ -21,6 +21,8 @@ constexpr int kAttempts = 100;  // at a name that nobody has
 constexpr int kSlots = 64;
 constexpr int kPathSize = 4096;
 constexpr wchar_t kPart[] = L".part";
+constexpr wchar_t kPrivateName[] = L"zenro";  // private folders are ".zenro.0123456789abcdef.part"
+constexpr wchar_t kPrivateStem[] = L".zenro";
 constexpr std::size_t kChanceDigits = 16;
 constexpr std::size_t kLongestName = 255;  // characters of a file name
 
@@ -82,7 +84,21 @@ HANDLE Hold(const fs::path& file, DWORD how) {
                        FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
-// Removes what killed processes left in a folder: files that nobody holds open. Once for each folder.
+// While it is open nobody can rename the folder.
+HANDLE HoldFolder(const fs::path& folder) {
+    return CreateFileW(folder.c_str(), FILE_LIST_DIRECTORY, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                       FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+}
+
+// Removes a folder that no living process holds: only such a one can be renamed.
+void RemoveFolder(const fs::path& folder) {
+    const fs::path taken = folder.parent_path() / UnfinishedName(kPrivateName);
+    if (MoveFileW(folder.c_str(), taken.c_str()) == 0) return;
+    std::error_code ignored;
+    fs::remove_all(taken, ignored);
+}
+
+// Removes what killed processes left in a folder: files and folders that nobody holds open. Once for each folder.
 void RemoveLeftovers(const fs::path& folder) {
     static std::set<fs::path> done;
     if (!done.insert(folder).second) return;
@@ -90,7 +106,14 @@ void RemoveLeftovers(const fs::path& folder) {
     const HANDLE search = FindFirstFileW((folder / L".*").c_str(), &entry);
     if (search == INVALID_HANDLE_VALUE) return;
     do {
-        if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 || !IsUnfinishedName(entry.cFileName)) continue;
+        if (!IsUnfinishedName(entry.cFileName)) continue;
+        if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+            // Those of PrivateFolder alone: other programs have folders whose names end so.
+            const fs::path name = entry.cFileName;
+            const bool isPrivate = name.stem().stem() == kPrivateStem && name.extension() == kPart;
+            if (isPrivate && (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) RemoveFolder(folder / name);
+            continue;
+        }
         const HANDLE file = CreateFileW((folder / entry.cFileName).c_str(), GENERIC_READ | DELETE, 0, nullptr,
                                         OPEN_EXISTING, FILE_FLAG_DELETE_ON_CLOSE, nullptr);
         if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
@@ -185,12 +208,25 @@ void OutputFile::Commit() {
 PrivateFolder::PrivateFolder() {
     std::error_code error;
     const fs::path place = fs::temp_directory_path(error);
+    RemoveLeftovers(place);
     // The user's own folder for such files: others cannot enter it.
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
-        m_path = place / (L"zenro-" + Chance());
-        if (CreateDirectoryW(m_path.c_str(), nullptr) != 0) return;
+        m_path = place / UnfinishedName(kPrivateName);
+        if (CreateDirectoryW(m_path.c_str(), nullptr) == 0) {
+            if (GetLastError() == ERROR_ALREADY_EXISTS) continue;
+            break;
+        }
+        const HANDLE held = HoldFolder(m_path);
+        m_lock = static_cast<int>(reinterpret_cast<std::intptr_t>(held));
+        if (held != INVALID_HANDLE_VALUE) return;
     }
     CannotWrite(m_path, SystemMessage(GetLastError()));
+}
+
+PrivateFolder::~PrivateFolder() {
+    CloseHandle(HandleOf(m_lock));
+    std::error_code ignored;
+    fs::remove_all(m_path, ignored);
 }
 
 }  // namespace zm::tool

@@ -1,7 +1,10 @@
 #include "tools/kit/report.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <string_view>
 
+#include "tools/kit/process.h"
 #include "tools/kit/shown_text.h"
 #include "tools/kit/tool_host.h"
 #include "tools/kit/translation.h"
@@ -26,7 +29,24 @@ void SayLine(const std::string& line) {
 }
 
 void PrintText(const std::string& line) {
-    std::printf("%s\n", ForTerminal(line).c_str());
+    std::printf("%s\n", ForTerminal(Printable(line)).c_str());
+}
+
+void WriteLines(const std::string& lines) {
+    static const bool terminal = IsTerminal(stdout);
+    if (!terminal) {
+        std::fputs(lines.c_str(), stdout);
+        return;
+    }
+    for (std::size_t at = 0, end = 0; at < lines.size(); at = end + 1) {
+        end = std::min(lines.find('\n', at), lines.size());
+        std::fputs(Printable(std::string_view(lines).substr(at, end - at)).c_str(), stdout);
+        if (end < lines.size()) std::fputc('\n', stdout);
+    }
+}
+
+void WriteLine(const std::string& line) {
+    WriteLines(line + "\n");
 }
 
 void Report::Note(const std::string& line) {

@@ -67,7 +67,13 @@ class Report {
 /// Writes one line to stderr, after a cleared progress line, without secrets and control characters. The text is UTF-8.
 void SayLine(const std::string& line);
 
-/// Writes one line for a reader to stdout. The text is UTF-8.
+/// Writes one line for a reader to stdout, without control characters. The text is UTF-8.
 void PrintText(const std::string& line);
+
+/// Writes results, one or more whole lines, to stdout: to programs as they are, to a terminal without control characters.
+void WriteLines(const std::string& lines);
+
+/// The same for one line without its end.
+void WriteLine(const std::string& line);
 
 }  // namespace zm::tool

@@ -140,6 +140,13 @@ bool IsData(const std::string& input) {
     return false;
 }
 
+// Characters that turn the order of what follows (U+202A to U+202E, U+2066 to U+2069) or end a line (U+2028, U+2029).
+bool Misleads(std::string_view character) {
+    if (character.size() < 3 || character[0] != '\xE2') return false;
+    const auto second = static_cast<unsigned char>(character[1]), third = static_cast<unsigned char>(character[2]);
+    return (second == 0x80 && third >= 0xA8 && third <= 0xAE) || (second == 0x81 && third >= 0xA6 && third <= 0xA9);
+}
+
 }  // namespace
 
 std::string Printable(std::string_view line) {
@@ -155,6 +162,9 @@ std::string Printable(std::string_view line) {
         } else if (byte == 0xC2 && next >= 0x80 && next <= 0x9F) {
             shown += '?';
             ++i;
+        } else if (Misleads(line.substr(i))) {
+            shown += '?';
+            i += 2;
         } else {
             shown += line[i];
         }

@@ -6,8 +6,8 @@
 
 namespace zm::tool {
 
-/// A line that is safe for a terminal: control characters (also the one-byte forms of U+0080 to U+009F) become "?", a
-/// tab a blank. Bytes that are no UTF-8 stay.
+/// A line that is safe for a terminal: control characters (also the one-byte forms of U+0080 to U+009F), characters that
+/// turn the order of a line and separators of lines become "?", a tab a blank. Bytes that are no UTF-8 stay.
 std::string Printable(std::string_view line);
 
 /// What an input is called in messages and titles: a file by its name as given; a database by its kind and database

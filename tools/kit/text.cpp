@@ -27,6 +27,16 @@ std::string PlainLetter(const std::string& utf8) {
     return kPlain[static_cast<unsigned char>(utf8[1]) & 0x3FU];
 }
 
+// number stays where the text is none from its beginning to its end.
+template <class Number>
+bool Read(std::string_view text, Number& number) {
+    Number read{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), read);
+    if (error != std::errc() || end != text.data() + text.size()) return false;
+    number = read;
+    return true;
+}
+
 }  // namespace
 
 std::string Trim(std::string_view text) {
@@ -37,14 +47,15 @@ std::string Trim(std::string_view text) {
 }
 
 bool ReadWhole(std::string_view text, int& number) {
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size();
+    return Read(text, number);
 }
 
 bool ReadReal(std::string_view text, double& number) {
     if (!text.empty() && text.front() == '+') text.remove_prefix(1);
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size() && std::isfinite(number);
+    double read = 0.0;
+    if (!Read(text, read) || !std::isfinite(read)) return false;
+    number = read;
+    return true;
 }
 
 std::string Fixed(double number, int decimals) {

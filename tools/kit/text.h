@@ -8,7 +8,7 @@
 namespace zm::tool {
 
 std::string Trim(std::string_view text);
-/// A whole decimal number and nothing else.
+/// A whole decimal number and nothing else; number stays where the text is none, as in the next one.
 bool ReadWhole(std::string_view text, int& number);
 /// A finite real number with a decimal point, and nothing else.
 bool ReadReal(std::string_view text, double& number);

@@ -29,10 +29,43 @@ namespace {
 
 constexpr double kScreenDpi = 96.0;  // one unit of a pen's dashes is a pixel of such a screen
 
+// A file that keeps the reason of the first write that failed. The writer of pages never looks; to QFile a long piece of
+// which only a part was written is no fault, and each call forgets the fault of the last.
+class WatchedFile : public QFile {
+ public:
+    using QFile::QFile;
+    // Brings everything into the file; the reason where that or any write before it failed, else empty.
+    std::string Finish() {
+        if (!flush()) Note();
+        close();
+        if (error() != NoError) Note();
+        return m_fault;
+    }
+
+ protected:
+    qint64 writeData(const char* data, qint64 size) override {
+        for (qint64 done = 0; done < size;) {
+            const qint64 written = QFile::writeData(data + done, size - done);
+            if (written <= 0) {
+                Note();
+                return -1;
+            }
+            done += written;
+        }
+        return size;
+    }
+
+ private:
+    void Note() {
+        if (m_fault.empty()) m_fault = errorString().toStdString();
+    }
+    std::string m_fault;
+};
+
 struct Page {
     QString path;
     std::unique_ptr<QImage> image;
-    std::unique_ptr<QFile> file;  // of a PDF: the writer of pages never sees that a write failed
+    std::unique_ptr<WatchedFile> file;  // of a PDF
     std::unique_ptr<QPdfWriter> pdf;
     std::unique_ptr<zm::qt::QtDevice> device;
 };
@@ -65,7 +98,7 @@ bool BeginImage(const ZenroQtPage& page, Page& made) {
 }
 
 bool BeginPdf(const ZenroQtPage& page, Page& made) {
-    made.file = std::make_unique<QFile>(made.path);
+    made.file = std::make_unique<WatchedFile>(made.path);
     if (!made.file->open(QIODevice::WriteOnly | QIODevice::Truncate)) return false;
     made.pdf = std::make_unique<QPdfWriter>(made.file.get());
     made.pdf->setTitle(QString::fromUtf8(page.title));
@@ -146,11 +179,9 @@ int Finish(zm::Device* device, char* error, std::size_t errorSize) try {
     page.device.reset();
     page.pdf.reset();
     if (page.file != nullptr) {
-        const bool whole = page.file->flush() && page.file->error() == QFileDevice::NoError;
-        const std::string reason = page.file->errorString().toStdString();
-        page.file->close();
-        if (!whole || page.file->error() != QFileDevice::NoError) {
-            Tell(error, errorSize, reason);
+        const std::string fault = page.file->Finish();
+        if (!fault.empty()) {
+            Tell(error, errorSize, fault);
             return 0;
         }
     }

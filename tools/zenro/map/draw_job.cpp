@@ -10,6 +10,7 @@
 #include "symbol/area/hatch_statistics.h"
 #include "tools/kit/digest.h"
 #include "tools/kit/offspring.h"
+#include "tools/kit/report.h"
 #include "tools/kit/shown_text.h"
 #include "tools/kit/standard_streams.h"
 #include "tools/kit/text.h"
@@ -279,7 +280,7 @@ std::optional<Window> WindowOf(const DrawJob& job, const std::optional<NamedShee
 
 void TellRules(FeatureStore& store, const Rules& rules, const std::string& id, bool windowed, Report& report) {
     const std::vector<std::string> lines = Explain(store, rules, id);
-    for (const std::string& line : lines) std::printf("%s\n", line.c_str());
+    for (const std::string& line : lines) WriteLine(line);
     if (lines.empty())
         report.Note(Phrase(windowed ? N_("--explain {0}: no rule draws a feature of this number on the sheet.")
                                     : N_("--explain {0}: no rule draws a feature of this number."),

@@ -45,10 +45,17 @@ OutputDataset::OutputDataset(const std::string& output, bool overwrite)
     m_made = m_folder.path() / fs::path(output).filename();
     GDALDriver& driver = DriverFor(output);
     const std::string name = WatchesItself(driver) ? m_made.string() : WatchedName(m_made);
-    CPLErrorReset();
     ForgetFault();
+    const DriverFault fault;
     m_dataset.reset(driver.Create(name.c_str(), 0, 0, 0, GDT_Unknown, nullptr));
     if (m_dataset == nullptr) CannotWrite();
+    RequireNone(fault);
+}
+
+void OutputDataset::RequireNone(const DriverFault& fault) const {
+    if (fault.words().empty() && WriteFault().empty()) return;
+    CPLErrorSetState(CE_Failure, CPLE_AppDefined, fault.words().c_str());  // the first reason, not the last
+    CannotWrite();
 }
 
 void OutputDataset::CannotWrite() const {
@@ -57,21 +64,25 @@ void OutputDataset::CannotWrite() const {
 }
 
 OGRLayer& OutputDataset::AddLayer(const std::string& name, const OGRSpatialReference* system, OGRwkbGeometryType type) {
-    CPLErrorReset();
+    const DriverFault fault;
     OGRLayer* layer = m_dataset->CreateLayer(name.c_str(), const_cast<OGRSpatialReference*>(system), type, nullptr);
     if (layer == nullptr) CannotWrite();
+    RequireNone(fault);
     return *layer;
 }
 
 void OutputDataset::Write(OGRLayer& layer, OGRFeature& feature) {
-    CPLErrorReset();
-    if (layer.CreateFeature(&feature) != OGRERR_NONE || !WriteFault().empty()) CannotWrite();
+    const DriverFault fault;
+    if (layer.CreateFeature(&feature) != OGRERR_NONE) CannotWrite();
+    RequireNone(fault);
 }
 
 void OutputDataset::Finish() {
-    CPLErrorReset();
-    m_dataset.reset();
-    if (CPLGetLastErrorType() >= CE_Failure || !WriteFault().empty()) CannotWrite();
+    {
+        const DriverFault fault;
+        m_dataset.reset();
+        RequireNone(fault);
+    }
     std::error_code error;
     std::vector<fs::path> others;
     for (const auto& file : fs::directory_iterator(m_folder.path()))

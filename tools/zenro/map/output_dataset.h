@@ -9,6 +9,8 @@
 
 namespace zm::tool {
 
+class DriverFault;
+
 class OutputDataset {
  public:
     /// Throws Failure: kUsage for an extension that no writing driver has, kNoOutput.
@@ -24,6 +26,8 @@ class OutputDataset {
     void Finish();
 
  private:
+    void RequireNone(const DriverFault& fault) const;
+
     std::string m_output;
     bool m_overwrite;
     OutputFile m_out;

@@ -1,8 +1,10 @@
 #include "tools/zenro/map/watched_files.h"
 
+#include <cpl_error.h>
 #include <cpl_vsi.h>
 
 #include <cerrno>
+#include <cstring>
 #include <mutex>
 #include <system_error>
 
@@ -30,7 +32,10 @@ VSILFILE* FileOf(void* file) {
 }
 
 void* Open(void*, const char* name, const char* access) {
-    return VSIFOpenL(PathOf(name).c_str(), access);
+    errno = 0;
+    VSILFILE* file = VSIFOpenL(PathOf(name).c_str(), access);
+    if (file == nullptr && access[0] == 'w') NoteFault();
+    return file;
 }
 
 size_t Write(void* file, const void* bytes, size_t size, size_t count) {
@@ -40,9 +45,24 @@ size_t Write(void* file, const void* bytes, size_t size, size_t count) {
     return written;
 }
 
+// After a fault some drivers read what they could not write and do not look how much there was: that of DXF then looks for
+// the end of a line, beyond its buffer if need be. It finds line ends.
+size_t Read(void* file, void* bytes, size_t size, size_t count) {
+    const size_t read = VSIFReadL(bytes, size, count, FileOf(file));
+    if (read < count && !WriteFault().empty())
+        std::memset(static_cast<char*>(bytes) + read * size, '\n', (count - read) * size);
+    return read;
+}
+
 int Done(int result) {
     if (result != 0) NoteFault();
     return result;
+}
+
+// What is written after a place that was not reached lies elsewhere.
+int Seek(void* file, vsi_l_offset offset, int whence) {
+    errno = 0;
+    return Done(VSIFSeekL(FileOf(file), offset, whence));
 }
 
 int Flush(void* file) {
@@ -75,10 +95,8 @@ void Install() {
     calls->read_dir = [](void*, const char* name, int most) { return VSIReadDirEx(PathOf(name).c_str(), most); };
     calls->open = Open;
     calls->tell = [](void* file) { return VSIFTellL(FileOf(file)); };
-    calls->seek = [](void* file, vsi_l_offset offset, int whence) { return VSIFSeekL(FileOf(file), offset, whence); };
-    calls->read = [](void* file, void* bytes, size_t size, size_t count) {
-        return VSIFReadL(bytes, size, count, FileOf(file));
-    };
+    calls->seek = Seek;
+    calls->read = Read;
     calls->eof = [](void* file) { return VSIFEofL(FileOf(file)); };
     calls->write = Write;
     calls->flush = Flush;
@@ -104,6 +122,19 @@ std::string WriteFault() {
 void ForgetFault() {
     const std::lock_guard guard(theLock);
     theFault.clear();
+}
+
+DriverFault::DriverFault() {
+    const auto note = [](CPLErr kind, CPLErrorNum, const char* words) {
+        auto& first = static_cast<DriverFault*>(CPLGetErrorHandlerUserData())->m_words;
+        if (kind >= CE_Failure && first.empty()) first = words;
+    };
+    CPLErrorReset();
+    CPLPushErrorHandlerEx(note, this);
+}
+
+DriverFault::~DriverFault() {
+    CPLPopErrorHandler();
 }
 
 }  // namespace zm::tool

@@ -1,4 +1,5 @@
-// Files that a driver of GDAL writes, watched: some drivers do not look whether a write succeeded, and leave a cut file.
+// What a driver of GDAL writes, watched: some drivers do not look whether a write succeeded and leave a cut file, others
+// say what failed and go on.
 #pragma once
 
 #include <filesystem>
@@ -15,5 +16,19 @@ std::string WatchedName(const std::filesystem::path& path);
 /// none did.
 std::string WriteFault();
 void ForgetFault();
+
+/// Notes what GDAL says has failed in this thread while it lives, and keeps it from stderr.
+class DriverFault {
+ public:
+    DriverFault();
+    ~DriverFault();
+    DriverFault(const DriverFault&) = delete;
+    DriverFault& operator=(const DriverFault&) = delete;
+    /// GDAL's words of the first failure; empty where there was none.
+    const std::string& words() const { return m_words; }
+
+ private:
+    std::string m_words;
+};
 
 }  // namespace zm::tool

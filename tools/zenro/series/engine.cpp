@@ -11,6 +11,7 @@
 
 #include "tools/kit/offspring.h"
 #include "tools/kit/output_file.h"
+#include "tools/kit/report.h"
 #include "tools/kit/text.h"
 #include "tools/kit/tool_host.h"
 #include "tools/kit/translation.h"
@@ -149,7 +150,7 @@ int DrawByParallel(const SeriesRun& run, const fs::path& file, const EngineOptio
 
 void PrintCommands(const SeriesRun& run, const fs::path& file) {
     for (std::size_t chunk = 1; chunk <= run.chunks.size(); ++chunk)
-        std::printf("%s%zu\n", WorkCommand(file).c_str(), chunk);
+        WriteLine(WorkCommand(file) + std::to_string(chunk));
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "tools/kit/output_file.h"
 #include "tools/kit/translation.h"
 #include "tools/zenro/map/dataset.h"
+#include "tools/zenro/map/watched_files.h"
 
 namespace fs = std::filesystem;
 
@@ -169,7 +170,7 @@ void WritePlan(const std::string& path, const Plan& plan, bool overwrite) {
     CPLSetErrorHandler(CPLQuietErrorHandler);
     OutputFile out(path, overwrite);
     fs::remove(out.path());  // the driver makes its file itself
-    CPLErrorReset();
+    const DriverFault fault;
     GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("GPKG");
     if (driver == nullptr) throw Failure(kNoOutput, Phrase("{0}: GDAL has no GPKG driver here; plans need it.", path));
     Dataset dataset(driver->Create(out.path().c_str(), 0, 0, 0, GDT_Unknown, nullptr));
@@ -184,9 +185,11 @@ void WritePlan(const std::string& path, const Plan& plan, bool overwrite) {
     }
     WriteSettings(*dataset, plan, path);
     if (dataset->CommitTransaction() != OGRERR_NONE) CannotWrite(path);
-    CPLErrorReset();
     dataset.reset();
-    if (CPLGetLastErrorType() == CE_Failure) CannotWrite(path);
+    if (!fault.words().empty()) {
+        CPLErrorSetState(CE_Failure, CPLE_AppDefined, fault.words().c_str());  // the first reason, not the last
+        CannotWrite(path);
+    }
     out.Commit();
 }
 

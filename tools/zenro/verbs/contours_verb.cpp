@@ -8,6 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "tools/kit/report.h"
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
 #include "tools/zenro/map/dataset.h"
@@ -144,9 +145,9 @@ void Contour(const ContoursOptions& options, Context& context) {
         j["points"] = terrain.points.size();
         j["triangles"] = terrain.triangles.size();
         j["contours"] = lines.size();
-        std::printf("%s\n", j.dump(2).c_str());
+        WriteLine(j.dump(2));
     } else {
-        std::printf("%s\n", options.output.c_str());
+        WriteLine(options.output);
     }
     context.status = context.report.status();
 }

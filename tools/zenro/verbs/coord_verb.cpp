@@ -8,6 +8,8 @@
 
 #include "runtime/text/numbers.h"
 #include "tools/kit/angles.h"
+#include "tools/kit/report.h"
+#include "tools/kit/shown_text.h"
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
 #include "tools/zenro/coord/plane_system.h"
@@ -92,8 +94,7 @@ double Rounded(const std::string& text) {
 }
 
 void Print(const std::string& line) {
-    std::fputs(line.c_str(), stdout);
-    std::fputc('\n', stdout);
+    WriteLine(line);
 }
 
 // Why a place so far from its meridian has no result; empty where it has one. The size of an error is reported.
@@ -133,7 +134,7 @@ void PrintBad(const PointLine& p, const std::string& wrong, const Context& conte
         Print(nlohmann::ordered_json{{"line", p.number}, {"error", wrong}}.dump(
             -1, ' ', false, nlohmann::json::error_handler_t::replace));
     else
-        Print("error line " + std::to_string(p.number) + ": " + ForTerminal(wrong));
+        Print("error line " + std::to_string(p.number) + ": " + ForTerminal(Printable(wrong)));
 }
 
 // What a line had besides its position.

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/kit/qt_module.h"
+#include "tools/kit/report.h"
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
 #include "tools/zenro/demo/demo_data.h"
@@ -68,9 +69,9 @@ void Demo(const DemoOptions& options, Context& context) {
         for (const DrawnFile& file : result.files) files.push_back(file.path);
     }
     if (context.json)
-        std::printf("%s\n", nlohmann::json(files).dump(2).c_str());
+        WriteLine(nlohmann::json(files).dump(2));
     else
-        for (const std::string& file : files) std::printf("%s\n", file.c_str());
+        for (const std::string& file : files) WriteLine(file);
     context.status = context.report.status();
 }
 

@@ -8,6 +8,7 @@
 #include "runtime/text/gbk.h"
 #include "tools/kit/process.h"
 #include "tools/kit/qt_module.h"
+#include "tools/kit/report.h"
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
 #include "tools/zenro/map/geodata.h"
@@ -132,7 +133,7 @@ void Doctor(Context& context) {
         PrintLine(check.good ? Phrase("ok") : Phrase("LACKS"), Phrase(check.name), check.found);
         if (!check.good) PrintLine("", "", check.advice);
     }
-    if (context.json) std::printf("%s\n", list.dump(2, ' ', false, nlohmann::json::error_handler_t::replace).c_str());
+    if (context.json) WriteLine(list.dump(2, ' ', false, nlohmann::json::error_handler_t::replace));
     context.status = all ? kDone : kFailed;
 }
 

@@ -8,6 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "tools/kit/report.h"
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
 #include "tools/zenro/map/draw_job.h"
@@ -52,10 +53,10 @@ void PrintResult(const DrawResult& result, double seconds, const Context& contex
         if (context.capture != nullptr)
             *context.capture = text;
         else
-            std::printf("%s\n", text.c_str());
+            WriteLine(text);
         return;
     }
-    for (const DrawnFile& file : result.files) std::printf("%s\n", file.path.c_str());
+    for (const DrawnFile& file : result.files) WriteLine(file.path);
 }
 
 void Draw(DrawJob job, Context& context) {

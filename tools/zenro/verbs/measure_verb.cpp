@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "runtime/text/numbers.h"
+#include "tools/kit/report.h"
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
 #include "tools/zenro/coord/measures.h"
@@ -48,7 +49,7 @@ void PrintResults(const MeasureOptions& options, Context& context, std::size_t p
         nlohmann::ordered_json j = {{"points", points}, {"system", options.family.name}, {"unit", unit}};
         for (const Result& r : results) j["results"][r.key] = {{"value", r.value}, {"difference", r.value - reference}};
         for (const auto& [name, value] : units) j[name] = value;
-        std::printf("%s\n", j.dump(-1).c_str());
+        WriteLine(j.dump(-1));
         return;
     }
     const bool length = unit[1] == '\0';

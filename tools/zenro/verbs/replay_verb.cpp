@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "draw/device.h"
+#include "tools/kit/report.h"
 #include "tools/kit/standard_streams.h"
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
@@ -78,7 +79,7 @@ void Replay(const ReplayOptions& options, Context& context) {
             player.Close();
         }
         sink->Finish();
-        std::printf("%s\n", output.c_str());
+        WriteLine(output);
     }
     context.status = context.report.status();
 }

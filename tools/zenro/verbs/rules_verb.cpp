@@ -4,6 +4,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "runtime/text/numbers.h"
+#include "tools/kit/report.h"
 #include "tools/kit/text.h"
 #include "tools/zenro/map/draw_job.h"
 #include "tools/zenro/map/explain.h"
@@ -37,11 +39,11 @@ void Check(RulesOptions options, Context& context) {
                            {"lines", count.lines},
                            {"areas", count.areas}});
         else
-            std::printf("%8ld %8ld %8ld %s\n", count.points, count.lines, count.areas, RuleText(rules, rule).c_str());
+            WriteLine(numbers::Text("%8ld %8ld %8ld ", count.points, count.lines, count.areas) + RuleText(rules, rule));
     }
     if (context.json) {
         const nlohmann::ordered_json result = {{"rules", all}, {"reports", context.report.kinds()}};
-        std::printf("%s\n", result.dump(2, ' ', false, nlohmann::json::error_handler_t::replace).c_str());
+        WriteLine(result.dump(2, ' ', false, nlohmann::json::error_handler_t::replace));
     }
     context.status = context.report.status();
 }

@@ -16,6 +16,7 @@
 #include "runtime/text/gbk.h"
 #include "tools/kit/offspring.h"
 #include "tools/kit/output_file.h"
+#include "tools/kit/report.h"
 #include "tools/kit/shown_text.h"
 #include "tools/kit/text.h"
 #include "tools/kit/tool_host.h"
@@ -250,10 +251,8 @@ void MakePlan(const PlanOptions& o, Context& context) {
         features += s.features;
     }
     if (context.json)
-        std::printf("%s\n",
-                    Json{{"plan", o.output}, {"sheets", plan.sheets.size()}, {"features", features}, {"seconds", cost}}
-                        .dump()
-                        .c_str());
+        WriteLine(
+            Json{{"plan", o.output}, {"sheets", plan.sheets.size()}, {"features", features}, {"seconds", cost}}.dump());
     else
         PrintText(Phrase("{0}: {1} sheets, some {2} features, some {3} processor hours", o.output, plan.sheets.size(),
                          features, Fixed(cost / 3600.0, 2)));
@@ -380,7 +379,7 @@ void PrintStatus(const Plan& plan, const std::string& path, int jobs, Context& c
         j["failures"] = Json::array();
         for (const auto& [reason, numbers] : failures)
             j["failures"].push_back({{"reason", reason}, {"sheets", numbers}});
-        std::printf("%s\n", j.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
+        WriteLine(j.dump(2, ' ', false, Json::error_handler_t::replace));
     } else {
         std::string line = Phrase("{0} sheets:", plan.sheets.size());
         for (const auto& [state, count] : tally.states)
@@ -421,7 +420,7 @@ void DrawSeries(const DrawOptions& o, Context& context) {
     run.settings = plan.settings;
     run.sheets = DueOf(o, plan, context);
     if (o.dryRun) {
-        for (const PlanSheet& sheet : run.sheets) std::printf("%s\n", sheet.number.c_str());
+        for (const PlanSheet& sheet : run.sheets) WriteLine(sheet.number);
         return;
     }
     int status = kDone;
@@ -453,7 +452,7 @@ void WriteIndex(const std::string& path, const std::string& output, bool overwri
     const std::string folder = fs::absolute(output).parent_path().string();
     WriteOutput(output, overwrite,
                 extension == ".html" ? IndexPage(plan, fs::path(path).stem().string(), folder) : IndexGeoJson(plan));
-    std::printf("%s\n", output.c_str());
+    WriteLine(output);
 }
 
 void Work(const std::string& file, int chunk, int jobs, Context& context) {

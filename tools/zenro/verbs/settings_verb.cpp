@@ -6,6 +6,7 @@
 
 #include "config/not_saved.h"
 #include "tools/kit/qt_module.h"
+#include "tools/kit/report.h"
 #include "tools/kit/text.h"
 #include "tools/kit/tool_host.h"
 #include "tools/kit/translation.h"
@@ -130,7 +131,7 @@ std::string Content(const fs::path& file) {
 void Tell(Context& context, const std::string& file, bool saved) {
     if (context.json) {
         const nlohmann::ordered_json out = {{"saved", saved}, {"file", file}};
-        std::printf("%s\n", out.dump(2, ' ', false, nlohmann::json::error_handler_t::replace).c_str());
+        WriteLine(out.dump(2, ' ', false, nlohmann::json::error_handler_t::replace));
     } else {
         PrintText(Phrase(saved ? N_("{0} written") : N_("{0} left as it was"), file));
     }
@@ -155,12 +156,12 @@ void Open(Context& context, const Kind& kind, Tables& tables) {
 void List(Context& context, const Kind& kind, Tables& tables) {
     const Listing listing = kind.list(tables);
     if (!context.json) {
-        std::fputs(AsText(listing).c_str(), stdout);
+        WriteLines(AsText(listing));
         return;
     }
     nlohmann::ordered_json out = {{"file", kind.file(tables)}};
     out.update(AsJson(listing, kind.name));
-    std::printf("%s\n", out.dump(2, ' ', false, nlohmann::json::error_handler_t::replace).c_str());
+    WriteLine(out.dump(2, ' ', false, nlohmann::json::error_handler_t::replace));
 }
 
 void Settings(Context& context, const Kind& kind, const SettingsJob& job) {

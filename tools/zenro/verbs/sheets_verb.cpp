@@ -8,6 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "tools/kit/report.h"
 #include "tools/kit/text.h"
 #include "tools/kit/tool_host.h"
 #include "tools/kit/translation.h"
@@ -84,7 +85,7 @@ bool IsUsage(Refusal refusal) {
 }
 
 void Print(const std::string& line) {
-    std::printf("%s\n", line.c_str());
+    WriteLine(line);
 }
 
 // A refused item: the command line ends the work, a line of the input is left out and reported.

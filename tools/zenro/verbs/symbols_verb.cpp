@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/kit/output_file.h"
+#include "tools/kit/report.h"
 #include "tools/kit/standard_streams.h"
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
@@ -54,7 +55,7 @@ NamedLibrary LibraryOf(const SymbolsOptions& options) {
 }
 
 void Print(const std::string& text) {
-    std::fputs(text.c_str(), stdout);
+    WriteLines(text);
 }
 
 void PrintJson(const nlohmann::ordered_json& j) {

@@ -7,6 +7,8 @@
 #include <nlohmann/json.hpp>
 
 #include "runtime/text/numbers.h"
+#include "tools/kit/report.h"
+#include "tools/kit/shown_text.h"
 #include "tools/kit/text.h"
 #include "tools/kit/translation.h"
 #include "tools/zenro/coord/transform_dataset.h"
@@ -76,13 +78,13 @@ void PrintPoint(const TransformOptions& options, const Transformation& way, cons
         j[plane ? "east_m" : "lon"] = two;
         if (!h.empty()) j["height_m"] = height;
         if (!p.rest.empty()) j["rest"] = p.rest;
-        std::printf("%s\n", j.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace).c_str());
+        WriteLine(j.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
         return;
     }
     std::string line;
     for (const std::string& part : {p.name, p.code, one, two, h, p.rest})
         if (!part.empty()) line += (line.empty() ? "" : " ") + part;
-    std::printf("%s\n", line.c_str());
+    WriteLine(line);
 }
 
 void TransformPoints(const TransformOptions& options, const Transformation& way, Context& context) {
@@ -91,11 +93,10 @@ void TransformPoints(const TransformOptions& options, const Transformation& way,
     long done = 0;
     const auto bad = [&](const PointLine& p, const std::string& wrong) {
         if (context.json)
-            std::printf("%s\n", nlohmann::ordered_json{{"line", p.number}, {"error", wrong}}
-                                    .dump(-1, ' ', false, nlohmann::json::error_handler_t::replace)
-                                    .c_str());
+            WriteLine(nlohmann::ordered_json{{"line", p.number}, {"error", wrong}}.dump(
+                -1, ' ', false, nlohmann::json::error_handler_t::replace));
         else
-            std::printf("error line %ld: %s\n", p.number, ForTerminal(wrong).c_str());
+            std::printf("error line %ld: %s\n", p.number, ForTerminal(Printable(wrong)).c_str());
     };
     ReadPoints(
         options.file, format, context,
@@ -121,7 +122,7 @@ void Transform(TransformOptions options, Context& context) {
     if (!options.columns.empty()) way.from.kind = KindOf(ColumnsOf(options.columns));
     const std::vector<std::string> lines = TakeParameters(options, way);
     if (!context.json)
-        for (const std::string& line : lines) std::printf("%s\n", line.c_str());
+        for (const std::string& line : lines) WriteLine(line);
     if (!options.output.empty()) {
         const long written = TransformDataset(
             {options.file, options.output, options.overwrite, options.encoding, options.fromGiven, options.toGiven},

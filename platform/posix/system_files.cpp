@@ -4,6 +4,7 @@
 #include <pwd.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -227,24 +228,46 @@ WriteLock::WriteLock(const fs::path& directory)
     }
 }
 
-// The system lists each lock with its process and the number of the file.
+// The system lists each lock with its process, the device and the number of the file. Some file systems have other
+// devices there: then the only lock with that number is the one.
 long WriteLock::holder() const {
     struct stat directory {};
     if (m_handle < 0 || ::fstat(m_handle, &directory) != 0) return 0;
     std::ifstream locks("/proc/locks");
+    long likely = 0;
+    int like = 0;
     for (std::string line; std::getline(locks, line);) {
         long process = 0;
+        unsigned int high = 0, low = 0;
         unsigned long number = 0;
-        if (std::sscanf(line.c_str(), "%*d: FLOCK %*s WRITE %ld %*x:%*x:%lu", &process, &number) == 2 &&
-            number == directory.st_ino)
-            return process;
+        if (std::sscanf(line.c_str(), "%*d: FLOCK %*s WRITE %ld %x:%x:%lu", &process, &high, &low, &number) != 4 ||
+            number != directory.st_ino)
+            continue;
+        if (makedev(high, low) == directory.st_dev) return process;
+        likely = process;
+        ++like;
     }
-    return 0;
+    return like == 1 ? likely : 0;
 }
 
 WriteLock::~WriteLock() {
     if (m_handle >= 0) ::close(m_handle);
 }
+
+namespace {
+
+// Gives a new file the owner and the group of the old one, where the system lets it, and returns the mode that it may
+// have: only the administrator may give a file away, and a group that is another has what others have.
+mode_t KeptMode(int file, const struct stat& made, const struct stat& old) {
+    mode_t mode = old.st_mode & 07777;
+    if (made.st_uid == old.st_uid && made.st_gid == old.st_gid) return mode;
+    if (::fchown(file, old.st_uid, old.st_gid) == 0) return mode;
+    mode &= ~static_cast<mode_t>(S_ISUID | S_ISGID);
+    if (made.st_gid == old.st_gid || ::fchown(file, static_cast<uid_t>(-1), old.st_gid) == 0) return mode;
+    return (mode & ~static_cast<mode_t>(S_IRWXG)) | (mode & S_IRWXO) << 3;
+}
+
+}  // namespace
 
 bool ReplaceContent(const fs::path& target, std::string_view bytes) {
     struct stat old {};
@@ -260,12 +283,7 @@ bool ReplaceContent(const fs::path& target, std::string_view bytes) {
     bool good = true;
     if (exists) {
         struct stat made {};
-        good = ::fstat(fd.get(), &made) == 0;
-        if (good && (made.st_uid != old.st_uid || made.st_gid != old.st_gid) &&
-            ::fchown(fd.get(), old.st_uid, old.st_gid) != 0) {
-            // Only its owner and the administrator may give a file away; it then belongs to who wrote it.
-        }
-        if (good && ::fchmod(fd.get(), old.st_mode & 07777) != 0) good = false;
+        good = ::fstat(fd.get(), &made) == 0 && ::fchmod(fd.get(), KeptMode(fd.get(), made, old)) == 0;
     }
     good = good && WriteAll(fd.get(), bytes) && ::fsync(fd.get()) == 0;
     good = fd.Close() && good;

@@ -1,5 +1,6 @@
 // Profile files between processes, users and full disks: whole at every moment, read once.
 #include <fcntl.h>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/file.h>
@@ -271,6 +272,26 @@ TEST_F(ProfileFile, ModeOwnerAndLinksStay) {
         EXPECT_EQ(st.st_gid, 2345u);
     }
     EXPECT_EQ(zm::test::ReadFile(scratch() / "real.ini"), "[a]\r\nk=1\r\n");
+}
+
+// Where the group cannot be kept, its rights are no other group's.
+TEST_F(ProfileFile, AnotherGroupHasWhatOthersHave) {
+    if (::geteuid() != 0) GTEST_SKIP() << "only the administrator can make a file of another user";
+    zm::test::WriteFile(path(), "[a]\r\n");
+    fs::permissions(scratch().path(), fs::perms::all);
+    ASSERT_EQ(::chown(path().c_str(), 1234, 2345), 0);
+    ASSERT_EQ(::chmod(path().c_str(), 06676), 0);
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        if (::setgroups(0, nullptr) != 0 || ::setgid(65534) != 0 || ::setuid(65534) != 0) ::_exit(9);
+        ::_exit(zm::profile::WriteString("a", "k", "1", file()) ? 0 : 1);
+    }
+    EXPECT_EQ(Wait(child), 0);
+    struct stat st {};
+    ASSERT_EQ(::stat(path().c_str(), &st), 0);
+    EXPECT_EQ(st.st_uid, 65534u);
+    EXPECT_EQ(st.st_mode & 07777, 0666u);
 }
 
 TEST_F(ProfileFile, ALinkToNothingIsFollowedToTheNewFile) {

@@ -215,6 +215,40 @@ TEST(Outputs, AFileThatItsUserMayNotWriteIsNotReplaced) {
     EXPECT_NE(ReadFile(zenro / "said.txt").find("may not be replaced"), std::string::npos);
 }
 
+// Where a group cannot be kept, its rights are no other group's.
+TEST(Outputs, AnotherGroupHasWhatOthersHave) {
+    if (geteuid() != 0) GTEST_SKIP() << "only the administrator can make a file of another user";
+    const Program zenro;
+    Prepare(zenro);
+    zenro.File("out.svg", "old");
+    chmod(zenro.folder().c_str(), 0777);
+    ASSERT_EQ(chown((zenro / "out.svg").c_str(), 1234, 2345), 0);
+    chmod((zenro / "out.svg").c_str(), 06676);
+    ASSERT_EQ(Shell(zenro,
+                    "setpriv --reuid=65534 --regid=65534 --clear-groups env HOME=/nonexistent \"$ZENRO\" draw "
+                    "in.geojson --rules ./r.rules --scale 1000 -o out.svg --overwrite 2>said.txt"),
+              0)
+        << ReadFile(zenro / "said.txt");
+    struct stat made {};
+    ASSERT_EQ(stat((zenro / "out.svg").c_str(), &made), 0);
+    EXPECT_EQ(made.st_uid, 65534u);
+    EXPECT_EQ(made.st_mode & 07777, 0666u);
+}
+
+#if ZENRO_HAS_QT
+TEST(Outputs, APictureLeavesNothingAmongTheTemporaryFiles) {
+    const Program zenro;
+    Prepare(zenro);
+    std::filesystem::create_directory(zenro / "temporary");
+    ASSERT_EQ(Shell(zenro,
+                    "unset XDG_RUNTIME_DIR; TMPDIR=\"$PWD/temporary\" \"$ZENRO\" draw in.geojson --rules "
+                    "./r.rules --scale 1000 -o out.png -o out.pdf 2>said.txt"),
+              0);
+    EXPECT_TRUE(std::filesystem::is_empty(zenro / "temporary"));
+    EXPECT_EQ(ReadFile(zenro / "said.txt").find("QStandardPaths"), std::string::npos) << ReadFile(zenro / "said.txt");
+}
+#endif
+
 TEST(Outputs, WhatAKilledRunLeftIsRemovedByTheNext) {
     const Program zenro;
     std::string features;

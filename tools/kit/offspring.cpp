@@ -12,6 +12,7 @@
 #include <cstring>
 
 #include "tools/kit/output_file.h"
+#include "tools/kit/qt_module.h"
 #include "tools/kit/tool_host.h"
 #include "tools/kit/translation.h"
 
@@ -105,6 +106,7 @@ struct Child {
 };
 
 Child Start(int piece, Report& report, const std::function<std::string(int)>& work) {
+    NameRuntimeDirectory();
     int ends[2];
     if (pipe(ends) != 0) throw Failure(kFailed, Phrase("no process can be started: {0}.", SystemError(errno)));
     std::fflush(stdout);

@@ -155,18 +155,20 @@ fs::path TemporaryPlace() {
     return error ? fs::path("/tmp") : place;
 }
 
-// Mode and owner of what is replaced. Only the administrator may give a file away; else it belongs to who wrote it.
+// Mode and owner of what is replaced. Only the administrator may give a file away; else it belongs to who wrote it, and
+// a group that is another has what others have.
 void TakeOver(int file, const fs::path& place) {
     struct stat old {
     }, made{};
     if (::stat(place.c_str(), &old) != 0 || !S_ISREG(old.st_mode) || ::fstat(file, &made) != 0) return;
-    if (made.st_uid != old.st_uid || made.st_gid != old.st_gid) {
-        if (::fchown(file, old.st_uid, old.st_gid) != 0 && ::fchown(file, static_cast<uid_t>(-1), old.st_gid) != 0) {
-            // The group is kept where the user is a member of it; a mode that serves another group must not open ours.
-            old.st_mode &= ~static_cast<mode_t>(S_ISUID | S_ISGID);
-        }
+    mode_t mode = old.st_mode & 07777;
+    const bool other = made.st_uid != old.st_uid || made.st_gid != old.st_gid;
+    if (other && ::fchown(file, old.st_uid, old.st_gid) != 0) {
+        mode &= ~static_cast<mode_t>(S_ISUID | S_ISGID);
+        if (made.st_gid != old.st_gid && ::fchown(file, static_cast<uid_t>(-1), old.st_gid) != 0)
+            mode = (mode & ~static_cast<mode_t>(S_IRWXG)) | (mode & S_IRWXO) << 3;
     }
-    if (::fchmod(file, old.st_mode & 07777) != 0) return;
+    if (::fchmod(file, mode) != 0) return;
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "tools/kit/qt_module.h"
 
 #include <dlfcn.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -9,6 +8,7 @@
 #include <vector>
 
 #include "tools/kit/exit_codes.h"
+#include "tools/kit/output_file.h"
 #include "tools/kit/translation.h"
 #include "tools/zenro/map/library_session.h"
 
@@ -21,8 +21,7 @@ constexpr char kModule[] = "libzenro_qt.so";
 
 const ZenroQtBridge* Load(std::string& tried) {
     std::error_code error;
-    // Where the user has no runtime directory Qt takes this one, and says so on stderr each time.
-    setenv("XDG_RUNTIME_DIR", (fs::temp_directory_path(error) / ("runtime-" + std::to_string(getuid()))).c_str(), 0);
+    NameRuntimeDirectory();
     const fs::path program = fs::read_symlink("/proc/self/exe", error).parent_path();
     const std::vector<fs::path> places = {fs::path(ModuleDirectory()) / kModule, program / kModule,
                                           program / ".." / "lib" / kModule, kModule};
@@ -42,6 +41,16 @@ const ZenroQtBridge* Load(std::string& tried) {
 }
 
 }  // namespace
+
+void NameRuntimeDirectory() {
+    if (std::getenv("XDG_RUNTIME_DIR") != nullptr) return;
+    try {
+        static const PrivateFolder folder;
+        setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 0);
+    } catch (const Failure&) {
+        // Qt does without one too.
+    }
+}
 
 const ZenroQtBridge* TryLoadQt() {
     std::string tried;

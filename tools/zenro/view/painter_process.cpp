@@ -10,11 +10,13 @@
 #include <cstring>
 
 #include "tools/kit/exit_codes.h"
+#include "tools/kit/qt_module.h"
 #include "tools/kit/translation.h"
 
 namespace zm::tool {
 
 void PainterProcess::Start() {
+    NameRuntimeDirectory();
     int ends[2];
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
         throw Failure(kFailed, Phrase("no process can be started: {0}.", SystemError(errno)));

@@ -85,8 +85,12 @@ std::optional<DrawingFile> DrawingFile::Open(const char* path) {
     if (file == nullptr) return std::nullopt;
     std::vector<std::uint8_t> bytes;
     std::uint8_t part[1 << 16];
-    while (const std::size_t read = std::fread(part, 1, sizeof part, file.get()))
+    constexpr std::size_t kLargest = 0xFFFFFFFF;  // the offsets of the format have 32 bits
+    while (const std::size_t read = std::fread(part, 1, sizeof part, file.get())) {
         bytes.insert(bytes.end(), part, part + read);
+        if (bytes.size() > kLargest) return std::nullopt;
+        if (bytes.size() >= 2 && (bytes[0] != 'A' || bytes[1] != 'C')) break;  // no drawing, however long
+    }
     if (std::ferror(file.get()) != 0) return std::nullopt;
     return DrawingFile(std::move(bytes));
 }

@@ -124,7 +124,8 @@ class ZM_API DrawingFile {
  public:
     /// \param bytes  the whole file
     explicit DrawingFile(std::vector<std::uint8_t> bytes);
-    /// Reads a file. path: GBK, with backslashes or slashes. Empty where it cannot be opened or read.
+    /// Reads a file. path: GBK, with backslashes or slashes. Empty where it cannot be opened or read, or is longer than 4
+    /// GiB; of what does not begin as a drawing only the beginning is read.
     static std::optional<DrawingFile> Open(const char* path);
     ~DrawingFile();
     DrawingFile(DrawingFile&& other) noexcept;

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
+#include "runtime/text/numbers.h"
 #include "tests/support/recorded_numbers.h"
 #include "tests/zenro/program.h"
 
@@ -157,5 +160,43 @@ TEST_F(TextsInMissingFaces, CharactersThatNoFaceHasAreReported) {
     EXPECT_EQ(Draw("WenQuanYi Zen Hei", "\xB2\xE2\xC1\xBF 12").status, 0);
 }
 #endif
+
+// Its line in the recording is of 1.2 MB.
+TEST(Replay, AnAreaOfManyVerticesStaysWhole) {
+    Program zenro;
+    std::string ring;
+    constexpr int kVertices = 40000;
+    for (int i = 0; i < kVertices; ++i) {
+        const double turn = 6.283185307179586 * i / kVertices, r = 40.0 + i % 2;
+        ring += zm::numbers::Text("[%.4f,%.4f],", 40512050 + r * std::cos(turn), 3456050 + r * std::sin(turn));
+    }
+    zenro.File("in.geojson", Collection(AreaFeature("[" + ring + "[40512090,3456050]]", "\"name\":\"W\"")));
+    zenro.File("r.rules", "* -> symbol 500\n");
+    ASSERT_EQ(zenro.Run({"draw", "in.geojson", "--rules", "./r.rules", "--scale", "1000", "-o", "a.rec", "-o", "a.svg"})
+                  .status,
+              0);
+    ASSERT_GT(ReadFile(zenro / "a.rec").find('\n', ReadFile(zenro / "a.rec").find("# area ")), std::size_t{1} << 20);
+    ASSERT_EQ(zenro.Run({"replay", "a.rec", "b.rec"}).status, 0);
+    const auto area = [&](const char* name) {
+        const std::string bytes = ReadFile(zenro / name);
+        const std::size_t at = bytes.find("# area ");
+        return bytes.substr(at, bytes.find('\n', at) - at);
+    };
+    EXPECT_TRUE(area("a.rec") == area("b.rec"));
+}
+
+TEST(Replay, ALineWithoutEndIsRefused) {
+    Program zenro;
+    zenro.File("endless.rec", "");
+    std::filesystem::resize_file(zenro / "endless.rec", std::uintmax_t{1} << 40);
+    for (const std::vector<std::string>& arguments : {std::vector<std::string>{"replay", "endless.rec", "b.svg"},
+                                                      {"coord", "to-geo", "endless.rec"},
+                                                      {"dwg", "info", "endless.rec"},
+                                                      {"dwg", "check", "endless.rec"}}) {
+        const Outcome end = zenro.Run(arguments);
+        EXPECT_EQ(end.status, 3) << arguments[0] << end.err;
+        EXPECT_NE(end.err.find("MiB; that is not such a file"), std::string::npos) << end.err;
+    }
+}
 
 }  // namespace

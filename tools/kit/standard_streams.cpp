@@ -14,6 +14,7 @@
 
 #include "tools/kit/exit_codes.h"
 #include "tools/kit/output_file.h"
+#include "tools/kit/tool_host.h"
 #include "tools/kit/translation.h"
 
 namespace fs = std::filesystem;
@@ -65,7 +66,8 @@ void ReadBlocks(Take take) {
     MakeBinary(stdin);
     char block[kBlock];
     std::size_t count = 0;
-    while ((count = std::fread(block, 1, sizeof block, stdin)) > 0) take(block, count);
+    for (; (count = std::fread(block, 1, sizeof block, stdin)) > 0; CheckStop()) take(block, count);
+    CheckStop();
     if (std::ferror(stdin) != 0) throw Failure(kNoInput, Phrase("-: stdin cannot be read: {0}.", SystemError(errno)));
 }
 

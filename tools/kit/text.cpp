@@ -1,6 +1,7 @@
 #include "tools/kit/text.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <fstream>
@@ -10,6 +11,7 @@
 #include "runtime/text/numbers.h"
 #include "tools/kit/exit_codes.h"
 #include "tools/kit/standard_streams.h"
+#include "tools/kit/tool_host.h"
 #include "tools/kit/translation.h"
 
 namespace fs = std::filesystem;
@@ -73,15 +75,35 @@ std::string ReadWholeFile(const fs::path& path, std::size_t limit) {
     std::ifstream in(path, std::ios::binary);
     if (!in)
         throw Failure(kNoInput, Phrase("{0}: cannot be opened. Check the path and its permissions.", path.string()));
+    const auto tooLarge = [&] {
+        return Failure(kNoInput,
+                       Phrase("{0}: is larger than {1} MiB; that is not such a file.", path.string(), limit >> 20));
+    };
+    if (const std::uintmax_t size = fs::file_size(path, error); !error && size > limit) throw tooLarge();
     std::string bytes;
     char block[65536];
     while (in.read(block, sizeof block), in.gcount() > 0) {
         bytes.append(block, static_cast<std::size_t>(in.gcount()));
-        if (bytes.size() > limit)
-            throw Failure(kNoInput,
-                          Phrase("{0}: is larger than {1} MiB; that is not such a file.", path.string(), limit >> 20));
+        if (bytes.size() > limit) throw tooLarge();  // a file that grows, or a pipe
     }
+    if (in.bad()) throw Failure(kNoInput, Phrase("{0}: cannot be read: {1}.", path.string(), SystemError(errno)));
     return bytes;
+}
+
+bool NextLine(std::FILE* file, const std::string& name, std::string& line) {
+    constexpr std::size_t kLongest = 64u << 20;  // an area of a recording has two million vertices then
+    line.clear();
+    int c = 0;
+    while ((c = std::getc(file)) != EOF && c != '\n') {
+        if (line.size() == kLongest)
+            throw Failure(kNoInput, Phrase("{0}: has a line of more than {1} MiB; that is not such a file.", name,
+                                           kLongest >> 20));
+        line += static_cast<char>(c);
+    }
+    CheckStop();
+    if (c == EOF && std::ferror(file) != 0)
+        throw Failure(kNoInput, Phrase("{0}: cannot be read: {1}.", name, SystemError(errno)));
+    return c != EOF || !line.empty();
 }
 
 bool IsSymbolLibrary(const fs::path& path) {

@@ -1,6 +1,7 @@
 // Small text helpers of the program: trimming, strict numbers, files, encodings.
 #pragma once
 
+#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -17,6 +18,10 @@ std::string Fixed(double number, int decimals);
 
 /// The bytes of a file, or of stdin for "-". Throws Failure (kNoInput), also where it is larger than the limit.
 std::string ReadWholeFile(const std::filesystem::path& path, std::size_t limit);
+
+/// The next line of a file of lines, without its "\n"; false at the end of the file. Throws Failure (kNoInput) where it
+/// cannot be read, and for a line of more than 64 MiB. name: what messages call the file.
+bool NextLine(std::FILE* file, const std::string& name, std::string& line);
 
 /// True for a file with a line that begins a symbol (*, a code from 1 to 999) or ends the symbols (*$), and without zero
 /// bytes. Throws Failure (kNoInput) where it cannot be read.

@@ -27,25 +27,11 @@ struct FileCloser {
 };
 using File = std::unique_ptr<std::FILE, FileCloser>;
 
-constexpr std::size_t kMaxLine = 1u << 16;
-
 File OpenPoints(const std::string& name) {
     if (name.empty() || name == "-") return File(stdin);
     std::FILE* file = OpenFile(PathOf(name), "rb");
     if (file == nullptr) throw Failure(kNoInput, Phrase("{0}: cannot be opened: {1}.", name, SystemError(errno)));
     return File(file);
-}
-
-// One line without its end; false at the end of the file. A line that is too long is cut and reads as no point.
-bool NextLine(std::FILE* file, const std::string& name, std::string& line) {
-    line.clear();
-    int c;
-    while ((c = std::getc(file)) != EOF && c != '\n')
-        if (line.size() < kMaxLine) line += static_cast<char>(c);
-    CheckStop();
-    if (c == EOF && std::ferror(file) != 0)
-        throw Failure(kNoInput, Phrase("{0}: cannot be read: {1}.", (name.empty() ? "-" : name), SystemError(errno)));
-    return c != EOF || !line.empty();
 }
 
 constexpr char kParting[] = " \t\r,;";
@@ -311,7 +297,7 @@ long ReadLines(const std::string& file, PointFormat format, Context& context, Pa
     std::string line;
     PointLine point;
     bool first = true;
-    while (NextLine(in.get(), file, line)) {
+    while (NextLine(in.get(), name, line)) {
         if (++point.number == 1 && line.compare(0, 3, "\xEF\xBB\xBF") == 0) line.erase(0, 3);
         const std::string where = name + ":" + std::to_string(point.number) + ": ";
         std::string text = Trim(line);

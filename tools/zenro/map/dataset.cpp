@@ -1,15 +1,17 @@
 #include "tools/zenro/map/dataset.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <iterator>
 #include <utility>
+#include <vector>
 
+#include "tools/kit/standard_streams.h"
 #include "tools/kit/text.h"
 #include "tools/kit/tool_host.h"
 #include "tools/kit/translation.h"
 #include "tools/zenro/map/rules.h"
+#include "tools/zenro/map/watched_files.h"
 
 namespace fs = std::filesystem;
 
@@ -48,11 +50,11 @@ bool GivesRawTexts(GDALDataset& dataset) {
 }
 
 // Sources whose features come in the order of an index, or of rows on a disk.
-bool IsDatabase(GDALDataset& dataset) {
+bool IsDatabase(const std::string& driver) {
     static constexpr const char* kDatabases[] = {"PostgreSQL",   "GPKG", "SQLite", "MySQL",
                                                  "MSSQLSpatial", "OCI",  "HANA",   "ODBC"};
-    const std::string name = DriverOf(dataset);
-    return std::any_of(std::begin(kDatabases), std::end(kDatabases), [&](const char* known) { return name == known; });
+    return std::any_of(std::begin(kDatabases), std::end(kDatabases),
+                       [&](const char* known) { return driver == known; });
 }
 
 // A name, or a text, in SQL.
@@ -89,6 +91,19 @@ bool ReadAlike(const OGRFieldDefn& a, const OGRFieldDefn& b) {
     return a.GetType() == OFTString || (a.GetWidth() == b.GetWidth() && a.GetPrecision() == b.GetPrecision());
 }
 
+// An input whose driver reads it through GDAL is watched; databases notice by themselves what fails, and lock the file.
+std::string WatchedWherePossible(const std::string& name) {
+    for (const std::string archive : {"/vsizip/", "/vsitar/", "/vsigzip/"})
+        if (name.rfind(archive + "/", 0) == 0) return archive + WatchedInput(name.substr(archive.size()));
+    std::error_code error;
+    if (!fs::is_regular_file(PathOf(name), error) && !fs::is_directory(PathOf(name), error)) return name;
+    auto* driver = static_cast<GDALDriver*>(GDALIdentifyDriverEx(name.c_str(), GDAL_OF_VECTOR, nullptr, nullptr));
+    if (driver == nullptr || IsDatabase(driver->GetDescription()) ||
+        driver->GetMetadataItem(GDAL_DCAP_VIRTUALIO) == nullptr)
+        return name;
+    return WatchedInput(fs::absolute(PathOf(name)));
+}
+
 Dataset OpenOne(const std::string& gdalName, const std::string& shown, const TextDecoder& decoder) {
     BeSilent();
     CPLStringList openOptions;
@@ -97,9 +112,15 @@ Dataset OpenOne(const std::string& gdalName, const std::string& shown, const Tex
         openOptions.SetNameValue("ENCODING", decoder.plain() ? "UTF-8" : "");
         CPLSetConfigOption("DXF_ENCODING", "UTF-8");
     }
-    CPLErrorReset();
-    Dataset dataset(static_cast<GDALDataset*>(
-        GDALOpenEx(gdalName.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY, nullptr, openOptions.List(), nullptr)));
+    const auto open = [&](const std::string& name) {
+        CPLErrorReset();
+        return Dataset(static_cast<GDALDataset*>(
+            GDALOpenEx(name.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY, nullptr, openOptions.List(), nullptr)));
+    };
+    const std::string watched = WatchedWherePossible(gdalName);
+    Dataset dataset = open(watched);
+    RefuseReadFault();
+    if (dataset == nullptr && watched != gdalName) dataset = open(gdalName);
     if (dataset == nullptr)
         throw Failure(kNoInput,
                       Phrase("{0}: cannot be read as map data: {1}. Try ogrinfo on it.", shown, LastReason()));
@@ -132,11 +153,9 @@ std::vector<OpenInput> OpenArchive(const std::string& input, const char* prefix,
 
 std::vector<OpenInput> OpenStdin(const TextDecoder& decoder) {
     BeSilent();
+    constexpr std::size_t kLargest = std::size_t{4} << 30;
     static std::string bytes;  // stays as long as the dataset over it
-    char block[65536];
-    bytes.clear();
-    for (std::size_t n; (n = std::fread(block, 1, sizeof block, stdin)) > 0; CheckStop()) bytes.append(block, n);
-    CheckStop();
+    bytes = ReadStandardInput(kLargest);
     if (bytes.empty()) throw Failure(kNoInput, Phrase("-: stdin is empty."));
     constexpr char kName[] = "/vsimem/zenro/stdin";
     VSIFCloseL(VSIFileFromMemBuffer(kName, reinterpret_cast<GByte*>(bytes.data()), bytes.size(), FALSE));
@@ -148,7 +167,7 @@ std::vector<OpenInput> OpenStdin(const TextDecoder& decoder) {
 }  // namespace
 
 std::string LastReason() {
-    std::string reason = CPLGetLastErrorMsg();
+    std::string reason = WithPlainNames(CPLGetLastErrorMsg());
     std::replace(reason.begin(), reason.end(), '\n', ' ');
     while (!reason.empty() && (reason.back() == '.' || reason.back() == ' ')) reason.pop_back();
     return reason.empty() ? Phrase("no driver knows it") : reason;
@@ -219,9 +238,10 @@ std::vector<std::string> FilesOf(GDALDataset& dataset) {
     std::error_code error;
     char** list = dataset.GetFileList();
     for (char** one = list; one != nullptr && *one != nullptr; ++one)
-        if (fs::is_regular_file(PathOf(*one), error)) files.emplace_back(*one);
+        if (const std::string file = WithPlainNames(*one); fs::is_regular_file(PathOf(file), error))
+            files.push_back(file);
     CSLDestroy(list);
-    if (IsDatabase(dataset) && !files.empty()) files.push_back(files.front() + "-wal");
+    if (IsDatabase(DriverOf(dataset)) && !files.empty()) files.push_back(files.front() + "-wal");
     return files;
 }
 
@@ -236,7 +256,7 @@ LayerReader::LayerReader(GDALDataset& dataset, OGRLayer& layer, bool own, std::s
       m_decoder(decoder),
       m_report(report),
       m_limit(selection.limit),
-      m_isDatabase(IsDatabase(dataset)) {
+      m_isDatabase(IsDatabase(DriverOf(dataset))) {
     m_fields = layer.GetLayerDefn()->Clone();
     m_fields->Reference();
     for (int i = 0; i < m_fields->GetFieldCount(); ++i) {
@@ -376,6 +396,7 @@ FeaturePointer LayerReader::Next() {
         CPLErrorReset();
         FeaturePointer feature(read().GetNextFeature());
         if (feature == nullptr) {
+            RefuseReadFault();
             if (CPLGetLastErrorType() == CE_Failure && !std::exchange(m_toldEnd, true))
                 m_report.Skip(N_("layers that end early"),
                               Phrase("{0}: reading ended early: {1}.", m_name, LastReason()));

@@ -34,6 +34,8 @@ dwg::reader::Drawing ReadDrawingFile(const fs::path& path) {
     }
     std::vector<std::uint8_t> bytes(static_cast<std::size_t>(size));
     bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file.get()));
+    if (std::ferror(file.get()) != 0)
+        throw Failure(kNoInput, Phrase("{0}: cannot be read: {1}.", path.string(), SystemError(errno)));
     return dwg::reader::Drawing(std::move(bytes));
 }
 

@@ -8,6 +8,7 @@
 #include "draw/device.h"
 #include "tools/kit/angles.h"
 #include "tools/kit/process.h"
+#include "tools/kit/text.h"
 #include "tools/kit/tool_host.h"
 #include "tools/kit/translation.h"
 #include "tools/zenro/map/area_fill.h"
@@ -17,7 +18,6 @@ namespace zm::tool {
 namespace {
 
 constexpr int kDwg = 1, kMonochrome = 2, kRecording = 3;
-constexpr std::size_t kMaxLine = 1u << 20;
 
 struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
@@ -30,17 +30,10 @@ void ForEachLine(const std::filesystem::path& recording, const std::string& inpu
     const std::unique_ptr<std::FILE, FileCloser> file(OpenFile(recording, "rb"));
     if (file == nullptr) throw Failure(kNoInput, Phrase("{0}: cannot be opened: {1}.", input, SystemError(errno)));
     std::string line;
-    int c = 0;
-    for (long number = 1; c != EOF; ++number) {
-        line.clear();
-        while ((c = std::getc(file.get())) != EOF && c != '\n')
-            if (line.size() < kMaxLine) line += static_cast<char>(c);
-        CheckStop();
+    for (long number = 1; NextLine(file.get(), input, line); ++number) {
         if (!line.empty() && line.back() == '\r') line.pop_back();
         if (!line.empty()) work(number, line);
     }
-    if (std::ferror(file.get()) != 0)
-        throw Failure(kNoInput, Phrase("{0}: cannot be read: {1}.", input, SystemError(errno)));
 }
 
 Box BoxOf(const Command& c) {

@@ -13,6 +13,7 @@
 #include "tools/kit/tool_host.h"
 #include "tools/kit/translation.h"
 #include "tools/zenro/map/dataset.h"
+#include "tools/zenro/map/watched_files.h"
 
 namespace fs = std::filesystem;
 
@@ -755,6 +756,7 @@ std::vector<long long> Source::CountIn(const std::vector<Box>& boxes, const std:
             CountByLook(*layer->reader, *layer->map, northFirst, tree, counts);
         else if (!CountByIndex(*layer->reader, *layer->map, northFirst, boxes, counts) && !field.empty())
             RefuseComparison(*layer->reader, field, least);
+        RefuseReadFault();
         if (!field.empty()) data.SetAttributeFilter(nullptr);
     }
     if (!found)

@@ -7,17 +7,26 @@
 #include <cstring>
 #include <mutex>
 #include <system_error>
+#include <utility>
+
+#include "tools/kit/exit_codes.h"
+#include "tools/kit/translation.h"
 
 namespace zm::tool {
 namespace {
 
-constexpr char kPrefix[] = "/zenro-watched/";
+constexpr char kOutputs[] = "/zenro-watched/", kInputs[] = "/zenro-input/";
 
-std::mutex theLock;  // drivers may write on threads of their own
+std::mutex theLock;  // drivers may read and write on threads of their own
 std::string theFault;
+std::string theInput, theReadFault;  // the file, and the reason
+
+std::string Reason() {
+    return std::generic_category().message(errno != 0 ? errno : EIO);
+}
 
 void NoteFault() {
-    const std::string reason = std::generic_category().message(errno != 0 ? errno : EIO);
+    const std::string reason = Reason();
     const std::lock_guard guard(theLock);
     if (theFault.empty()) theFault = reason;
 }
@@ -80,8 +89,34 @@ int Close(void* file) {
     return Done(VSIFCloseL(FileOf(file)));
 }
 
-// GDAL's own files, with what may fail in a write looked at.
-void Install() {
+// An input with its name, for the report.
+struct Input {
+    VSILFILE* file;
+    std::string name;
+};
+
+Input& InputOf(void* input) {
+    return *static_cast<Input*>(input);
+}
+
+void NoteReadFault(const Input& input) {
+    const std::string reason = Reason();
+    const std::lock_guard guard(theLock);
+    if (!theReadFault.empty()) return;
+    theInput = input.name;
+    theReadFault = reason;
+}
+
+// Less than was asked for is the end of the file, or a fault. A folder opens, and drivers look into it as into a file.
+size_t ReadInput(void* input, void* bytes, size_t size, size_t count) {
+    errno = 0;
+    const size_t read = VSIFReadL(bytes, size, count, InputOf(input).file);
+    if (read < count && errno != EISDIR && VSIFEofL(InputOf(input).file) == 0) NoteReadFault(InputOf(input));
+    return read;
+}
+
+// What drivers do with names, as GDAL does it.
+VSIFilesystemPluginCallbacksStruct* PlainCalls() {
     VSIFilesystemPluginCallbacksStruct* calls = VSIAllocFilesystemPluginCallbacksStruct();
     calls->stat = [](void*, const char* name, VSIStatBufL* stat, int flags) {
         return VSIStatExL(PathOf(name).c_str(), stat, flags);
@@ -93,6 +128,11 @@ void Install() {
     calls->mkdir = [](void*, const char* name, long mode) { return VSIMkdir(PathOf(name).c_str(), mode); };
     calls->rmdir = [](void*, const char* name) { return VSIRmdir(PathOf(name).c_str()); };
     calls->read_dir = [](void*, const char* name, int most) { return VSIReadDirEx(PathOf(name).c_str(), most); };
+    return calls;
+}
+
+void InstallOutputs() {
+    VSIFilesystemPluginCallbacksStruct* calls = PlainCalls();
     calls->open = Open;
     calls->tell = [](void* file) { return VSIFTellL(FileOf(file)); };
     calls->seek = Seek;
@@ -102,7 +142,34 @@ void Install() {
     calls->flush = Flush;
     calls->truncate = Truncate;
     calls->close = Close;
-    VSIInstallPluginHandler(kPrefix, calls);
+    VSIInstallPluginHandler(kOutputs, calls);
+    VSIFreeFilesystemPluginCallbacksStruct(calls);
+}
+
+// Some drivers write beside an input what they found out about it; nothing is lost where they cannot.
+void InstallInputs() {
+    VSIFilesystemPluginCallbacksStruct* calls = PlainCalls();
+    calls->open = [](void*, const char* name, const char* access) -> void* {
+        VSILFILE* file = VSIFOpenL(PathOf(name).c_str(), access);
+        return file != nullptr ? new Input{file, PathOf(name)} : nullptr;
+    };
+    calls->tell = [](void* input) { return VSIFTellL(InputOf(input).file); };
+    calls->seek = [](void* input, vsi_l_offset offset, int whence) {
+        return VSIFSeekL(InputOf(input).file, offset, whence);
+    };
+    calls->read = ReadInput;
+    calls->eof = [](void* input) { return VSIFEofL(InputOf(input).file); };
+    calls->write = [](void* input, const void* bytes, size_t size, size_t count) {
+        return VSIFWriteL(bytes, size, count, InputOf(input).file);
+    };
+    calls->flush = [](void* input) { return VSIFFlushL(InputOf(input).file); };
+    calls->truncate = [](void* input, vsi_l_offset size) { return VSIFTruncateL(InputOf(input).file, size); };
+    calls->close = [](void* input) {
+        const int result = VSIFCloseL(InputOf(input).file);
+        delete static_cast<Input*>(input);
+        return result;
+    };
+    VSIInstallPluginHandler(kInputs, calls);
     VSIFreeFilesystemPluginCallbacksStruct(calls);
 }
 
@@ -110,8 +177,27 @@ void Install() {
 
 std::string WatchedName(const std::filesystem::path& path) {
     static std::once_flag once;
-    std::call_once(once, Install);
-    return kPrefix + path.string().substr(1);
+    std::call_once(once, InstallOutputs);
+    return kOutputs + path.string().substr(1);
+}
+
+std::string WatchedInput(const std::filesystem::path& path) {
+    static std::once_flag once;
+    std::call_once(once, InstallInputs);
+    return kInputs + path.string().substr(1);
+}
+
+std::string WithPlainNames(std::string text) {
+    for (std::size_t at = 0; (at = text.find(kInputs, at)) != std::string::npos;)
+        text.replace(at, sizeof kInputs - 1, "/");
+    return text;
+}
+
+void RefuseReadFault() {
+    const std::lock_guard guard(theLock);
+    if (theReadFault.empty()) return;
+    const std::string reason = std::exchange(theReadFault, {});
+    throw Failure(kNoInput, Phrase("{0}: cannot be read: {1}.", theInput, reason));
 }
 
 std::string WriteFault() {

@@ -1,5 +1,5 @@
-// What a driver of GDAL writes, watched: some drivers do not look whether a write succeeded and leave a cut file, others
-// say what failed and go on.
+// What a driver of GDAL reads and writes, watched: many drivers take a read that failed for the end of the file; some do
+// not look whether a write succeeded and leave a cut file, others say what failed and go on.
 #pragma once
 
 #include <filesystem>
@@ -16,6 +16,16 @@ std::string WatchedName(const std::filesystem::path& path);
 /// none did.
 std::string WriteFault();
 void ForgetFault();
+
+/// The name under which a driver finds an input so that its reads are watched.
+/// \param path  absolute
+std::string WatchedInput(const std::filesystem::path& path);
+
+/// A name or a message of a driver, with the watched input called by its path.
+std::string WithPlainNames(std::string text);
+
+/// Throws Failure (kNoInput) where a read of a watched input has failed since the last call.
+void RefuseReadFault();
 
 /// Notes what GDAL says has failed in this thread while it lives, and keeps it from stderr.
 class DriverFault {

@@ -1,7 +1,6 @@
 // zenro sheets: standard map sheets and their numbers, as a filter.
 #include <cstdio>
 #include <functional>
-#include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -131,8 +130,7 @@ void ForEachNumber(const SheetOptions& options, const std::function<void(const s
         return;
     }
     std::string line;
-    while (std::getline(std::cin, line)) {
-        CheckStop();
+    while (NextLine(stdin, "-", line)) {
         line = Trim(line);
         if (!line.empty() && line[0] != '#') work(line);
     }

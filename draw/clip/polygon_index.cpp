@@ -10,6 +10,7 @@ namespace {
 
 constexpr int kFewestVertices = 24;         // below, the plain order is as fast
 constexpr double kLargestCoordinate = 5e7;  // metres; beyond, rounding comes near the tolerances below
+constexpr double kMostRows = 16384.0;       // and columns of the grid
 constexpr double kLongestList = 24.0;       // entries in the cells for each edge; longer lists take a coarser grid
 
 // The tolerances of PtInPolyEdge are 1e-7 and 1e-8. What follows is outside them by more than rounding.
@@ -111,8 +112,8 @@ void PolygonIndex::Build(const PP* polygon, int n) {
         const double cell = std::sqrt(width * height / cells);
         m_grid.left = left;
         m_grid.bottom = bottom;
-        m_grid.columns = std::clamp(static_cast<int>(std::ceil(width / cell)), 1, 1 << 14);
-        m_grid.rows = std::clamp(static_cast<int>(std::ceil(height / cell)), 1, 1 << 14);
+        m_grid.columns = static_cast<int>(std::clamp(std::ceil(width / cell), 1.0, kMostRows));
+        m_grid.rows = static_cast<int>(std::clamp(std::ceil(height / cell), 1.0, kMostRows));
         m_grid.cellWidth = width / m_grid.columns;
         m_grid.cellHeight = height / m_grid.rows;
         m_grid.perWidth = 1.0 / m_grid.cellWidth;

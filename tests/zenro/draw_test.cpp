@@ -364,6 +364,50 @@ TEST_F(Draw, ASheetTooLargeForPaperIsWrongUsage) {
     EXPECT_NE(r.err.find("m of paper at 1:1000"), std::string::npos);
 }
 
+TEST_F(Draw, ASheetBeyondSenseIsWrongUsageAndNamed) {
+    const std::string data = Collection(LineFeature("[40512010,3456010],[40512090,3456070]", "\"a\":1"));
+    const std::pair<const char*, const char*> cases[] = {
+        {"0,0,1e-7,1e-7", "the sheet would be 1e-07 mm of paper at 1:1000; give a larger --sheet"},
+        {"40512010,3456010,40512090,3456010.5", "the sheet would be 0.5 mm of paper at 1:1000"},
+        {"0,0,1e300,1e300", "--sheet: 1e+300 is no plane coordinate"},
+        {"-1e300,0,10,10", "--sheet: 1e+300 is no plane coordinate"},
+        {"0,-1e13,10,10", "--sheet: 1e+13 is no plane coordinate"}};
+    for (const auto& [sheet, words] : cases) {
+        const Outcome r = Run(data, "* -> symbol 250", {"-o", "a.svg", "--sheet", sheet});
+        EXPECT_EQ(r.status, 2) << sheet;
+        EXPECT_NE(r.err.find(words), std::string::npos) << r.err;
+        EXPECT_LT(r.err.size(), 300u);
+        EXPECT_FALSE(m_zenro.Has("a.svg"));
+    }
+    // A point alone has a sheet, turned or not.
+    const Outcome turned = Run(Collection(PointFeature(40512010, 3456010, "\"a\":1")), "* -> symbol 17",
+                               {"-o", "a.svg", "--rotate", "30"});
+    EXPECT_EQ(turned.status, 0) << turned.err;
+}
+
+// What is beyond the numbers of zones, of codes and of kinds of lines is none of them.
+TEST_F(Draw, WildNumbersOfSystemsAndLibrariesDoNotHurt) {
+    const std::string line = Collection(LineFeature("[40512010,3456010],[40512090,3456070]", "\"a\":1"));
+    for (const char* easting : {"1e300", "-1e300", "5e9", "2147483648000000"}) {
+        const Outcome r =
+            Run(line, "* -> symbol 250",
+                {"-o", "a.svg", "--source",
+                 std::string("+proj=tmerc +lat_0=0 +lon_0=120 +k=1 +ellps=GRS80 +units=m +x_0=") + easting});
+        EXPECT_GE(r.status, 0);
+        EXPECT_LT(r.status, 10) << r.err;
+    }
+    const std::string area = Collection(
+        AreaFeature("[[40512010,3456010],[40512090,3456010],[40512050,3456070],[40512010,3456010]]", "\"a\":1"));
+    m_zenro.File("wild.dat",
+                 "*7 LC\nG1e300 G-1e300 +1 -1\n*8 H\n1e300\n1 45 1e-30 135 1e-30 1e300\n*9 H\n-1e300\n2 45 1e-30\n"
+                 "*10 H\n1\n1e300 45 10\n");
+    for (const char* code : {"8", "9", "10"}) {
+        const Outcome r = Run(area, std::string("* -> symbol ") + code, {"-o", "a.svg", "--symbols", "./wild.dat"});
+        EXPECT_LT(r.status, 10) << r.err;
+    }
+    for (const char* verb : {"lint", "list"}) EXPECT_LT(m_zenro.Run({"symbols", verb, "./wild.dat"}).status, 10);
+}
+
 TEST_F(Draw, AMillionVerticesHeightsAndMeasuresDoNotHurt) {
     std::ostringstream line;
     for (int i = 0; i < 1000000; ++i) {

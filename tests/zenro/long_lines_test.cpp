@@ -59,4 +59,36 @@ TEST_F(LongLines, OfTenMetresOfPaperAreDrawnAsTheyStand) {
     EXPECT_GT(Count(Recording(), "Line2:"), 10);
 }
 
+// A contour with one wrong vertex, which no extent shows where the sheet is given.
+TEST_F(LongLines, HaveTheLabelsAndLettersThatAreOnTheSheet) {
+    const auto draw = [&](const char* last, const std::string& rules) {
+        const std::string line = std::string("[40512010,3456050],[40512090,3456050],[40512090,") + last + "]";
+        return DrawFile("in.geojson", Collection(LineFeature(line, "\"height\":40")), rules,
+                        {"--scale", "500", "--sheet", "40512000,3456000,40512100,3456100"});
+    };
+    for (const char* last :
+         {"3456090", "3456450", "400003456050"}) {  // the last: within the numbers of plane coordinates
+        Outcome end = draw(last, "* -> symbol 381, height height, note #, label height\n");
+        EXPECT_EQ(end.status, 0) << end.err;
+        EXPECT_GE(Count(Recording(), "Text:"), 1) << last;
+        EXPECT_EQ(end.err.find("found no room"), std::string::npos) << end.err;
+        end = draw(last, "* -> symbol 346\n");
+        EXPECT_EQ(end.status, 0) << end.err;
+        EXPECT_GT(Count(Recording(), "Line2:"), 20) << last << ": letters of the cable";
+    }
+}
+
+TEST_F(LongLines, AVertexThatIsNoPlaceIsNamedAndLeftOutWhereTheSheetIsGivenToo) {
+    for (const char* symbol : {"381, height height, note #, label height", "346", "386", "250"}) {
+        const Outcome end =
+            DrawFile("in.geojson",
+                     Collection(LineFeature("[40512010,3456050],[40512090,3456050],[7e297,3456051]", "\"height\":40")),
+                     std::string("* -> symbol ") + symbol + "\n",
+                     {"--scale", "500", "--sheet", "40512000,3456000,40512100,3456100"});
+        EXPECT_EQ(end.status, 4) << symbol;
+        EXPECT_NE(end.err.find("the vertex (7e+297, 3456051)"), std::string::npos) << end.err;
+        EXPECT_GT(Count(Recording(), "Line2:"), 0) << symbol;
+    }
+}
+
 }  // namespace

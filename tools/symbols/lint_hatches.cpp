@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "runtime/truncated.h"
 #include "symbol/area/hatch_lines.h"
 #include "symbol/file/symbol_file.h"
 #include "tools/kit/translation.h"
@@ -52,7 +53,7 @@ class HatchLint {
         const std::vector<Entry> entries = EntriesOf(m_text, m_code);
         if (entries.empty()) Say(header, Weight::doubtful, Phrase("the hatch has no entry: only the outline is drawn"));
         const auto style =
-            static_cast<int>(m_text.library.body[static_cast<std::size_t>(m_text.Head(m_code).position)].point.x);
+            Truncated(m_text.library.body[static_cast<std::size_t>(m_text.Head(m_code).position)].point.x);
         if (style < 0 || style > 6)
             Say(header, Weight::doubtful, Phrase("pen styles of the outline are 0 to 6, here {0}", style));
         for (std::size_t i = 0; i < entries.size(); ++i) {

@@ -5,6 +5,7 @@
 #include "runtime/files/files.h"
 #include "runtime/text/gbk.h"
 #include "runtime/text/numbers.h"
+#include "runtime/truncated.h"
 #include "tools/kit/translation.h"
 #include "tools/symbols/ornament_table.h"
 #include "tools/symbols/symbol_text.h"
@@ -73,14 +74,14 @@ std::vector<int> LeansOn(const Symbol& symbol) {
     } else if (symbol.kind == "LC" && symbol.source.size() > 1) {
         zm::scan::Scanner pattern(symbol.source[1].c_str());
         for (std::string_view token; pattern.Word(token);)
-            if (token[0] == 'G') add(static_cast<int>(zm::scan::LeadingNumber(std::string(token.substr(1)).c_str())));
+            if (token[0] == 'G') add(Truncated(zm::scan::LeadingNumber(std::string(token.substr(1)).c_str())));
     } else if (symbol.kind == "H") {
         for (std::size_t i = 1; i < symbol.source.size(); ++i) {
             zm::scan::Scanner entry(symbol.source[i].c_str());
             float values[6] = {0, 45, 10, 135, 10, 830};
             for (float& value : values)
                 if (!entry.Real(value)) break;
-            if (values[0] == 1.0F) add(static_cast<int>(values[5]));
+            if (values[0] == 1.0F) add(Truncated(values[5]));
         }
     }
     return codes;

@@ -24,4 +24,11 @@ inline int ZoneOfLongitude(double longitude, int width) {
     return static_cast<int>(width == 3 ? std::floor((longitude + 1.5) / 3.0) : std::floor(longitude / 6.0) + 1.0);
 }
 
+/// The zone whose number an easting begins with, metres; 0 where it begins with none from 1 to 120.
+inline int ZoneOfEasting(double easting) {
+    constexpr double kZones = 120.0;
+    const double zone = std::floor(easting / kZone);
+    return zone >= 1.0 && zone <= kZones ? static_cast<int>(zone) : 0;
+}
+
 }  // namespace zm::tool

@@ -5,6 +5,7 @@
 #include <map>
 
 #include "draw/device.h"
+#include "runtime/truncated.h"
 #include "tools/kit/angles.h"
 #include "tools/zenro/map/recording.h"
 #include "tools/zenro/map/symbol_extent.h"
@@ -21,7 +22,8 @@ constexpr int kNullPen = 5;
 constexpr double kClear = 0.5;         // millimetres between a symbol of a fill and the limit
 constexpr double kSmallest = 25.0;     // square millimetres; smaller areas have no symbol
 constexpr double kSmall = 100.0;       // square millimetres; smaller areas have one
-constexpr double kMostRanks = 4000.0;  // lines of ranks or of hatches across an area
+constexpr double kMostRanks = 4000.0;  // across an area
+constexpr double kMostLines = 1e6;     // across a sheet: beyond it they are no lines on paper
 
 // The range of k for lines n . p = k step that meet a box.
 void RangeOf(const Box& box, double nx, double ny, double step, double& first, double& last) {
@@ -133,6 +135,7 @@ void DrawLines(const Shape& shape, const FillPart& part, const Page& page, const
         for (const double y : {page.sheet.y1, page.sheet.y2}) sheet.Add(x * c + y * s, y * c - x * s);
     low = std::max(low, sheet.y1);
     high = std::min(high, sheet.y2);
+    if (!(high - low <= kMostLines * step)) return;
     for (double k = std::ceil(low / step); k * step < high; ++k) {
         const double y = k * step;
         const std::vector<double> xs = Crossings(level, y);
@@ -151,10 +154,10 @@ FillForm FillFormOf(int code) {
     if (getsymbody(code) == 0 || TheHeadStatus() != SymbolStatusH || TheBody == nullptr) return form;
     constexpr int kGrid = 1, kLines = 2, kBrush = 3, kBitmap = 4;
     constexpr double kMillimetres = 1000.0;
-    form.outlineStyle = static_cast<int>(TheBody[0].op.op) % 7;
+    form.outlineStyle = Truncated(TheBody[0].op.op) % 7;
     int at = 1;
     for (int left = TheHeadNumber(); left > 0 && at + 1 < nBody; --left) {
-        const int type = static_cast<int>(TheBody[at].op.op);
+        const int type = Truncated(TheBody[at].op.op);
         FillPart part;
         if (type == kBrush || type == kBitmap) {
             part.kind =
@@ -169,7 +172,7 @@ FillForm FillFormOf(int code) {
         if (type == kGrid && at + 3 < nBody) {
             part.angle2 = static_cast<double>(TheBody[at + 2].point.x) * kDegree;
             part.step2 = static_cast<double>(TheBody[at + 2].point.y) * kMillimetres;
-            part.symbol = static_cast<int>(TheBody[at + 3].point.x);
+            part.symbol = Truncated(TheBody[at + 3].point.x);
         } else if (type != kLines) {
             return form;
         }

@@ -117,7 +117,7 @@ std::string OfNone(double x, double y, double width, double height, bool& certai
 
 std::string LikelyPlane(double east) {
     // Codes of the 2000 family: 3-degree zones from 25 at 4513, 6-degree zones from 13 at 4491.
-    const int zone = static_cast<int>(std::floor(east / kZone));
+    const int zone = ZoneOfEasting(east);
     if (zone >= 25 && zone <= 45) return "EPSG:" + std::to_string(4513 + zone - 25);
     if (zone >= 13 && zone <= 23) return "EPSG:" + std::to_string(4491 + zone - 13);
     return Phrase("such as EPSG:4549 (central meridian 120)");

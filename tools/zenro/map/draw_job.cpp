@@ -7,6 +7,7 @@
 #include <optional>
 #include <set>
 
+#include "runtime/text/numbers.h"
 #include "symbol/area/hatch_statistics.h"
 #include "tools/kit/digest.h"
 #include "tools/kit/offspring.h"
@@ -20,6 +21,7 @@
 #include "tools/zenro/map/explain.h"
 #include "tools/zenro/map/input_hash.h"
 #include "tools/zenro/map/margins.h"
+#include "tools/zenro/map/robust_extent.h"
 #include "tools/zenro/map/sheet_drawing.h"
 #include "tools/zenro/map/symbol_extent.h"
 #include "zenromath/dwg.h"
@@ -33,6 +35,7 @@ namespace zm::tool {
 namespace {
 
 constexpr double kLargestPaper = 3000.0;  // millimetres; beyond it a scale was mistyped
+constexpr double kLeastPaper = 1.0;       // millimetres; a sheet in degrees in the place of metres is smaller
 
 // Used where no rules are given: every feature in its plainest form.
 constexpr char kPlainRules[] =
@@ -77,17 +80,18 @@ Box SheetOf(const DrawJob& job) {
     sheet.Add(job.sheet[2], job.sheet[3]);
     if (!(sheet.x2 - sheet.x1 > 0.0) || !(sheet.y2 - sheet.y1 > 0.0))
         throw Failure(kUsage, Phrase("--sheet: the two corners give no area."));
+    const double farthest = std::max({-sheet.x1, sheet.x2, -sheet.y1, sheet.y2});
+    if (farthest > RobustExtent::kNoPlace)
+        throw Failure(kUsage, Phrase("--sheet: {0} is no plane coordinate.", numbers::Text("%.3g", farthest)));
     return sheet;
 }
 
 // The zone that the eastings of the sheet name, 0 for none.
 int NamedZone(const DrawJob& job) {
-    constexpr int kZones = 120;
     if (job.sheet.empty() || job.source.plane.easting != "standard") return 0;
     const Box sheet = SheetOf(job);
-    const int west = static_cast<int>(std::floor(std::max(sheet.x1, 0.0) / kZone)),
-              east = static_cast<int>(std::floor(std::max(sheet.x2, 0.0) / kZone));
-    return west == east && west <= kZones ? west : 0;
+    const int west = ZoneOfEasting(sheet.x1);
+    return west == ZoneOfEasting(sheet.x2) ? west : 0;
 }
 
 // The sheet of a box of the plane, of a number, or of the data's extent.
@@ -148,8 +152,8 @@ Page MakePage(const DrawJob& job, const std::optional<NamedSheet>& named, Source
         page.sheet = job.rotation == 0.0 ? SheetAround(turned, page.scale) : turned;
         if (job.rotation != 0.0) {
             const double step = 0.01 * page.scale;
-            const double w = std::ceil((turned.x2 - turned.x1) / step) * step / 2,
-                         h = std::ceil((turned.y2 - turned.y1) / step) * step / 2;
+            const double w = std::max(1.0, std::ceil((turned.x2 - turned.x1) / step)) * step / 2,
+                         h = std::max(1.0, std::ceil((turned.y2 - turned.y1) / step)) * step / 2;
             page.sheet = Box{cx - w, cy - h, cx + w, cy + h};
         }
     }
@@ -159,6 +163,12 @@ Page MakePage(const DrawJob& job, const std::optional<NamedSheet>& named, Source
             kUsage,
             Phrase("the sheet would be {0} m of paper at 1:{1}; give --sheet for a part of {2}, or a smaller scale.",
                    Fixed(largest / 1000.0, 1), Fixed(page.scale, 0), Shown(page.sheet)));
+    const Box& sheet = page.sheet;
+    const double least = std::min(sheet.x2 - sheet.x1, sheet.y2 - sheet.y1) / page.scale * 1000.0;
+    if (least < kLeastPaper)
+        throw Failure(kUsage,
+                      Phrase("the sheet would be {0} mm of paper at 1:{1}; give a larger --sheet, or a larger scale.",
+                             numbers::Text("%.3g", least), Fixed(page.scale, 0)));
     if (!clip.x.empty()) page.clip = {clip};
     for (Chain& area : page.clip) page.Turn(area);
     if (page.graticule)

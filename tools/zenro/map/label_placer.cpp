@@ -16,6 +16,7 @@ constexpr double kGap = 0.9;              // millimetres between a symbol and it
 constexpr double kTeeth = 1.4;            // millimetres that the teeth of a scarp reach
 constexpr double kRepeat = 150.0;         // millimetres between two labels of one name along lines
 constexpr double kContourLabels = 120.0;  // millimetres of a contour for each of its labels
+constexpr double kMostLabels = 1e9;       // of one contour, however long; few of them are on a sheet
 constexpr double kPad = 0.3;              // millimetres that a label keeps off strokes where it can
 constexpr double kDecimalInset = 1.0;     // of the height: how far a decimal point is above the foot
 constexpr double kTaken = 2.0;
@@ -283,48 +284,59 @@ void LabelPlacer::Spread(const Shape& shape, const Text& text) {
 void LabelPlacer::OnContour(const Shape& shape, const Text& text) {
     const Chain& chain = shape.chains.front();
     const double all = LengthOf(chain), room = text.length * 1.5;
-    const double apart = m_page.Ground(kContourLabels);
-    const int wanted = static_cast<int>(all / apart) + 1;
     if (all < room * 2.0) return;
-    const double stretch = all / wanted;
-    for (int k = 0; k < wanted; ++k) {
-        std::vector<Candidate> candidates;
-        constexpr int kPlaces = 24;
-        for (int i = 0; i < kPlaces; ++i) {
-            const double at = k * stretch + stretch * (i + 0.5) / kPlaces;
-            if (at < room / 2 || at > all - room / 2) continue;
-            double x1, y1, x2, y2, x, y, direction;
-            PointAlong(chain, at - text.length / 2, x1, y1, direction);
-            PointAlong(chain, at + text.length / 2, x2, y2, direction);
-            PointAlong(chain, at, x, y, direction);
-            const double span = std::hypot(x2 - x1, y2 - y1);
-            if (span < 0.9 * text.length) continue;
-            double radians = std::atan2(y2 - y1, x2 - x1);
-            const int side = m_sense.Uphill(x, y, radians, text.use.height);
-            if (side < 0 || (side == 0 && std::cos(radians) < 0.0)) radians += kPi;
-            const double head = std::cos(radians);  // below 0 the text is upside down
-            const double c = std::cos(radians), s = std::sin(radians);
-            double penalty = 2.0 * (1.0 - span / text.length) + (head < 0.2 ? 0.6 * (0.2 - head) : 0.0);
-            double column = 0.3;
-            for (const PP& other : m_contourLabels) {
-                const double ex = other.x - x, ey = other.y - y, d = std::hypot(ex, ey);
-                if (d > m_page.Ground(60.0)) continue;
-                column = std::min(column, std::fabs(ex * c + ey * s) / m_page.Ground(30.0));
-            }
-            penalty += column;
-            candidates.push_back({x - text.length / 2 * c + text.height / 2 * s,
-                                  y - text.length / 2 * s - text.height / 2 * c, radians, penalty});
+    const double wanted = std::floor(std::min(all / m_page.Ground(kContourLabels), kMostLabels)) + 1.0;
+    const double apart = all / wanted;
+    // A label reaches beyond its place, by no more than its length.
+    double next = 0.0;
+    for (const ChainPart& seen : PartsIn(chain, m_page.sheet.Widened(text.length))) {
+        const double last = std::min(std::floor(seen.to / apart), wanted - 1.0);
+        for (double k = std::max(next, std::floor(seen.from / apart)); k <= last; ++k) {
+            LabelContour(chain, all, k * apart, apart, text);
+            next = k + 1.0;
         }
-        if (candidates.empty()) continue;
-        if (!Try(candidates, text)) {
-            ++m_withoutRoom;
-            continue;
-        }
-        const PlacedLabel& placed = m_labels.back();
-        const double a = placed.degrees * kDegree;
-        m_contourLabels.push_back({placed.x + text.length / 2 * std::cos(a) + text.height / 2 * std::sin(a),
-                                   placed.y + text.length / 2 * std::sin(a) - text.height / 2 * std::cos(a)});
     }
+}
+
+// Once in the stretch of a contour that begins at from.
+void LabelPlacer::LabelContour(const Chain& chain, double all, double from, double stretch, const Text& text) {
+    const double room = text.length * 1.5;
+    std::vector<Candidate> candidates;
+    constexpr int kPlaces = 24;
+    for (int i = 0; i < kPlaces; ++i) {
+        const double at = from + stretch * (i + 0.5) / kPlaces;
+        if (at < room / 2 || at > all - room / 2) continue;
+        double x1, y1, x2, y2, x, y, direction;
+        PointAlong(chain, at - text.length / 2, x1, y1, direction);
+        PointAlong(chain, at + text.length / 2, x2, y2, direction);
+        PointAlong(chain, at, x, y, direction);
+        const double span = std::hypot(x2 - x1, y2 - y1);
+        if (span < 0.9 * text.length) continue;
+        double radians = std::atan2(y2 - y1, x2 - x1);
+        const int side = m_sense.Uphill(x, y, radians, text.use.height);
+        if (side < 0 || (side == 0 && std::cos(radians) < 0.0)) radians += kPi;
+        const double head = std::cos(radians);  // below 0 the text is upside down
+        const double c = std::cos(radians), s = std::sin(radians);
+        double penalty = 2.0 * (1.0 - span / text.length) + (head < 0.2 ? 0.6 * (0.2 - head) : 0.0);
+        double column = 0.3;
+        for (const PP& other : m_contourLabels) {
+            const double ex = other.x - x, ey = other.y - y, d = std::hypot(ex, ey);
+            if (d > m_page.Ground(60.0)) continue;
+            column = std::min(column, std::fabs(ex * c + ey * s) / m_page.Ground(30.0));
+        }
+        penalty += column;
+        candidates.push_back({x - text.length / 2 * c + text.height / 2 * s,
+                              y - text.length / 2 * s - text.height / 2 * c, radians, penalty});
+    }
+    if (candidates.empty()) return;
+    if (!Try(candidates, text)) {
+        ++m_withoutRoom;
+        return;
+    }
+    const PlacedLabel& placed = m_labels.back();
+    const double a = placed.degrees * kDegree;
+    m_contourLabels.push_back({placed.x + text.length / 2 * std::cos(a) + text.height / 2 * std::sin(a),
+                               placed.y + text.length / 2 * std::sin(a) - text.height / 2 * std::cos(a)});
 }
 
 void LabelPlacer::Place(const Shape& shape, const Use& use) {

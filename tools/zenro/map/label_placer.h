@@ -31,6 +31,7 @@ class LabelPlacer {
     void Centred(const Shape& shape, const Text& text);
     void Along(const Shape& shape, const Text& text);
     void OnContour(const Shape& shape, const Text& text);
+    void LabelContour(const Chain& chain, double all, double from, double stretch, const Text& text);
     void Decimal(const Shape& shape, const Text& text);
     void Spread(const Shape& shape, const Text& text);
     static bool IsName(const std::string& label);

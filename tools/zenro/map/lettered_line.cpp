@@ -11,6 +11,7 @@ namespace {
 
 constexpr double kGap = 2.8, kShortest = 7.0;         // millimetres: of the gap; of a line with a letter
 constexpr double kPipe = 120.0, kOpticalCable = 150;  // millimetres from letter to letter
+constexpr double kMostLetters = 1e9;                  // of one line, however long; few of them are on a sheet
 constexpr double kQuarter = 3.141592653589793 / 2.0;
 
 // The part of a chain between two distances from its beginning.
@@ -52,15 +53,19 @@ GappedLine WithGaps(const Chain& chain, double repeat, const Page& page) {
         line.pieces.push_back(chain);
         return line;
     }
-    const int count = std::max(1, static_cast<int>(std::lround(all / page.Ground(repeat))));
-    double from = 0.0;
-    for (int i = 0; i < count; ++i) {
-        const double at = all * (i + 0.5) / count;
-        double x = 0.0, y = 0.0, direction = 0.0;
-        PointAlong(chain, at, x, y, direction);
-        line.letters.push_back({x, y, std::remainder(direction, kQuarter)});
-        line.pieces.push_back(Part(chain, from, at - gap / 2));
-        from = at + gap / 2;
+    const double count = std::max(1.0, std::round(std::min(all / page.Ground(repeat), kMostLetters)));
+    double from = 0.0, next = 0.0;
+    for (const ChainPart& seen : PartsIn(chain, page.sheet.Widened(gap))) {
+        const double last = std::min(std::floor(seen.to / all * count), count - 1.0);
+        for (double i = std::max(next, std::floor(seen.from / all * count)); i <= last; ++i) {
+            const double at = all * (i + 0.5) / count;
+            double x = 0.0, y = 0.0, direction = 0.0;
+            PointAlong(chain, at, x, y, direction);
+            line.letters.push_back({x, y, std::remainder(direction, kQuarter)});
+            line.pieces.push_back(Part(chain, from, at - gap / 2));
+            from = at + gap / 2;
+            next = i + 1.0;
+        }
     }
     line.pieces.push_back(Part(chain, from, all));
     return line;

@@ -26,7 +26,7 @@ struct GappedLine {
     std::vector<Chain> pieces;
     std::vector<LetterSpot> letters;
 };
-/// One letter for each repeat of the line, at least one, none where the line is shorter than 7 mm.
+/// One letter for each repeat of the line, at least one, none where the line is shorter than 7 mm; off the sheet none.
 GappedLine WithGaps(const Chain& chain, double repeat, const Page& page);
 
 }  // namespace zm::tool

@@ -261,13 +261,8 @@ void PlaneChooser::Show(const OGRSpatialReference* system, RobustExtent& extent,
     const bool degrees = source != nullptr && source->IsGeographic() != FALSE;
     double x = 0.0, y = 0.0;
     const bool any = extent.Middle(x, y);
-    extent.Settle(degrees             ? 360.0
-                  : source != nullptr ? kNoPlace
-                                      : 1e15,
-                  degrees             ? 90.0
-                  : source != nullptr ? kNoPlace
-                                      : 1e15,
-                  degrees ? 1e-3 : 100.0);
+    const double metres = source != nullptr ? kNoPlace : RobustExtent::kNoPlace;
+    extent.Settle(degrees ? 360.0 : metres, degrees ? 90.0 : metres, degrees ? 1e-3 : 100.0);
     if (any) CheckAxes(source.get(), x, y, extent.x2() - extent.x1(), extent.y2() - extent.y1(), file);
     if (source == nullptr || extent.empty()) return;
     GeographicBox box;
@@ -324,7 +319,7 @@ bool PlaneChooser::StaysInItsPlane(const OGRSpatialReference& source) const {
     double meridian = 0.0, falseEasting = 0.0;
     return IsGaussKrueger(source, meridian, falseEasting) && FamilyOf(source) == SelectorFor(source) &&
            !m_options.meridian && m_options.zoneWidth == 0 &&
-           (m_options.zone == 0 || m_options.zone == static_cast<int>(falseEasting / kZone));
+           (m_options.zone == 0 || m_options.zone == ZoneOfEasting(falseEasting));
 }
 
 bool PlaneChooser::NeedsExtent(const OGRSpatialReference* system) const {
@@ -374,7 +369,7 @@ void PlaneChooser::Settle(double scale) {
     m_target.geodetic = true;
     if (StaysInItsPlane(source)) {
         IsGaussKrueger(source, m_target.meridian, m_target.eastOffset);
-        m_target.zone = static_cast<int>(m_target.eastOffset / kZone);
+        m_target.zone = ZoneOfEasting(m_target.eastOffset);
         if (m_target.zone != 0) m_target.zoneWidth = MeridianOfZone(m_target.zone, 3) == m_target.meridian ? 3 : 6;
         TakeAreaOfSheet();
         return;

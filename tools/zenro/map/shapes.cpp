@@ -57,6 +57,35 @@ void PointAlong(const Chain& chain, double distance, double& x, double& y, doubl
     direction = 0.0;
 }
 
+std::vector<ChainPart> PartsIn(const Chain& chain, const Box& box) {
+    std::vector<ChainPart> parts;
+    double done = 0.0;
+    for (std::size_t i = 0; i + 1 < chain.size(); ++i) {
+        const double dx = chain.x[i + 1] - chain.x[i], dy = chain.y[i + 1] - chain.y[i], d = std::hypot(dx, dy);
+        double from = 0.0, to = 1.0;  // of the segment
+        const auto cut = [&](double at, double by, double low, double high) {
+            if (by == 0.0) {
+                if (at < low || at > high) to = -1.0;
+                return;
+            }
+            const double first = (low - at) / by, second = (high - at) / by;
+            from = std::max(from, std::min(first, second));
+            to = std::min(to, std::max(first, second));
+        };
+        cut(chain.x[i], dx, box.x1, box.x2);
+        cut(chain.y[i], dy, box.y1, box.y2);
+        if (from <= to) {
+            const double begin = done + from * d, end = done + to * d;
+            if (!parts.empty() && begin <= parts.back().to)
+                parts.back().to = end;
+            else
+                parts.push_back({begin, end});
+        }
+        done += d;
+    }
+    return parts;
+}
+
 bool Inside(const Chain& ring, double x, double y) {
     bool inside = false;
     for (std::size_t i = 0; i < ring.size(); ++i) {

@@ -11,6 +11,13 @@ double LengthOf(const Chain& chain);
 /// The point at a distance along a chain, and the direction there in radians.
 void PointAlong(const Chain& chain, double distance, double& x, double& y, double& direction);
 
+/// A part of a chain, as distances from its beginning.
+struct ChainPart {
+    double from, to;
+};
+/// The parts of a chain that lie in a box, in their order. What is done along a chain beyond them nobody sees.
+std::vector<ChainPart> PartsIn(const Chain& chain, const Box& box);
+
 /// Crossings of a level line with an area, from left to right; between the first and the second it is inside.
 std::vector<double> Crossings(const Shape& shape, double y);
 /// The middle of the widest stretch of a level line inside an area; false if it meets none.

@@ -11,6 +11,7 @@ namespace {
 constexpr double kApart = 2.0, kShortest = 2.0;  // millimetres of paper
 constexpr double kApartReinforced = 3.0;
 constexpr int kScarp = 385, kReinforcedScarp = 386;  // codes
+constexpr double kMostHachures = 1e6;                // of one crest: a kilometre of paper and more
 constexpr std::size_t kLookBack = 24;                // hachures that a new one is held against
 
 bool IsScarpCode(int code) {
@@ -104,8 +105,8 @@ std::vector<Chain> Slopes::LoneCrests() const {
 
 std::vector<Hachure> HachuresOf(const Slope& slope, int code, const Page& page) {
     const double crest = LengthOf(slope.crest), foot = LengthOf(slope.foot);
-    const int pieces = std::max(
-        1, static_cast<int>(std::lround(crest / page.Ground(code == kReinforcedScarp ? kApartReinforced : kApart))));
+    const double apart = page.Ground(code == kReinforcedScarp ? kApartReinforced : kApart);
+    const int pieces = std::max(1, static_cast<int>(std::round(std::min(crest / apart, kMostHachures))));
     const int last = IsClosed(slope.crest) ? pieces - 1 : pieces;
     std::vector<Hachure> hachures;
     for (int i = 0; i <= last; ++i) {

@@ -216,8 +216,8 @@ void MakePlan(const PlanOptions& o, Context& context) {
         const double west = std::min(sides[0], sides[2]), east = std::max(sides[0], sides[2]);
         asked.windowed = true;
         asked.plane.sheet = sides;
-        if (asked.plane.easting == "standard" && west >= kZone && std::floor(west / kZone) == std::floor(east / kZone))
-            asked.plane.zone = static_cast<int>(west / kZone);
+        const int zone = ZoneOfEasting(west);
+        if (asked.plane.easting == "standard" && zone != 0 && zone == ZoneOfEasting(east)) asked.plane.zone = zone;
     }
     Source source(asked, rules, context.report);
     source.Settle(o.scale);
@@ -289,7 +289,7 @@ std::set<std::string> ChangedSince(const DrawOptions& o, const Plan& plan, Conte
     }
     std::vector<Box> boxes;
     for (const PlanSheet& s : plan.sheets) boxes.push_back(s.box);
-    source.plane.zone = boxes.empty() ? 0 : static_cast<int>(std::max(boxes.front().x1, 0.0) / kZone);
+    source.plane.zone = boxes.empty() ? 0 : ZoneOfEasting(boxes.front().x1);
     source.windowed = true;
     Source data(source, rules, context.report);
     data.Settle(std::stod(plan.settings.at("scale")));

@@ -35,6 +35,8 @@ inline constexpr char kTooManyTokens[] =
     "symbol.dat code=%d: a line pattern has at most 16 tokens; those after them are left out. Shorten the pattern.";
 inline constexpr char kLongToken[] =
     "symbol.dat code=%d: a token of the line pattern is longer than 19 characters and is left out. Shorten it.";
+inline constexpr char kNotReadToItsEnd[] =
+    "The symbol library cannot be read to its end; symbols are missing. Check the file and its disk.";
 inline constexpr char kCurveCut[] =
     "A curve has more than 4000 points; what comes after them is not drawn. Split the line.";
 inline constexpr char kArcPolylineCut[] =

@@ -1,4 +1,5 @@
 // Loading of the symbol library.
+#include <cstdio>
 #include <memory>
 #include <new>
 
@@ -31,6 +32,7 @@ std::unique_ptr<Library> Load(const char* path) {
     try {
         auto library = std::make_unique<Library>();
         SymbolFileReader(file.get(), *library).Read();
+        if (file != nullptr && std::ferror(file.get()) != 0) _LMsg(texts::kNotReadToItsEnd, nullptr, 0);
         return library;
     } catch (const std::bad_alloc&) {
         _LMsg(texts::kNoTableSpace, nullptr, 0);

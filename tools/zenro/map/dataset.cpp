@@ -127,6 +127,19 @@ Dataset OpenOne(const std::string& gdalName, const std::string& shown, const Tex
     return dataset;
 }
 
+// A statement of a database that failed may be of a thousand characters: its beginning and its end say enough.
+void ShortenReason(std::string& reason) {
+    constexpr std::size_t kLongest = 300;
+    if (reason.size() <= kLongest) return;
+    const auto insideOfCharacter = [&](std::size_t at) {
+        return (static_cast<unsigned char>(reason[at]) & 0xC0U) == 0x80U;
+    };
+    std::size_t head = kLongest / 2, tail = reason.size() - kLongest / 2;
+    while (insideOfCharacter(head)) --head;
+    while (insideOfCharacter(tail)) --tail;
+    reason.replace(head, tail - head, " ... ");
+}
+
 // The map files in an archive, by their extensions.
 std::vector<std::string> MapFilesIn(const std::string& archive) {
     std::vector<std::string> names;
@@ -169,6 +182,7 @@ std::vector<OpenInput> OpenStdin(const TextDecoder& decoder) {
 std::string LastReason() {
     std::string reason = WithPlainNames(CPLGetLastErrorMsg());
     std::replace(reason.begin(), reason.end(), '\n', ' ');
+    ShortenReason(reason);
     while (!reason.empty() && (reason.back() == '.' || reason.back() == ' ')) reason.pop_back();
     return reason.empty() ? Phrase("no driver knows it") : reason;
 }

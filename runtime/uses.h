@@ -42,6 +42,14 @@ enum Form {
     strokeChained,    // handed to it as one polyline with what goes on from it
     workShared,       // roads: a piece of work that all cores had a part in
     workAlone,        // one that was left to the thread that asked
+    profileKept,      // a profile that was read before and has not changed since
+    profileRead,      // one that was read, or looked at again
+    penKept,          // QtDevice: a pen that was made before
+    penMade,          // a new one
+    stripShared,      // PNG: a strip of rows that was packed while others were
+    stripAlone,       // one alone
+    countByIndex,     // a layer's features on sheets: by its index
+    countByLook,      // by a look at each feature
     forms
 };
 

@@ -178,8 +178,12 @@ void QtDevice::TakePen(const Stroke& stroke) {
 
 // Figures take turns with a few pens, and a QPen costs as much to make as a short line to draw.
 const QtDevice::Pen& QtDevice::PenOf(const Stroke& stroke) {
-    for (const Pen& pen : m_pens)
-        if (pen.stroke == stroke) return pen;
+    for (const Pen& pen : m_pens) {
+        if (pen.stroke != stroke) continue;
+        uses::Count(uses::penKept);
+        return pen;
+    }
+    uses::Count(uses::penMade);
     if (m_pens.size() == kPens) m_pens.clear();
     const bool wide = stroke.width > 1;
     // A pen of one pixel is the thinnest line of paper where pixels are finer than that.

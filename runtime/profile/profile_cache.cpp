@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "runtime/files/files.h"
+#include "runtime/uses.h"
 
 namespace zm::profile {
 namespace {
@@ -36,12 +37,16 @@ const Text* Cache::Read(const std::filesystem::path& file, system::FileStamp& st
     Entry entry;
     if (kept != m_entries.end()) {
         std::rotate(kept, kept + 1, m_entries.end());
-        if (m_entries.back().stamp.settled) return m_entries.back().text.get();
+        if (m_entries.back().stamp.settled) {
+            uses::Count(uses::profileKept);
+            return m_entries.back().text.get();
+        }
         entry = m_entries.back();
         // Who reads many keys of a file that was written this moment waits once for a stamp that can be relied on.
         if (++entry.youngReads > youngReadsBeforeWait && stamp.settlesIn <= kLongestWait)
             std::this_thread::sleep_for(std::chrono::nanoseconds(stamp.settlesIn));
     }
+    uses::Count(uses::profileRead);
     std::string bytes;
     if (!system::ReadWholeFile(file, bytes, entry.stamp)) return nullptr;
     if (entry.text == nullptr || entry.text->source() != bytes)

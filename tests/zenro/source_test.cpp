@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <fstream>
 
+#include "runtime/uses.h"
 #include "tests/support/scratch.h"
 #include "tests/zenro/program.h"
 #include "tools/zenro/map/cover.h"
@@ -139,5 +141,32 @@ TEST(Source, ReadsAFileOfLongAttributesAgain) {
     EXPECT_EQ(ReadAfterAChange(33, kLong), 1U);
     EXPECT_EQ(ReadAfterAChange(16, kLong, 3), 16U + 1U + 1U);  // 32 MiB and a little each
 }
+
+#ifdef ZM_COUNT_USES
+// A layer with an index is not read for the counts of sheets; both ways count the same.
+TEST(Source, CountsByTheIndexWhereThereIsOne) {
+    namespace uses = zm::uses;
+    const zm::test::ScratchDir folder;
+    std::string features;
+    for (int i = 0; i < 40; ++i)
+        features += (i == 0 ? "" : ",") + zm::test::PointFeature(40512000.0 + 50.0 * i, 3456050.0, "\"a\":1");
+    const std::string plain = (folder.path() / "in.geojson").string(), indexed = (folder.path() / "in.gpkg").string();
+    std::ofstream(plain) << zm::test::Collection(features);
+    ASSERT_EQ(std::system(("ogr2ogr '" + indexed + "' '" + plain + "'").c_str()), 0);
+    const std::vector<Box> sheets = {{40511975, 3456000, 40512525, 3456100}, {40512525, 3456000, 40514100, 3456100}};
+    for (const std::string& input : {plain, indexed}) {
+        SourceOptions options;
+        options.inputs = {input};
+        Report report;
+        report.SetQuiet(true);
+        const Rules rules = ParseRules("* -> symbol 17\n", "r");
+        Source source(options, rules, report);
+        uses::counts[uses::countByIndex] = uses::counts[uses::countByLook] = 0;
+        EXPECT_EQ(source.CountIn(sheets, "", ""), (std::vector<long long>{11, 29}));
+        EXPECT_EQ(uses::counts[uses::countByIndex], input == indexed ? 1u : 0u);
+        EXPECT_EQ(uses::counts[uses::countByLook], input == indexed ? 0u : 1u);
+    }
+}
+#endif
 
 }  // namespace

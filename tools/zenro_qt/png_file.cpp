@@ -14,6 +14,8 @@
 #include <utility>
 #include <vector>
 
+#include "runtime/uses.h"
+
 namespace zm::tool {
 namespace {
 
@@ -162,6 +164,7 @@ void PutRows(PngFile& file, const PngImage& image) {
         for (; strips.size() < workers && first < image.height; first += rows)
             strips.push_back(std::async(std::launch::async, Packed, std::cref(image), first,
                                         std::min(image.height - first, rows) + first));
+        uses::Count(strips.size() > 1 ? uses::stripShared : uses::stripAlone, strips.size());
         for (std::future<Strip>& working : strips) {
             Strip strip = working.get();
             const bool isLast = &working == &strips.back() && first >= image.height;

@@ -6,8 +6,10 @@
 #include <QImage>
 #include <cerrno>
 #include <cstring>
+#include <thread>
 #include <vector>
 
+#include "runtime/uses.h"
 #include "tests/support/random.h"
 #include "tests/support/scratch.h"
 
@@ -64,6 +66,22 @@ TEST_F(PngFile, OfManyStripsHoldsEachPixel) {
                 << x << ' ' << y;
     }
 }
+
+#ifdef ZM_COUNT_USES
+TEST_F(PngFile, OfManyStripsIsPackedOnAllCores) {
+    using namespace zm::uses;
+    const auto packed = [&](int height) {
+        counts[stripShared] = counts[stripAlone] = 0;
+        const std::vector<std::uint32_t> pixels(std::size_t{2000} * static_cast<std::size_t>(height), 0xFFFFFF);
+        Written(2000, height, pixels, 2000);
+        return std::pair(counts[stripShared], counts[stripAlone]);
+    };
+    using Taken = std::pair<std::uint64_t, std::uint64_t>;
+    EXPECT_EQ(packed(100), Taken(0, 1));
+    if (std::thread::hardware_concurrency() < 2) GTEST_SKIP() << "one core";
+    EXPECT_GE(packed(2600).first, 2u);  // four strips of 699 rows
+}
+#endif
 
 TEST_F(PngFile, ThatCannotBeWrittenSaysWhy) {
     const std::uint32_t pixel = 0;

@@ -318,6 +318,24 @@ TEST(ThinStrokes, AreSetPixelByPixelOnAnImageAndGoToThePainterSingly) {
     EXPECT_EQ(on(&image, Rendering::smooth, StrokeOf(1)), (Taken{0, 0, 2, 1}));
     EXPECT_EQ(on(&image, Rendering::smooth, StrokeOf(1, PS_DASH)), (Taken{0, 0, 0, 2}));
 }
+
+// Figures take turns with a few pens.
+TEST(KeptPens, AreMadeOnceWhereFiguresTakeTurnsWithFew) {
+    QImage image = Paper();
+    const auto made = [&](int pens) {
+        const auto* c = zm::uses::counts;
+        const std::uint64_t before = c[zm::uses::penMade], kept = c[zm::uses::penKept];
+        QtDevice device(&image, Rendering::smooth);
+        const POINT ends[] = {{10, 10}, {30, 30}};
+        for (int i = 0; i < 10 * pens; ++i) device.Lines(StrokeOf(i % pens + 1), ends, 1);
+        device.Finish();
+        return std::pair(c[zm::uses::penMade] - before, c[zm::uses::penKept] - kept);
+    };
+    using Taken = std::pair<std::uint64_t, std::uint64_t>;
+    EXPECT_EQ(made(2), Taken(2, 18));
+    EXPECT_EQ(made(4), Taken(4, 36));
+    EXPECT_GT(made(100).first, 100u);  // more than are kept
+}
 #endif
 
 }  // namespace

@@ -185,6 +185,20 @@ TEST(Replay, AnAreaOfManyVerticesStaysWhole) {
     EXPECT_TRUE(area("a.rec") == area("b.rec"));
 }
 
+// Its driver would take all of it into memory.
+TEST(Inputs, AKmlOfATerabyteIsRefused) {
+    Program zenro;
+    zenro.File("r.rules", "* -> symbol 200\n");
+    for (const char* begin :
+         {"", "<?xml version=\"1.0\"?>\n<kml xmlns=\"http://www.opengis.net/kml/2.2\"><Document>"}) {
+        zenro.File("in.kml", begin);
+        std::filesystem::resize_file(zenro / "in.kml", std::uintmax_t{1} << 40);
+        const Outcome end = zenro.Run({"draw", "in.kml", "--rules", "./r.rules", "-o", "a.svg"});
+        EXPECT_EQ(end.status, 3);
+        EXPECT_NE(end.err.find("in.kml: is larger than 1024 MiB; divide it"), std::string::npos) << end.err;
+    }
+}
+
 TEST(Replay, ALineWithoutEndIsRefused) {
     Program zenro;
     zenro.File("endless.rec", "");

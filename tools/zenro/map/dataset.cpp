@@ -1,6 +1,7 @@
 #include "tools/zenro/map/dataset.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <filesystem>
 #include <iterator>
 #include <utility>
@@ -91,17 +92,28 @@ bool ReadAlike(const OGRFieldDefn& a, const OGRFieldDefn& b) {
     return a.GetType() == OFTString || (a.GetWidth() == b.GetWidth() && a.GetPrecision() == b.GetPrecision());
 }
 
+// Drivers of KML hold the whole file, and several times more, in memory.
+void RefuseTooLarge(const fs::path& path, const std::string& driver, const std::string& shown) {
+    constexpr std::uintmax_t kLargest = std::uintmax_t{1} << 30;
+    std::error_code error;
+    const std::uintmax_t size = fs::file_size(path, error);
+    if (!error && size > kLargest && (driver == "LIBKML" || driver == "KML"))
+        throw Failure(kNoInput, Phrase("{0}: is larger than {1} MiB; divide it, or make a GeoPackage of it.", shown,
+                                       kLargest >> 20));
+}
+
 // An input whose driver reads it through GDAL is watched; databases notice by themselves what fails, and lock the file.
-std::string WatchedWherePossible(const std::string& name) {
+std::string WatchedWherePossible(const std::string& name, const std::string& shown) {
     for (const std::string archive : {"/vsizip/", "/vsitar/", "/vsigzip/"})
         if (name.rfind(archive + "/", 0) == 0) return archive + WatchedInput(name.substr(archive.size()));
     std::error_code error;
-    if (!fs::is_regular_file(PathOf(name), error) && !fs::is_directory(PathOf(name), error)) return name;
+    const fs::path path = PathOf(name);
+    if (!fs::is_regular_file(path, error) && !fs::is_directory(path, error)) return name;
     auto* driver = static_cast<GDALDriver*>(GDALIdentifyDriverEx(name.c_str(), GDAL_OF_VECTOR, nullptr, nullptr));
-    if (driver == nullptr || IsDatabase(driver->GetDescription()) ||
-        driver->GetMetadataItem(GDAL_DCAP_VIRTUALIO) == nullptr)
-        return name;
-    return WatchedInput(fs::absolute(PathOf(name)));
+    if (driver == nullptr) return name;
+    RefuseTooLarge(path, driver->GetDescription(), shown);
+    if (IsDatabase(driver->GetDescription()) || driver->GetMetadataItem(GDAL_DCAP_VIRTUALIO) == nullptr) return name;
+    return WatchedInput(fs::absolute(path));
 }
 
 Dataset OpenOne(const std::string& gdalName, const std::string& shown, const TextDecoder& decoder) {
@@ -117,7 +129,7 @@ Dataset OpenOne(const std::string& gdalName, const std::string& shown, const Tex
         return Dataset(static_cast<GDALDataset*>(
             GDALOpenEx(name.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY, nullptr, openOptions.List(), nullptr)));
     };
-    const std::string watched = WatchedWherePossible(gdalName);
+    const std::string watched = WatchedWherePossible(gdalName, shown);
     Dataset dataset = open(watched);
     RefuseReadFault();
     if (dataset == nullptr && watched != gdalName) dataset = open(gdalName);

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "runtime/text/numbers.h"
+#include "runtime/uses.h"
 #include "tools/kit/angles.h"
 #include "tools/kit/text.h"
 #include "tools/kit/tool_host.h"
@@ -752,7 +753,9 @@ std::vector<long long> Source::CountIn(const std::vector<Box>& boxes, const std:
             if (!SetCondition(data, *data.GetLayerDefn()->GetFieldDefn(index), least))
                 RefuseComparison(*layer->reader, field, least);
         }
-        if (!layer->reader->hasIndex())
+        const bool byIndex = layer->reader->hasIndex();
+        uses::Count(byIndex ? uses::countByIndex : uses::countByLook);
+        if (!byIndex)
             CountByLook(*layer->reader, *layer->map, northFirst, tree, counts);
         else if (!CountByIndex(*layer->reader, *layer->map, northFirst, boxes, counts) && !field.empty())
             RefuseComparison(*layer->reader, field, least);

@@ -80,9 +80,18 @@ bool IsSecret(const std::string& key) {
     return false;
 }
 
+// The password of KIND:user/password@server; empty in other forms.
+std::string PasswordBeforeServer(const std::string& input) {
+    const std::string kind = KindOfDatabase(input);
+    if (kind != "ODBC" && kind != "OCI") return {};
+    const std::size_t slash = input.find('/'), server = input.rfind('@');
+    return slash < server && server != std::string::npos ? input.substr(slash + 1, server - slash - 1) : std::string();
+}
+
 // The values in a text that are secrets.
 std::vector<std::string> SecretsIn(const std::string& text) {
     std::vector<std::string> secrets;
+    if (const std::string password = PasswordBeforeServer(text); !password.empty()) secrets.push_back(password);
     for (const Setting& setting : SettingsOf(text))
         if (IsSecret(setting.key) && !setting.value.empty()) secrets.push_back(setting.value);
     return secrets;

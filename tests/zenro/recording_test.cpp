@@ -185,6 +185,22 @@ TEST(Replay, AnAreaOfManyVerticesStaysWhole) {
     EXPECT_TRUE(area("a.rec") == area("b.rec"));
 }
 
+TEST(Replay, NumbersBeyondSenseAreRefusedOrDrawn) {
+    Program zenro;
+    zenro.File("wide.rec", "Line2:0:0:1e300:10\nLine2:0:0:10:10\n");
+    zenro.File("small.rec", "# sheet 0 0 1e-9 1e-9\nLine2:0:0:10:10\n");
+    for (const char* name : {"wide.rec", "small.rec"})
+        for (const char* output : {"a.svg", "a.png", "a.pdf", "a.dwg"}) {
+            const Outcome end = zenro.Run({"replay", name, output});
+            EXPECT_EQ(end.status, 1) << name << output;
+            EXPECT_NE(end.err.find("mm of paper at 1:1000; give another --scale"), std::string::npos) << end.err;
+        }
+    zenro.File("pens.rec",
+               "Pen:-2147483648:0:0\nLayer:-2147483648\nLine2:0:0:10:10\nPen:2147483647:0:0\nLine2:0:0:9:9\n");
+    for (const char* output : {"b.svg", "b.rec"}) EXPECT_EQ(zenro.Run({"replay", "pens.rec", output}).status, 0);
+    EXPECT_EQ(zenro.Run({"replay", "pens.rec", "b.dwg"}).status, 1);  // no linetype has that number
+}
+
 // Its driver would take all of it into memory.
 TEST(Inputs, AKmlOfATerabyteIsRefused) {
     Program zenro;

@@ -1,5 +1,8 @@
 #include "tools/zenro/map/map_pen.h"
 
+#include <climits>
+#include <cstdlib>
+
 #include "tools/zenro/map/drawing_look.h"
 #include "tools/zenro/map/recording.h"
 #include "zenromath/config.h"
@@ -11,8 +14,8 @@ constexpr int kDwg = 1, kRecording = 3;
 
 // The code itself, after what the context's pen cannot say is reported.
 int Announced(int code, int value) {
-    if (TqDC->GetTqDCType() == kRecording)
-        TellPenWidth(value != 0 ? value * 0.1 : GetPenWidth(code < 0 ? -code : code) * 0.01);
+    const int known = code < -INT_MAX ? INT_MAX : std::abs(code);  // no code is so far from 0
+    if (TqDC->GetTqDCType() == kRecording) TellPenWidth(value != 0 ? value * 0.1 : GetPenWidth(known) * 0.01);
     return code;
 }
 

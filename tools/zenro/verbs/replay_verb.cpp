@@ -1,8 +1,10 @@
 // zenro replay: draws a recording to any output.
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 
 #include "draw/device.h"
+#include "runtime/text/numbers.h"
 #include "tools/kit/report.h"
 #include "tools/kit/standard_streams.h"
 #include "tools/kit/text.h"
@@ -38,11 +40,18 @@ Page PageOf(const ReplayOptions& options, const RecordingExtent& extent, Report&
             const auto& m = *extent.head.margins;
             page.margins = {m[0], m[1], m[2], m[3]};
         }
-        return page;
+    } else {
+        if (extent.drawn.empty())
+            throw Failure(kEmpty, Phrase("{0}: nothing drawn: no command has a place.", options.input));
+        page.sheet = SheetAround(extent.drawn, page.scale);
     }
-    if (extent.drawn.empty())
-        throw Failure(kEmpty, Phrase("{0}: nothing drawn: no command has a place.", options.input));
-    page.sheet = SheetAround(extent.drawn, page.scale);
+    constexpr double kLeast = 1.0, kLargest = 100000.0;  // millimetres
+    const double least = std::min(page.paperWidth(), page.paperHeight()),
+                 largest = std::max(page.paperWidth(), page.paperHeight());
+    if (!(least >= kLeast) || !(largest <= kLargest))
+        throw Failure(kFailed, Phrase("{0}: would be {1} by {2} mm of paper at 1:{3}; give another --scale.",
+                                      options.input, numbers::Text("%.3g", page.paperWidth()),
+                                      numbers::Text("%.3g", page.paperHeight()), Fixed(page.scale, 0)));
     return page;
 }
 

@@ -1,11 +1,14 @@
 // zenro series as a bureau meets it: planned, drawn, killed, gone on with, changed.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <csignal>
+#include <filesystem>
 #include <fstream>
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
@@ -182,6 +185,26 @@ TEST_F(Series, ASecondRunSeesTheLockAndSaysWho) {
     EXPECT_EQ(r.status, 1);
     EXPECT_NE(r.err.find("another run holds the plan: "), std::string::npos) << r.err;
     EXPECT_NE(r.err.find(" " + std::to_string(getpid()) + ", since "), std::string::npos) << r.err;
+}
+
+TEST_F(Series, WhatLiesInThePlaceOfTheLockIsNotWrittenThrough) {
+    namespace fs = std::filesystem;
+    ASSERT_EQ(Plan().status, 0);
+    fs::create_directories(m_zenro / "plan.run/logs");
+    const fs::path lock = m_zenro / "plan.run/lock";
+    m_zenro.File("precious", "mine");
+    const std::function<void()> plant[] = {[&] { fs::create_symlink(m_zenro / "precious", lock); },
+                                           [&] { fs::create_hard_link(m_zenro / "precious", lock); },
+                                           [&] { ASSERT_EQ(mkfifo(lock.c_str(), 0600), 0); }};
+    for (const auto& work : plant) {
+        work();
+        const Outcome r = m_zenro.Run({"series", "draw", "plan.gpkg"});
+        EXPECT_EQ(r.status, 5) << r.err;
+        EXPECT_NE(r.err.find("plan.run/lock: "), std::string::npos) << r.err;
+        EXPECT_EQ(ReadFile(m_zenro / "precious"), "mine");
+        fs::remove(lock);
+    }
+    EXPECT_EQ(m_zenro.Run({"series", "draw", "plan.gpkg"}).status, 0);
 }
 
 // Both at the same moment: one draws, the other says that it does or finds nothing left.

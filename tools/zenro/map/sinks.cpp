@@ -171,7 +171,10 @@ class DwgSink : public Sink {
             // By streams: copy_file of mingw-w64 replaces no file.
             std::ifstream from(m_detour, std::ios::binary);
             std::ofstream to(m_file.path(), std::ios::binary | std::ios::trunc);
-            if (!(to << from.rdbuf()) || !to.flush()) CannotWrite(m_file.target(), SystemError(errno));
+            std::error_code error;
+            if (!(to << from.rdbuf()) || !to.flush() ||
+                static_cast<std::uintmax_t>(to.tellp()) != fs::file_size(m_detour, error))
+                CannotWrite(m_file.target(), SystemError(errno));
         }
         m_file.Commit();
     }

@@ -151,7 +151,7 @@ Log::Log(const fs::path& folder) {
         if (c == ' ' || c == '/') c = '-';
     std::random_device chance;  // numbers of processes come again, on other nodes and after a start of the machine
     m_path = (folder / (name + "-" + std::to_string(chance()) + ".jsonl")).string();
-    m_file = open(m_path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
+    m_file = open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_APPEND | O_CLOEXEC, 0666);
     if (m_file < 0) throw Failure(kNoOutput, Phrase("{0}: cannot be written: {1}.", m_path, SystemError(errno)));
 }
 

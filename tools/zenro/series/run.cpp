@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -67,8 +68,15 @@ fs::path RunFolder(const std::string& plan) {
 
 PlanLock::PlanLock(const fs::path& folder) {
     const fs::path path = folder / "lock";
-    m_file = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
-    if (m_file < 0) throw Failure(kNoOutput, Phrase("{0}: cannot be written: {1}.", path.string(), SystemError(errno)));
+    // Neither a link nor another name of somebody's file is written through, and no pipe is waited for.
+    m_file = open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666);
+    struct stat found {};
+    if (m_file < 0 || fstat(m_file, &found) != 0)
+        throw Failure(kNoOutput, Phrase("{0}: cannot be written: {1}.", path.string(), SystemError(errno)));
+    if (!S_ISREG(found.st_mode) || found.st_nlink > 1) {
+        close(m_file);
+        throw Failure(kNoOutput, Phrase("{0}: is no file of a run; remove it.", path.string()));
+    }
     if (flock(m_file, LOCK_EX | LOCK_NB) != 0) {
         std::string who(256, '\0');
         const ssize_t got = pread(m_file, who.data(), who.size(), 0);

@@ -82,6 +82,8 @@ def prepare(zenro, folder):
         run([zenro, "draw", "in.geojson", "--rules", "few.rules", "--scale", "1000", "-o", name], folder).check_returncode()
     run([zenro, "draw", "spots.geojson", "--rules", "spots.rules", "--scale", "1000", "-o", "house.dwg"], folder).check_returncode()
     (folder / "blocks.txt").write_text("17 house\n")
+    run([zenro, "series", "plan", "in.geojson", "--rules", "few.rules", "--scale", "500", "--within",
+         "40500000,3450000,40505000,3455000", "-o", "plan.gpkg"], folder).check_returncode()
     for name in FORMATS:
         run(["ogr2ogr", name, "in.geojson"], folder).check_returncode()
 
@@ -105,6 +107,7 @@ def main():
                     "acad.dwg": draw("in.geojson", "few.rules", "out.dwg"),
                     "house.dwg": draw("spots.geojson", "spots.rules", "out.dwg", "--blocks", "blocks.txt"),
                     "blocks.txt": draw("spots.geojson", "spots.rules", "out.dwg", "--blocks", "blocks.txt"),
+                    "plan.gpkg": ["series", "draw", "plan.gpkg", "--dry-run"],
                     "points.txt": ["coord", "to-geo", "points.txt", "--meridian", "120"]})
     runs, faults = 0, []
     with tempfile.TemporaryDirectory(prefix="zm-reads-") as name:

@@ -187,6 +187,22 @@ TEST_F(Series, ASecondRunSeesTheLockAndSaysWho) {
     EXPECT_NE(r.err.find(" " + std::to_string(getpid()) + ", since "), std::string::npos) << r.err;
 }
 
+// Other programs write into a plan, too.
+TEST_F(Series, APlanWithDamagedSettingsIsNamed) {
+    for (const std::string key : {"scale", "inputs", "arguments"})
+        for (const char* value : {"", "x", "[1,2]", "-5", "1e999"}) {
+            ASSERT_EQ(Plan().status, 0);
+            const std::string command = "ogrinfo -q '" + (m_zenro / "plan.gpkg").string() +
+                                        "' -sql \"UPDATE series SET value = '" + value + "' WHERE key = '" + key +
+                                        "'\" >/dev/null 2>&1";
+            ASSERT_EQ(std::system(command.c_str()), 0);
+            const Outcome r = m_zenro.Run({"series", "status", "plan.gpkg"});
+            EXPECT_EQ(r.status, 3) << key << value;
+            EXPECT_NE(r.err.find("the setting \"" + key + "\" of the plan is missing or damaged"), std::string::npos)
+                << r.err;
+        }
+}
+
 TEST_F(Series, WhatLiesInThePlaceOfTheLockIsNotWrittenThrough) {
     namespace fs = std::filesystem;
     ASSERT_EQ(Plan().status, 0);

@@ -3,14 +3,18 @@
 #include <gdal_priv.h>
 #include <ogrsf_frmts.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <limits>
 #include <memory>
 #include <set>
 
+#include <nlohmann/json.hpp>
+
 #include "tools/kit/exit_codes.h"
 #include "tools/kit/output_file.h"
+#include "tools/kit/text.h"
 #include "tools/kit/translation.h"
 #include "tools/zenro/map/dataset.h"
 #include "tools/zenro/map/watched_files.h"
@@ -193,6 +197,28 @@ void WritePlan(const std::string& path, const Plan& plan, bool overwrite) {
     out.Commit();
 }
 
+namespace {
+
+// What a plan is drawn by: a scale, and lists of texts.
+void RequireSettings(const std::map<std::string, std::string>& settings, const std::string& path) {
+    const auto damaged = [&](const char* key) {
+        return Failure(kNoInput,
+                       Phrase("{0}: the setting \"{1}\" of the plan is missing or damaged; plan anew.", path, key));
+    };
+    double scale = 0.0;
+    const auto found = settings.find("scale");
+    if (found == settings.end() || !ReadReal(found->second, scale) || !(scale > 0.0)) throw damaged("scale");
+    for (const char* key : {"inputs", "arguments"}) {
+        const auto list = settings.find(key);
+        const auto texts =
+            list != settings.end() ? nlohmann::json::parse(list->second, nullptr, false) : nlohmann::json();
+        if (!texts.is_array() || !std::all_of(texts.begin(), texts.end(), [](const auto& t) { return t.is_string(); }))
+            throw damaged(key);
+    }
+}
+
+}  // namespace
+
 Plan ReadPlan(const std::string& path) {
     GDALAllRegister();
     CPLSetErrorHandler(CPLQuietErrorHandler);
@@ -209,10 +235,18 @@ Plan ReadPlan(const std::string& path) {
         if (sheets->GetLayerDefn()->GetFieldIndex(column.name) < 0)
             throw Failure(kNoInput, Phrase("{0}: the plan has no field \"{1}\"; plan anew.", path, column.name));
     Plan plan;
-    while (const FeaturePointer row{series->GetNextFeature()})
+    const auto next = [&](OGRLayer& layer) {
+        CPLErrorReset();
+        FeaturePointer row{layer.GetNextFeature()};
+        if (row == nullptr && CPLGetLastErrorType() >= CE_Failure)
+            throw Failure(kNoInput, Phrase("{0}: cannot be read: {1}.", path, LastReason()));
+        return row;
+    };
+    while (const FeaturePointer row = next(*series))
         plan.settings[row->GetFieldAsString("key")] = row->GetFieldAsString("value");
+    RequireSettings(plan.settings, path);
     std::set<std::string> numbers, doubled;
-    while (const FeaturePointer row{sheets->GetNextFeature()}) {
+    while (const FeaturePointer row = next(*sheets)) {
         plan.sheets.push_back(SheetOf(*row));
         const std::string& number = plan.sheets.back().number;
         if (number.empty())

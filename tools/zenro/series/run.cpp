@@ -159,6 +159,8 @@ SeriesRun ReadRun(const fs::path& file) try {
                           Phrase("{0}: its chunks do not fit its sheets; draw the series anew.", file.string()));
         run.chunks.emplace_back(first, last);
     }
+    if (in.bad() || chunks.bad())
+        throw Failure(kNoInput, Phrase("{0}: cannot be read: {1}.", file.string(), SystemError(errno)));
     return run;
 } catch (const Json::exception&) {
     throw Failure(kNoInput, Phrase("{0}: is no run of a series, or not whole; draw the series anew.", file.string()));

@@ -292,7 +292,9 @@ std::set<std::string> ChangedSince(const DrawOptions& o, const Plan& plan, Conte
     source.plane.zone = boxes.empty() ? 0 : ZoneOfEasting(boxes.front().x1);
     source.windowed = true;
     Source data(source, rules, context.report);
-    data.Settle(std::stod(plan.settings.at("scale")));
+    double scale = 0.0;
+    ReadReal(plan.settings.at("scale"), scale);
+    data.Settle(scale);
     const auto counts = data.CountIn(boxes, o.changedField, o.changedSince);
     std::set<std::string> changed;
     for (std::size_t i = 0; i < counts.size(); ++i)

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
+#include <map>
 
 #include "runtime/text/numbers.h"
 #include "tests/support/recorded_numbers.h"
@@ -199,6 +201,35 @@ TEST(Replay, NumbersBeyondSenseAreRefusedOrDrawn) {
                "Pen:-2147483648:0:0\nLayer:-2147483648\nLine2:0:0:10:10\nPen:2147483647:0:0\nLine2:0:0:9:9\n");
     for (const char* output : {"b.svg", "b.rec"}) EXPECT_EQ(zenro.Run({"replay", "pens.rec", output}).status, 0);
     EXPECT_EQ(zenro.Run({"replay", "pens.rec", "b.dwg"}).status, 1);  // no linetype has that number
+}
+
+// The driver of GML keeps what it found out about a file beside it.
+TEST(Inputs, NothingIsWrittenBesideThem) {
+    Program zenro;
+    zenro.File("r.rules", "* -> symbol 200\n");
+    zenro.File("in.geojson", Collection(LineFeature("[40512010,3456010],[40512090,3456070]", "\"a\":1")));
+    for (const char* name : {"in.gml", "in.csv", "in.shp", "in.tab", "in.fgb", "in.gpkg", "in.gdb"}) {
+        std::filesystem::create_directory(zenro / "data");
+        ASSERT_EQ(std::system(("ogr2ogr -lco GEOMETRY=AS_WKT '" + (zenro / "data").string() + "/" + name + "' '" +
+                               (zenro / "in.geojson").string() + "' 2>/dev/null")
+                                  .c_str()),
+                  0);
+        const auto files = [&] {
+            std::map<std::string, std::string> found;
+            for (const auto& entry : std::filesystem::recursive_directory_iterator(zenro / "data"))
+                if (entry.is_regular_file()) found[entry.path().string()] = ReadFile(entry.path());
+            return found;
+        };
+        std::filesystem::remove(zenro / "data/in.gfs");
+        const auto before = files();
+        const Outcome end = zenro.Run({"draw", std::string("data/") + name, "--rules", "./r.rules", "--scale", "1000",
+                                       "--source", "EPSG:4528", "-o", "a.rec", "--overwrite", "--no-frame"});
+        EXPECT_EQ(end.status, 0) << name << end.err;
+        EXPECT_EQ(Count(ReadFile(zenro / "a.rec"), "Line2:"), 1) << name;
+        EXPECT_TRUE(files() == before) << name;
+        EXPECT_FALSE(zenro.Has("data/in.gfs"));
+        std::filesystem::remove_all(zenro / "data");
+    }
 }
 
 // Its driver would take all of it into memory.

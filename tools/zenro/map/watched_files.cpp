@@ -107,32 +107,32 @@ void NoteReadFault(const Input& input) {
     theReadFault = reason;
 }
 
-// Less than was asked for is the end of the file, or a fault. A folder opens, and drivers look into it as into a file.
+// Less than was asked for is the end of the file, or a fault.
 size_t ReadInput(void* input, void* bytes, size_t size, size_t count) {
     errno = 0;
     const size_t read = VSIFReadL(bytes, size, count, InputOf(input).file);
-    if (read < count && errno != EISDIR && VSIFEofL(InputOf(input).file) == 0) NoteReadFault(InputOf(input));
+    if (read < count && VSIFEofL(InputOf(input).file) == 0) NoteReadFault(InputOf(input));
     return read;
 }
 
-// What drivers do with names, as GDAL does it.
+// What every driver asks of names, as GDAL answers it.
 VSIFilesystemPluginCallbacksStruct* PlainCalls() {
     VSIFilesystemPluginCallbacksStruct* calls = VSIAllocFilesystemPluginCallbacksStruct();
     calls->stat = [](void*, const char* name, VSIStatBufL* stat, int flags) {
         return VSIStatExL(PathOf(name).c_str(), stat, flags);
     };
-    calls->unlink = [](void*, const char* name) { return VSIUnlink(PathOf(name).c_str()); };
-    calls->rename = [](void*, const char* from, const char* to) {
-        return VSIRename(PathOf(from).c_str(), PathOf(to).c_str());
-    };
-    calls->mkdir = [](void*, const char* name, long mode) { return VSIMkdir(PathOf(name).c_str(), mode); };
-    calls->rmdir = [](void*, const char* name) { return VSIRmdir(PathOf(name).c_str()); };
     calls->read_dir = [](void*, const char* name, int most) { return VSIReadDirEx(PathOf(name).c_str(), most); };
     return calls;
 }
 
 void InstallOutputs() {
     VSIFilesystemPluginCallbacksStruct* calls = PlainCalls();
+    calls->unlink = [](void*, const char* name) { return VSIUnlink(PathOf(name).c_str()); };
+    calls->rename = [](void*, const char* from, const char* to) {
+        return VSIRename(PathOf(from).c_str(), PathOf(to).c_str());
+    };
+    calls->mkdir = [](void*, const char* name, long mode) { return VSIMkdir(PathOf(name).c_str(), mode); };
+    calls->rmdir = [](void*, const char* name) { return VSIRmdir(PathOf(name).c_str()); };
     calls->open = Open;
     calls->tell = [](void* file) { return VSIFTellL(FileOf(file)); };
     calls->seek = Seek;
@@ -146,12 +146,17 @@ void InstallOutputs() {
     VSIFreeFilesystemPluginCallbacksStruct(calls);
 }
 
-// Some drivers write beside an input what they found out about it; nothing is lost where they cannot.
+// An input is only read: some drivers would write beside it what they found out about it.
 void InstallInputs() {
     VSIFilesystemPluginCallbacksStruct* calls = PlainCalls();
     calls->open = [](void*, const char* name, const char* access) -> void* {
-        VSILFILE* file = VSIFOpenL(PathOf(name).c_str(), access);
-        return file != nullptr ? new Input{file, PathOf(name)} : nullptr;
+        const std::string path = PathOf(name);
+        VSIStatBufL found;
+        // A folder opens as a file does, and cannot be read as one.
+        const bool folder = VSIStatL(path.c_str(), &found) == 0 && VSI_ISDIR(found.st_mode) != 0;
+        if (folder || std::strpbrk(access, "wa+") != nullptr) return nullptr;
+        VSILFILE* file = VSIFOpenL(path.c_str(), access);
+        return file != nullptr ? new Input{file, path} : nullptr;
     };
     calls->tell = [](void* input) { return VSIFTellL(InputOf(input).file); };
     calls->seek = [](void* input, vsi_l_offset offset, int whence) {
@@ -159,11 +164,6 @@ void InstallInputs() {
     };
     calls->read = ReadInput;
     calls->eof = [](void* input) { return VSIFEofL(InputOf(input).file); };
-    calls->write = [](void* input, const void* bytes, size_t size, size_t count) {
-        return VSIFWriteL(bytes, size, count, InputOf(input).file);
-    };
-    calls->flush = [](void* input) { return VSIFFlushL(InputOf(input).file); };
-    calls->truncate = [](void* input, vsi_l_offset size) { return VSIFTruncateL(InputOf(input).file, size); };
     calls->close = [](void* input) {
         const int result = VSIFCloseL(InputOf(input).file);
         delete static_cast<Input*>(input);

@@ -399,11 +399,14 @@ TEST_F(Draw, WildNumbersOfSystemsAndLibrariesDoNotHurt) {
     const std::string area = Collection(
         AreaFeature("[[40512010,3456010],[40512090,3456010],[40512050,3456070],[40512010,3456010]]", "\"a\":1"));
     m_zenro.File("wild.dat",
-                 "*7 LC\nG1e300 G-1e300 +1 -1\n*8 H\n1e300\n1 45 1e-30 135 1e-30 1e300\n*9 H\n-1e300\n2 45 1e-30\n"
-                 "*10 H\n1\n1e300 45 10\n");
-    for (const char* code : {"8", "9", "10"}) {
-        const Outcome r = Run(area, std::string("* -> symbol ") + code, {"-o", "a.svg", "--symbols", "./wild.dat"});
+                 "*7 LC\nG1e300 G-1e300 +1 -1\n*8 H 1e300\n1 45 1e-30 135 1e-30 1e300\n*9 H -1e300\n2 45 1e-30\n"
+                 "*10 H 1\n1e300 45 10\n*11 H 0\n1 45 10 135 10 1e300\n");
+    for (const std::string code : {"8", "9", "10", "11"}) {
+        const Outcome r = Run(area, "* -> symbol " + code, {"-o", "a.svg", "--symbols", "./wild.dat"});
         EXPECT_LT(r.status, 10) << r.err;
+        EXPECT_EQ(r.err.find("its lines are within 0.05 mm of each other") != std::string::npos,
+                  code == "8" || code == "9")
+            << code << r.err;
     }
     for (const char* verb : {"lint", "list"}) EXPECT_LT(m_zenro.Run({"symbols", verb, "./wild.dat"}).status, 10);
 }

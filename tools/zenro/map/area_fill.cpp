@@ -22,8 +22,7 @@ constexpr int kNullPen = 5;
 constexpr double kClear = 0.5;         // millimetres between a symbol of a fill and the limit
 constexpr double kSmallest = 25.0;     // square millimetres; smaller areas have no symbol
 constexpr double kSmall = 100.0;       // square millimetres; smaller areas have one
-constexpr double kMostRanks = 4000.0;  // across an area
-constexpr double kMostLines = 1e6;     // across a sheet: beyond it they are no lines on paper
+constexpr double kMostRanks = 4000.0;  // lines of ranks across an area
 
 // The range of k for lines n . p = k step that meet a box.
 void RangeOf(const Box& box, double nx, double ny, double step, double& first, double& last) {
@@ -135,7 +134,6 @@ void DrawLines(const Shape& shape, const FillPart& part, const Page& page, const
         for (const double y : {page.sheet.y1, page.sheet.y2}) sheet.Add(x * c + y * s, y * c - x * s);
     low = std::max(low, sheet.y1);
     high = std::min(high, sheet.y2);
-    if (!(high - low <= kMostLines * step)) return;
     for (double k = std::ceil(low / step); k * step < high; ++k) {
         const double y = k * step;
         const std::vector<double> xs = Crossings(level, y);

@@ -132,7 +132,8 @@ void Painter::DrawSea() {
     const MapPen pen(code);
     for (const Shape& area : m_masks.sea.areas())
         for (const FillPart& part : FormOf(code).parts)
-            if (m_plain == 0.0 || part.kind == FillPart::Kind::solid) DrawFill(area, part, m_page, m_masks.fills);
+            if ((m_plain == 0.0 || part.kind == FillPart::Kind::solid) && !IsTooFine(part, code))
+                DrawFill(area, part, m_page, m_masks.fills);
 }
 
 void Painter::DrawSlopeTicks() {
@@ -309,12 +310,23 @@ void Painter::LayChain(const Chain& chain, int lineType, int code) {
     PROCESSALL(static_cast<int>(n), m_x.data(), m_y.data(), lineType, code);
 }
 
+bool Painter::IsTooFine(const FillPart& part, int code) {
+    if (part.kind != FillPart::Kind::lines && part.kind != FillPart::Kind::ranks) return false;
+    const double apart = part.kind == FillPart::Kind::ranks ? std::min(part.step1, part.step2) : part.step1;
+    if (!(apart > 0.0) || apart >= zm::symbol::kLeastCycle) return false;
+    m_report.Limit(N_("patterns too fine to be seen"),
+                   Phrase("symbol {0}: its lines are within {1} mm of each other; its areas are not filled.", code,
+                          numbers::Text("%g", zm::symbol::kLeastCycle)));
+    return true;
+}
+
 // What the library fills without limits of its own is drawn here; the outline is the rule's, or that of the symbol.
 void Painter::DrawHatched(const Shape& shape, const Rule& rule) {
     const FillForm& form = FormOf(rule.symbol);
     for (const FillPart& part : form.parts) {
         if (m_plain > 0.0 && part.kind != FillPart::Kind::solid) continue;
         if (part.kind == FillPart::Kind::pattern) return DrawChain(SeamedRing(shape), 1, rule.symbol);
+        if (IsTooFine(part, rule.symbol)) continue;
         DrawFill(shape, part, m_page, part.kind == FillPart::Kind::ranks ? m_masks.fills : m_masks.lettering);
     }
     if (rule.outline > 0) return;

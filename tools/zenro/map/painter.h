@@ -47,6 +47,7 @@ class Painter {
     void DrawSymbol(const Shape& shape, const Use& use, int status, const std::string& where);
     void DrawChain(const Chain& chain, int lineType, int code);
     bool IsTooFine(int code);
+    bool IsTooFine(const FillPart& part, int code);
     void LayChain(const Chain& chain, int lineType, int code);
     void DrawHatched(const Shape& shape, const Rule& rule);
     void DrawOutline(const Shape& shape, const Use& use);

@@ -1,6 +1,7 @@
 // What reaches the reader of messages and titles: no passwords, no control characters.
 #include "tools/kit/shown_text.h"
 
+#include <cpl_error.h>
 #include <gtest/gtest.h>
 #include <pty.h>
 #include <unistd.h>
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include "tests/zenro/program.h"
+#include "tools/zenro/map/dataset.h"
 
 namespace {
 
@@ -48,6 +50,22 @@ TEST(Secrets, AreTakenOutOfEveryText) {
     EXPECT_EQ(WithoutSecrets("cannot open PG:host=db.example dbname=town user=me password=hunter2."),
               "cannot open PG:town.");
     EXPECT_EQ(WithoutSecrets("login with hunter2 failed, hunter2!"), "login with *** failed, ***!");
+}
+
+// A reason of GDAL that is too long loses its middle, and no part of a secret stays at the cut.
+TEST(Secrets, AreTakenOutOfAReasonBeforeItIsShortened) {
+    RememberSecrets("PG:dbname=town password=longsecret0123456789");
+    for (std::size_t before = 120; before < 160; ++before) {
+        const std::string words = std::string(before, 'a') + "longsecret0123456789" + std::string(400, 'b') + "路";
+        CPLPushErrorHandler(CPLQuietErrorHandler);
+        CPLError(CE_Failure, CPLE_AppDefined, "%s", words.c_str());
+        CPLPopErrorHandler();
+        const std::string reason = LastReason();
+        EXPECT_LT(reason.size(), 320u);
+        EXPECT_EQ(reason.find("lon"), std::string::npos) << reason;
+        EXPECT_EQ(reason.find("789"), std::string::npos) << reason;
+        EXPECT_EQ(reason.substr(reason.size() - 3), "路");
+    }
 }
 
 TEST(Secrets, BeforeTheServerOfADatabaseAreTakenOut) {

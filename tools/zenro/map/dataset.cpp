@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "tools/kit/shown_text.h"
 #include "tools/kit/standard_streams.h"
 #include "tools/kit/text.h"
 #include "tools/kit/tool_host.h"
@@ -192,7 +193,7 @@ std::vector<OpenInput> OpenStdin(const TextDecoder& decoder) {
 }  // namespace
 
 std::string LastReason() {
-    std::string reason = WithPlainNames(CPLGetLastErrorMsg());
+    std::string reason = WithoutSecrets(WithPlainNames(CPLGetLastErrorMsg()));  // before it is cut
     std::replace(reason.begin(), reason.end(), '\n', ' ');
     ShortenReason(reason);
     while (!reason.empty() && (reason.back() == '.' || reason.back() == ' ')) reason.pop_back();

@@ -288,17 +288,17 @@ TEST(Outputs, TheTemporaryFolderOfAKilledRunIsRemovedByTheNextAndThatOfALivingOn
     const auto nothing = [](int) {};
     const std::vector<std::string> many{"draw",    "many.geojson", "--rules", "./r.rules",
                                         "--scale", "1000",         "-o",      "killed.dxf"};
-    const auto stopped = [&](int process) {
-        const auto made = [&] { return !folders().empty() && fs::exists(folders()[0] / "sheet.dwg"); };
-        for (int i = 0; i < 3000 && !made(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        ASSERT_TRUE(made());
-        kill(process, SIGSTOP);
+    const auto made = [&] {
+        const std::vector<fs::path> found = folders();
+        return found.size() == 1 && fs::exists(found[0] / "sheet.dwg");
+    };
+    const auto beside = [&](int process) {
         EXPECT_EQ(zenro.RunBeside(Draw("beside.dxf"), environment, nothing).status, 0);
         EXPECT_EQ(folders().size(), 1u);
         EXPECT_TRUE(made());
         kill(process, SIGKILL);
     };
-    EXPECT_NE(zenro.RunBeside(many, environment, stopped).status, 0);
+    EXPECT_NE(zenro.RunStopped(many, environment, made, beside).status, 0);
     ASSERT_EQ(folders().size(), 1u);
     EXPECT_EQ(zenro.RunBeside(Draw("next.dxf"), environment, nothing).status, 0);
     EXPECT_TRUE(folders().empty());

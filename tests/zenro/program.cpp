@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <set>
 #include <thread>
 
 #include "runtime/text/numbers.h"
@@ -64,11 +65,41 @@ Outcome Program::Run(const std::vector<std::string>& arguments, const std::strin
 }
 
 Outcome Program::Interrupt(const std::vector<std::string>& arguments, int signal) const {
+    return RunStopped(
+        arguments, {}, [&] { return !Unfinished().empty(); },
+        [&](int process) {
+            kill(process, signal);
+            kill(process, SIGCONT);
+        });
+}
+
+Outcome Program::RunStopped(const std::vector<std::string>& arguments, const std::vector<std::string>& environment,
+                            const std::function<bool()>& when, const std::function<void(int)>& act) const {
     WriteFile(folder() / ".stdin", "");
-    const pid_t child = Start(folder(), arguments, {});
-    for (int i = 0; i < 3000 && Unfinished().empty(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    kill(child, signal);
-    return Finish(folder(), child);
+    std::set<fs::path> before;
+    for (const auto& entry : fs::directory_iterator(folder())) before.insert(entry.path());
+    Outcome outcome;
+    for (int run = 0; run < 100; ++run) {
+        const pid_t child = Start(folder(), arguments, environment);
+        siginfo_t info{};
+        const auto ended = [&] {
+            return waitid(P_PID, child, &info, WEXITED | WNOHANG | WNOWAIT) != 0 || info.si_pid != 0;
+        };
+        for (int i = 0; i < 15000 && !when() && !ended(); ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        kill(child, SIGSTOP);
+        waitid(P_PID, child, &info, WEXITED | WSTOPPED | WNOWAIT);
+        const bool stopped = info.si_code == CLD_STOPPED && when();
+        if (stopped)
+            act(child);
+        else
+            kill(child, SIGCONT);
+        outcome = Finish(folder(), child);
+        if (stopped && outcome.status != 0) break;
+        for (const auto& entry : fs::directory_iterator(folder()))
+            if (before.count(entry.path()) == 0) fs::remove_all(entry.path());
+    }
+    return outcome;
 }
 
 Outcome Program::RunKilledAfter(const std::vector<std::string>& arguments, int microseconds) const {

@@ -16,8 +16,8 @@ import subprocess
 import sys
 import tempfile
 
-CALLS = "read,pread64,readv,preadv"
-MOST = 6  # reads of one input that are failed, the first and the last among them
+CALLS = "read,pread64,readv,preadv,lseek,openat,fstat,newfstatat,stat,statx"
+READS, OTHERS = 6, 3  # calls of one kind on one input that are failed, the first and the last among them
 
 LINES = "".join('"LINESTRING(40512010 %d,40512090 3456080)",a name that fills the line\n' % (3456010 + i % 80)
                 for i in range(4000))
@@ -28,7 +28,7 @@ LAYER = {"type": "FeatureCollection", "crs": {"type": "name", "properties": {"na
 FORMATS = ("in.gpkg", "in.shp", "in.fgb", "in.kml", "in.gml", "in.mif", "in.dxf", "in.geojsonl", "in.sqlite", "in.tab")
 
 # Words of what is left out, with status 4.
-PARTLY = (b"reading ended early", b"cannot be used as a block", b"cannot be read to its end")
+PARTLY = (b"reading ended early", b"cannot be used as a block", b"Cannot open block file", b"cannot be read to its end")
 
 
 def run(command, folder, tracing=()):
@@ -46,16 +46,19 @@ def traced(command, folder, *more):
 
 
 def reads_of(lines, name):
-    """The path of the input, and the calls that read it, in their order; counted among the calls of that kind on it."""
-    counts, found, input_path = {}, [], None
+    """The names of the input, and the calls that read it, in their order; counted among the calls of that kind on it."""
+    counts, found, names = {}, [], set()
     for line in lines:
-        match = re.match(r"(\d+)\s+(\w+)\(\d+<([^>]*)>", line)
-        if not match or not match.group(3).endswith("/" + name):
+        match = re.match(r'(\d+)\s+(\w+)\((?:AT_FDCWD(?:<[^>]*>)?, )?(?:\d+<([^>]*)>|"([^"]*)")', line)
+        if not match:
             continue
-        thread, call, input_path = match.groups()
+        thread, call, opened, named = match.groups()
+        if pathlib.PurePath(opened or named).name != name:
+            continue
+        names.add(opened or named)
         number = counts[thread, call] = counts.get((thread, call), 0) + 1
         found.append((call, number))
-    return input_path, sorted(set(found))
+    return sorted(names), sorted(set(found))
 
 
 def strokes(output):
@@ -64,7 +67,12 @@ def strokes(output):
 
 
 def spread(items):
-    return items if len(items) <= MOST else [items[i * (len(items) - 1) // (MOST - 1)] for i in range(MOST)]
+    chosen = []
+    for kind in sorted({call for call, _ in items}):
+        calls = [item for item in items if item[0] == kind]
+        most = READS if "read" in kind else OTHERS
+        chosen += calls if len(calls) <= most else [calls[i * (len(calls) - 1) // (most - 1)] for i in range(most)]
+    return chosen
 
 
 def prepare(zenro, folder):
@@ -72,6 +80,7 @@ def prepare(zenro, folder):
     (folder / "few.rules").write_text("* -> symbol 200\n")
     (folder / "named.rules").write_text("* -> symbol 200, note #, label n\n")
     (folder / "in.geojson").write_text(json.dumps(LAYER))
+    (folder / "few.geojson").write_text(json.dumps(dict(LAYER, features=LAYER["features"][:2])))
     spots = dict(LAYER, features=[{"type": "Feature", "properties": {}, "geometry": {
         "type": "Point", "coordinates": [40512010 + i, 3456010 + i % 80]}} for i in range(20)])
     (folder / "spots.geojson").write_text(json.dumps(spots))
@@ -96,11 +105,15 @@ def main():
         return 77
 
     def draw(name, rules="few.rules", out="out.svg", *more):
-        source = [] if name.endswith((".kml", ".gml", ".geojsonl")) else ["--source", "EPSG:4528"]
+        known = name.endswith((".kml", ".gml", ".geojsonl", ".shp"))
+        source = [] if known else ["--source", "EPSG:4528"]
         return ["draw", name, "--rules", rules, "--scale", "1000", "-o", out, *source, *more]
 
     errands = {name: draw(name) for name in ("in.geojson", "in.csv", *FORMATS)}
-    errands.update({"in.shx": draw("in.shp"), "in.dbf": draw("in.shp"), "r.rules": draw("in.geojson", "r.rules"),
+    # A sheet reads its data again from the beginning; what it does not find there the other file hides.
+    errands["few.geojson"] = draw("few.geojson", "few.rules", "out.svg", "in.geojson", "--sheet", "40512000,3456000,40512100,3456100")
+    errands.update({"in.shx": draw("in.shp"), "in.dbf": draw("in.shp"), "in.prj": draw("in.shp"), "in.cpg": draw("in.shp"),
+                    "r.rules": draw("in.geojson", "r.rules"),
                     "a.dwg": ["dwg", "draw", "a.dwg", "out.svg"], "a.rec": ["replay", "a.rec", "out.svg"],
                     # What the program has beside it, or is given.
                     "symbol.dat": draw("in.geojson"), "Orvnote.cod": draw("in.geojson", "named.rules"),
@@ -118,7 +131,8 @@ def main():
                 continue
             out = folder / next((word for word in command if word.startswith("out.")), "none")
             done, lines = traced([zenro, *command], folder)
-            path, calls = reads_of(lines, file)
+            names, calls = reads_of(lines, file)
+            paths = [word for name in names for word in ("-P", name)]
             calls = spread(calls)
             whole = out.read_bytes() if out.exists() else done.stdout
             if done.returncode != 0 or not calls:
@@ -126,7 +140,7 @@ def main():
             failed = 0
             for call, number in calls:
                 out.unlink(missing_ok=True)
-                done, lines = traced([zenro, *command], folder, "-P", path, "-e", f"inject={call}:error=EIO:when={number}")
+                done, lines = traced([zenro, *command], folder, *paths, "-e", f"inject={call}:error=EIO:when={number}")
                 if not any("(INJECTED)" in line for line in lines):
                     continue
                 failed += 1

@@ -115,6 +115,55 @@ size_t ReadInput(void* input, void* bytes, size_t size, size_t count) {
     return read;
 }
 
+// Drivers look for files that may or may not be there, and for places that no file has; any other reason is a fault, after
+// which they go on as if the file ended or was not there.
+bool IsFault(int reason) {
+    switch (reason) {
+        case 0:
+        case EINVAL:
+        case EISDIR:
+        case ELOOP:
+        case ENAMETOOLONG:
+        case ENOENT:
+        case ENOTDIR:
+            return false;
+        default:
+            return true;
+    }
+}
+
+void NoteFaultOf(const std::string& name) {
+    if (IsFault(errno)) NoteReadFault({nullptr, name});
+}
+
+void* OpenInput(void*, const char* name, const char* access) {
+    const std::string path = PathOf(name);
+    VSIStatBufL found;
+    // A folder opens as a file does, and cannot be read as one.
+    const bool folder = VSIStatL(path.c_str(), &found) == 0 && VSI_ISDIR(found.st_mode) != 0;
+    if (folder || std::strpbrk(access, "wa+") != nullptr) return nullptr;
+    errno = 0;
+    VSILFILE* file = VSIFOpenL(path.c_str(), access);
+    if (file != nullptr) return new Input{file, path};
+    NoteFaultOf(path);
+    return nullptr;
+}
+
+int SeekInput(void* input, vsi_l_offset offset, int whence) {
+    errno = 0;
+    const int result = VSIFSeekL(InputOf(input).file, offset, whence);
+    if (result != 0) NoteFaultOf(InputOf(input).name);
+    return result;
+}
+
+int StatInput(void*, const char* name, VSIStatBufL* stat, int flags) {
+    const std::string path = PathOf(name);
+    errno = 0;
+    const int result = VSIStatExL(path.c_str(), stat, flags);
+    if (result != 0) NoteFaultOf(path);
+    return result;
+}
+
 // What every driver asks of names, as GDAL answers it.
 VSIFilesystemPluginCallbacksStruct* PlainCalls() {
     VSIFilesystemPluginCallbacksStruct* calls = VSIAllocFilesystemPluginCallbacksStruct();
@@ -149,19 +198,10 @@ void InstallOutputs() {
 // An input is only read: some drivers would write beside it what they found out about it.
 void InstallInputs() {
     VSIFilesystemPluginCallbacksStruct* calls = PlainCalls();
-    calls->open = [](void*, const char* name, const char* access) -> void* {
-        const std::string path = PathOf(name);
-        VSIStatBufL found;
-        // A folder opens as a file does, and cannot be read as one.
-        const bool folder = VSIStatL(path.c_str(), &found) == 0 && VSI_ISDIR(found.st_mode) != 0;
-        if (folder || std::strpbrk(access, "wa+") != nullptr) return nullptr;
-        VSILFILE* file = VSIFOpenL(path.c_str(), access);
-        return file != nullptr ? new Input{file, path} : nullptr;
-    };
+    calls->stat = StatInput;
+    calls->open = OpenInput;
     calls->tell = [](void* input) { return VSIFTellL(InputOf(input).file); };
-    calls->seek = [](void* input, vsi_l_offset offset, int whence) {
-        return VSIFSeekL(InputOf(input).file, offset, whence);
-    };
+    calls->seek = SeekInput;
     calls->read = ReadInput;
     calls->eof = [](void* input) { return VSIFEofL(InputOf(input).file); };
     calls->close = [](void* input) {

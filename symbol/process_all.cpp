@@ -108,7 +108,7 @@ int PROCESSALL(int n, double* x, double* y, int lineType, int code) {
     double* expanded = scratch.data();
     if (expanded == nullptr) return _LMsg(texts::kNoScratch, nullptr, 0);
     const int m = ExpandLinePoints(n, lineType, x, y, expanded, ScaleDenominator());
-    if (m > n)
+    if (n > 0 && m > n)
         for (int i = 0; i < m; ++i) {
             x[i] = expanded[2 * i];
             y[i] = expanded[2 * i + 1];

@@ -47,6 +47,7 @@ Place* PlaceOf(HGDIOBJ handle) {
 }
 
 // Called by destructors: asks for no memory and throws nothing.
+// NOLINTNEXTLINE(bugprone-exception-escape): the table is made before a place of it is
 void Free(Place& place) noexcept {
     Table& table = TheTable();
     place.object = std::monostate{};

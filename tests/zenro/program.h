@@ -28,7 +28,7 @@ class Program {
     Outcome Interrupt(const std::vector<std::string>& arguments, int signal) const;
     /// Starts it and stops it (SIGSTOP) at a moment when `when` holds, lets act(its process id) continue or kill it and
     /// waits for the end. Between a look and the signal a run may be done: then what it made is removed and it is run
-    /// again, up to a hundred times.
+    /// again, up to twenty times.
     Outcome RunStopped(const std::vector<std::string>& arguments, const std::vector<std::string>& environment,
                        const std::function<bool()>& when, const std::function<void(int)>& act) const;
     /// Kills it after some time, if it has not ended before, and waits for the end of the processes that it started, too.

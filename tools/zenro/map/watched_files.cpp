@@ -99,11 +99,11 @@ Input& InputOf(void* input) {
     return *static_cast<Input*>(input);
 }
 
-void NoteReadFault(const Input& input) {
+void NoteReadFault(const std::string& name) {
     const std::string reason = Reason();
     const std::lock_guard guard(theLock);
     if (!theReadFault.empty()) return;
-    theInput = input.name;
+    theInput = name;
     theReadFault = reason;
 }
 
@@ -111,7 +111,7 @@ void NoteReadFault(const Input& input) {
 size_t ReadInput(void* input, void* bytes, size_t size, size_t count) {
     errno = 0;
     const size_t read = VSIFReadL(bytes, size, count, InputOf(input).file);
-    if (read < count && VSIFEofL(InputOf(input).file) == 0) NoteReadFault(InputOf(input));
+    if (read < count && VSIFEofL(InputOf(input).file) == 0) NoteReadFault(InputOf(input).name);
     return read;
 }
 
@@ -133,7 +133,7 @@ bool IsFault(int reason) {
 }
 
 void NoteFaultOf(const std::string& name) {
-    if (IsFault(errno)) NoteReadFault({nullptr, name});
+    if (IsFault(errno)) NoteReadFault(name);
 }
 
 void* OpenInput(void*, const char* name, const char* access) {
@@ -153,14 +153,6 @@ int SeekInput(void* input, vsi_l_offset offset, int whence) {
     errno = 0;
     const int result = VSIFSeekL(InputOf(input).file, offset, whence);
     if (result != 0) NoteFaultOf(InputOf(input).name);
-    return result;
-}
-
-int StatInput(void*, const char* name, VSIStatBufL* stat, int flags) {
-    const std::string path = PathOf(name);
-    errno = 0;
-    const int result = VSIStatExL(path.c_str(), stat, flags);
-    if (result != 0) NoteFaultOf(path);
     return result;
 }
 
@@ -198,7 +190,6 @@ void InstallOutputs() {
 // An input is only read: some drivers would write beside it what they found out about it.
 void InstallInputs() {
     VSIFilesystemPluginCallbacksStruct* calls = PlainCalls();
-    calls->stat = StatInput;
     calls->open = OpenInput;
     calls->tell = [](void* input) { return VSIFTellL(InputOf(input).file); };
     calls->seek = SeekInput;
